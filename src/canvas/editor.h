@@ -1,0 +1,121 @@
+#pragma once
+
+#include "canvas/shapetype.h"
+
+#include <QGraphicsScene>
+#include <QPixmap>
+#include <QSet>
+
+class DrawingCropItem;
+class DrawingFreehandItem;
+class DrawingInterface;
+class DrawingTextItem;
+
+/// The document of one capture: names the image, holds the drawing items over it, turns mouse events into
+/// items by the current tool, keeps undo and redo, and flattens image and items into one pixmap.
+///
+/// Scene coordinates are image pixels. The image itself is no item: the view paints it as background. One
+/// undo step is exactly one item, moved out of the scene and back. The image file belongs to the `Editor`
+/// and is deleted with it. GUI thread only.
+class Editor : public QGraphicsScene, public ShapeTypes {
+    Q_OBJECT
+public:
+    explicit Editor(QObject *parent = nullptr);
+    ~Editor() override;
+
+    /// Absolute path of the image file, or the name of an image held in memory. Another key deletes the
+    /// file of the old one.
+    void setImageKey(const QString &path);
+    QString imageKey() const { return m_imageKey; }
+    void clearImage();
+    /// Whether the image is a file.
+    bool imageExists() const;
+
+    bool isSaved() const { return !m_savedPath.isEmpty(); }
+    QString savedPath() const { return m_savedPath; }
+    void setSavedPath(const QString &path);
+
+    /// The whole source image.
+    QRect imageRect() const;
+    /// The crop, or the whole image without one; null without an image.
+    QRect visibleRect() const;
+    QRect cropRect() const { return m_cropRect; }
+
+    /// Image and, on request, items in one pixmap of exactly the image's or the crop's size.
+    QPixmap flatten(bool withDrawings, bool ignoreCrop);
+
+    ShapeType shapeType() const { return m_shapeType; }
+    void setShape(ShapeType shape);
+    /// The tool that was used last, in whatever capture.
+    void restoreLastShape();
+    void startCrop();
+    /// Closes an open text or crop, keeping or discarding it.
+    void finishCurrentItem(bool accept);
+    /// The item under construction or open; not owned.
+    DrawingInterface *currentItem() const { return m_currentItem; }
+
+    void undo();
+    void redo();
+    void reset();
+    bool canUndo() const { return !m_undoList.isEmpty(); }
+    bool canRedo() const { return !m_redoList.isEmpty(); }
+
+    /// Flattens and writes the picture in the format of the path's suffix; `mark` makes the capture count
+    /// as saved there. See `writeImage` for `quality`.
+    bool saveFlattened(const QString &path, bool mark, int quality);
+    /// Writes an image as this capture's. GUI thread; shows the wait cursor meanwhile.
+    bool savePixmap(const QPixmap &pixmap, const QString &path, bool mark, int quality);
+    /// Writes the untouched image, without items and crop.
+    bool savePinImage(const QString &path);
+    bool copyToClipboard(QWidget *owner);
+
+    // State that the view keeps per capture.
+    int zoomStep() const { return m_zoomStep; }
+    void setZoomStep(int step) { m_zoomStep = step; }
+    QPoint savedCenter() const { return m_savedCenter; }
+    void setSavedCenter(QPoint center) { m_savedCenter = center; }
+    /// A pan or pinch is running: presses are not for the tools.
+    void setGestureActive(bool active) { m_gestureActive = active; }
+
+signals:
+    void changedShape(Editor::ShapeType shapeType);
+    void updateImageSize();
+    void imageSaved(bool saved);
+    void createTextItem(DrawingTextItem *item);
+    void moveTextItem(DrawingTextItem *item);
+    void finishTextItem();
+    void createCropItem(DrawingCropItem *item);
+    void moveCropItem(DrawingCropItem *item);
+    void finishCropItem();
+    void changeSceneRect(QRectF rect);
+    /// The freehand item under construction grew by the segments from `firstSegment` on, all on top of
+    /// everything else in the scene. Sent instead of an update of the region, so that a view can add them
+    /// to what it shows; `changed` follows for everybody else.
+    void strokeExtended(const DrawingFreehandItem *item, int firstSegment);
+
+protected:
+    void mousePressEvent(QGraphicsSceneMouseEvent *event) override;
+    void mouseMoveEvent(QGraphicsSceneMouseEvent *event) override;
+    void mouseReleaseEvent(QGraphicsSceneMouseEvent *event) override;
+
+private slots:
+    void onFinishTextEdit(bool succeed, bool abort);
+    void onFinishCrop(bool succeed);
+    void onCrop(QRect rect);
+
+private:
+    QString m_imageKey;
+    bool m_gestureActive = false;
+    ShapeType m_shapeType = Rectangle;
+    ShapeType m_previousShapeType = Rectangle;
+    QPoint m_savedCenter;
+    QPoint m_pressPos{-1, -1};
+    QPoint m_lastPos{-1, -1};
+    DrawingInterface *m_currentItem = nullptr;
+    QString m_savedPath;
+    int m_zoomStep = -1;
+    QRect m_cropRect;
+    QSet<int> m_reportedTools;
+    QList<QGraphicsItem *> m_undoList;
+    QList<QGraphicsItem *> m_redoList;
+};

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QMap>
+#include <QObject>
+#include <QPixmap>
+
+/// The captures of the session by key: an absolute path of a file of the work folder, or the name under
+/// which the capture process handed bytes over in shared memory.
+///
+/// Keeps the image handed out last, and those that came through memory up to a budget of 1024 MB; files
+/// are decoded when asked for. Bytes that are no image, or that claim more pixels than the budget holds,
+/// give a null pixmap. One instance per process, GUI thread only.
+class ImageProvider : public QObject {
+    Q_OBJECT
+public:
+    static constexpr double BudgetMegabytes = 1024.0;
+
+    static ImageProvider *instance();
+    /// Tests only: forgets all images, leaving files alone.
+    static void resetForTesting();
+
+    /// Stores the image whose encoded bytes lie at the start of the shared block, `size` of them.
+    void loadFromMemory(const QString &key, int size);
+    QPixmap pixmap(const QString &path);
+    /// Stores an image; false when the budget does not allow it.
+    bool insert(const QString &key, const QPixmap &pixmap);
+    /// Deletes the file of that path and forgets the image.
+    bool remove(const QString &path);
+    /// Forgets an image held in memory; false if there is none.
+    bool dropFromMemory(const QString &path);
+    /// Whether the key is an absolute path of an existing file.
+    bool isFile(const QString &path) const;
+
+    double usedMegabytes() const { return m_usedMegabytes; }
+
+private:
+    ImageProvider() = default;
+
+    QPixmap m_currentPixmap;
+    QString m_currentPath;
+    QMap<QString, QPixmap> m_images;
+    double m_usedMegabytes = 0;
+};
+
+/// Size of an image in the provider's count: whole megabytes of (depth / 8) * height * width bytes.
+double imageMegabytes(int width, int height, int depth);

@@ -1,0 +1,15 @@
+#pragma once
+
+class QImage;
+class QString;
+
+/// Writes an image in the format that the path's suffix names (png, gif, jpg, webp, bmp and whatever else
+/// the image plug-ins write), compared without case.
+///
+/// `quality` counts for jpg (as given), webp (negative: 100) and the rest (negative: 0); png is always
+/// written with 70. A write that fails leaves an existing file as it was and no partial file. Symbolic
+/// links are followed. Any thread; touches nothing but the file.
+bool writeImage(const QImage &image, const QString &path, int quality);
+
+/// The same with the qualities of a pinned image, which is kept as good as it came.
+bool writePinImage(const QImage &image, const QString &path);

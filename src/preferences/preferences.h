@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QString>
+#include <QVariant>
+
+#include <vector>
+
+/// A table of typed, named items addressed by index, which loads from and saves to one location of the
+/// product's settings and writes only what has changed.
+///
+/// An index at or beyond the count does nothing or gives the default. A setter of another type changes
+/// the item's type, after which the getter of the old type gives its default. GUI thread only.
+class Preferences {
+public:
+    enum ItemType { None = 0, Int = 1, Bool = 2, String = 3 };
+
+    Preferences() = default;
+    virtual ~Preferences() = default;
+    Preferences(const Preferences &) = delete;
+    Preferences &operator=(const Preferences &) = delete;
+
+    /// Replaces the table by `count` empty items of type None; false for 0.
+    bool Resize(int count);
+    void Clear();
+    bool HasItems() const;
+
+    void Define(int index, const QString &name, bool value);
+    void Define(int index, const QString &name, int value);
+    void Define(int index, const QString &name, const QString &value);
+    /// A text literal would convert to bool before it converts to a string.
+    void Define(int index, const QString &name, const char *value) = delete;
+
+    QString Name(int index) const;
+    int Type(int index) const;
+
+    bool GetBool(int index, bool defaultValue) const;
+    int GetInt(int index, int defaultValue) const;
+    QString GetString(int index, const QString &defaultValue) const;
+    void SetBool(int index, bool value);
+    void SetInt(int index, int value);
+    void SetString(int index, const QString &value);
+
+    /// Reads every named item that the location holds; the number of values read.
+    int Load(const QString &root, const QString &key);
+    /// Writes every named item that differs from the location; the number of values written.
+    int Save(const QString &root, const QString &key);
+
+private:
+    struct Item {
+        QString name;
+        int type = None;
+        QVariant value = 0;
+        bool saved = false;
+    };
+    const Item *item(int index) const;
+    void set(int index, int type, const QVariant &value);
+
+    std::vector<Item> m_items;
+};
