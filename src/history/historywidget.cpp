@@ -1,1 +1,3 @@
+#include "history/historywidget.h"
 
+HistoryWidget::HistoryWidget(QWidget *parent) : QWidget(parent) {}

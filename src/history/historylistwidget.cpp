@@ -1,0 +1,3 @@
+#include "history/historylistwidget.h"
+
+HistoryListWidget::HistoryListWidget(QWidget *parent) : QListWidget(parent) {}
