@@ -1,1 +1,99 @@
+#include "platform/capturechannel.h"
 
+#include "platform/linux/linuxservices.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QFileInfo>
+#include <QUrl>
+#include <QVariant>
+
+namespace {
+
+constexpr QLatin1String service("com.norvane.Tindra.Capture");
+constexpr QLatin1String object("/com/norvane/Tindra/Capture");
+constexpr QLatin1String connectionName("tindra-capture");
+
+/// The bus answers in fractions of a millisecond; one that does not must not hold the window up.
+constexpr int lookupTimeoutMs = 250;
+/// For the capture process itself, which may be drawing its overlay.
+constexpr int answerTimeoutMs = 1000;
+
+/// The address of the session bus, empty where there is none. The bus library would start a bus of its
+/// own then, on which nobody listens.
+QString sessionBusAddress() {
+    const QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    if (address.startsWith(QLatin1String("autolaunch:")))
+        return QString();
+    if (!address.isEmpty())
+        return address;
+    const QString runtimeFolder = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    const QString socket = runtimeFolder + QStringLiteral("/bus");
+    if (runtimeFolder.isEmpty() || !QFileInfo::exists(socket))
+        return QString();
+    return QStringLiteral("unix:path=") + QString::fromLatin1(QUrl::toPercentEncoding(socket, "/", "~"));
+}
+
+class DBusCaptureChannel : public CaptureChannel {
+public:
+    ~DBusCaptureChannel() override { QDBusConnection::disconnectFromBus(connectionName); }
+
+    bool isCaptureProcessPresent() override;
+    bool post(quint32 message, quint64 wParam, qint64 lParam) override;
+    qint64 send(quint32 message, quint64 wParam, qint64 lParam) override;
+
+private:
+    static QDBusConnection bus();
+    static QDBusMessage call(const QString &method, quint32 message, quint64 wParam, qint64 lParam);
+};
+
+/// The connection to the session bus, made anew when the bus has gone away in between.
+QDBusConnection DBusCaptureChannel::bus() {
+    const QDBusConnection known(connectionName);
+    if (known.isConnected())
+        return known;
+    const QString address = sessionBusAddress();
+    if (address.isEmpty())
+        return known;
+    QDBusConnection::disconnectFromBus(connectionName);
+    return QDBusConnection::connectToBus(address, connectionName);
+}
+
+QDBusMessage DBusCaptureChannel::call(const QString &method, quint32 message, quint64 wParam, qint64 lParam) {
+    QDBusMessage request = QDBusMessage::createMethodCall(service, object, service, method);
+    request.setAutoStartService(false);
+    request << message << wParam << lParam;
+    return request;
+}
+
+bool DBusCaptureChannel::isCaptureProcessPresent() {
+    const QDBusConnection connection = bus();
+    if (!connection.isConnected())
+        return false;
+    QDBusMessage request = QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"));
+    request << QString(service);
+    const QDBusMessage reply = connection.call(request, QDBus::Block, lookupTimeoutMs);
+    return reply.type() == QDBusMessage::ReplyMessage && reply.arguments().value(0).toBool();
+}
+
+bool DBusCaptureChannel::post(quint32 message, quint64 wParam, qint64 lParam) {
+    const QDBusConnection connection = bus();
+    return connection.isConnected() && connection.send(call(QStringLiteral("Post"), message, wParam, lParam));
+}
+
+qint64 DBusCaptureChannel::send(quint32 message, quint64 wParam, qint64 lParam) {
+    const QDBusConnection connection = bus();
+    if (!connection.isConnected())
+        return 0;
+    const QDBusMessage reply =
+        connection.call(call(QStringLiteral("Send"), message, wParam, lParam), QDBus::Block, answerTimeoutMs);
+    return reply.type() == QDBusMessage::ReplyMessage ? reply.arguments().value(0).toLongLong() : 0;
+}
+
+} // namespace
+
+std::unique_ptr<CaptureChannel> makeCaptureChannel() {
+    return std::make_unique<DBusCaptureChannel>();
+}

@@ -1,1 +1,81 @@
+#include "platform/namedlock.h"
 
+#include <QFile>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace {
+
+/// Whether the open file is still the one that others find under that path.
+bool isFileOfPath(int descriptor, const QByteArray &path) {
+    struct stat opened;
+    struct stat named;
+    return ::fstat(descriptor, &opened) == 0 && ::lstat(path.constData(), &named) == 0 &&
+           opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
+}
+
+bool lockFile(int descriptor, bool wait) {
+    int result;
+    do {
+        result = ::flock(descriptor, wait ? LOCK_EX : LOCK_EX | LOCK_NB);
+    } while (result != 0 && errno == EINTR);
+    return result == 0;
+}
+
+} // namespace
+
+namespace platform {
+
+NamedLock::NamedLock(const QString &name) {
+    const QString folder = privateRuntimeFolder();
+    if (!folder.isEmpty() && !name.isEmpty() && !name.contains(QLatin1Char('/')))
+        m_path = QStringLiteral("%1/%2.lock").arg(folder, name);
+}
+
+NamedLock::~NamedLock() {
+    unlock();
+}
+
+bool NamedLock::lock() {
+    return acquire(true);
+}
+
+bool NamedLock::tryLock() {
+    return acquire(false);
+}
+
+void NamedLock::unlock() {
+    if (m_descriptor < 0)
+        return;
+    ::close(m_descriptor);
+    m_descriptor = -1;
+}
+
+bool NamedLock::acquire(bool wait) {
+    if (m_path.isEmpty() || m_descriptor >= 0)
+        return false;
+    const QByteArray path = QFile::encodeName(m_path);
+    for (;;) {
+        const int descriptor =
+            ::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR);
+        if (descriptor < 0)
+            return false;
+        if (!lockFile(descriptor, wait)) {
+            ::close(descriptor);
+            return false;
+        }
+        if (isFileOfPath(descriptor, path)) {
+            m_descriptor = descriptor;
+            return true;
+        }
+        // Somebody tidied the folder while we waited: others now lock a newer file.
+        ::close(descriptor);
+    }
+}
+
+} // namespace platform
