@@ -1,0 +1,62 @@
+#!/usr/bin/env python3
+"""check_tree.py finds long sources, references to what is not in the tree, and dead links."""
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tools"))
+import check_tree  # noqa: E402  (the path comes first)
+
+
+class CheckTree(unittest.TestCase):
+    def setUp(self):
+        self.folder = tempfile.TemporaryDirectory()
+        self.addCleanup(self.folder.cleanup)
+        self.top = Path(self.folder.name)
+
+    def problems(self, name, text):
+        path = self.top / name
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_text(text, encoding="utf-8")
+        return check_tree.check(self.top)
+
+    def test_a_source_of_the_longest_length_is_fine(self):
+        self.assertEqual(self.problems("src/a.cpp", "\n" * 600), [])
+
+    def test_a_longer_source_is_not(self):
+        self.assertEqual(self.problems("src/a.cpp", "\n" * 601), ["src/a.cpp: 601 lines, more than 600"])
+
+    def test_only_sources_have_a_longest_length(self):
+        self.assertEqual(self.problems("docs/a.md", "\n" * 601), [])
+
+    def test_refuses_references_to_what_is_not_here(self):
+        # Put together here, so that this file keeps the rule too.
+        for text in ("see Part {}".format("3.1"), "as the {} says".format("speci" + "fication"),
+                     "in {}".format("sp" + "ec.md"), "cd {}".format("/ro" + "ot/x"),
+                     "cd {}".format("/ho" + "me/me/x")):
+            for name in ("src/a.h", "docs/a.md", "tools/a", "CMakeLists.txt"):
+                with self.subTest(text=text, name=name):
+                    problems = self.problems(name, "first\n" + text + "\n")
+                    self.assertEqual(len(problems), 1, problems)
+                    self.assertTrue(problems[0].startswith(name + ":2:"), problems)
+                    (self.top / name).unlink()
+
+    def test_accepts_what_only_looks_alike(self):
+        for text in ("Part of the list", "part 2 of 3", "specific", "$HOME/x", "build/work/x", "~/work/x"):
+            with self.subTest(text):
+                self.assertEqual(self.problems("docs/a.md", text), [])
+
+    def test_links_lead_somewhere(self):
+        self.problems("docs/b.md", "")
+        self.assertEqual(self.problems("docs/a.md", "[b](b.md) [c](b.md#c) [d](#d) [e](https://e.example/x)"), [])
+        self.assertEqual(self.problems("docs/a.md", "[x](x.md)"), ["docs/a.md:1: the link leads nowhere: x.md"])
+        self.assertEqual(self.problems("docs/a.md", '<img alt="" src="x.png">'),
+                         ["docs/a.md:1: the link leads nowhere: x.png"])
+
+    def test_what_the_build_makes_is_not_looked_at(self):
+        self.assertEqual(self.problems("build/dev/src/a.cpp", "\n" * 601), [])
+
+
+if __name__ == "__main__":
+    unittest.main()

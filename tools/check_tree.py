@@ -1,0 +1,69 @@
+#!/usr/bin/env python3
+"""Checks what no compiler sees: the length of the sources and what the texts refer to.
+
+A reader has this tree and nothing else. So no text refers to a numbered part of another document or to a
+folder of one machine, and the links between the documents lead somewhere.
+
+usage: check_tree.py [FOLDER]    prints one line a violation; exit code 1 when there is one
+"""
+import re
+import sys
+from pathlib import Path
+
+LONGEST_SOURCE = 600
+SOURCES = {".h", ".cpp"}
+TEXTS = SOURCES | {".py", ".sh", ".md", ".txt", ".cmake", ".json", ".qss", ".ini", ".ts", ".xml", ".desktop", ""}
+GENERATED = {"build", ".git", "__pycache__"}
+
+OUTSIDE_REFERENCE = re.compile(
+    r"\bParts?\s+\d+\.\d+|\b[Tt]h(?:e|is) spec(?:ification)?\b|\bspec\.(?:md|txt)\b|"
+    r"(?<![\w.$}/~])/(?:work|root|home/\w+)/")
+LINK = re.compile(r"\]\(([^)#\s]+)(?:#[^)]*)?\)|<img[^>]*\bsrc=\"([^\"]+)\"")
+REMOTE = re.compile(r"[a-z]+:")
+
+
+def files(top):
+    """All files of the tree but what the build makes."""
+    for path in sorted(top.rglob("*")):
+        parts = path.relative_to(top).parts
+        if path.is_file() and not GENERATED.intersection(parts):
+            yield path
+
+
+def check_file(path, top):
+    """What is wrong with one file, a list of texts."""
+    name = path.relative_to(top).as_posix()
+    if path.suffix not in TEXTS or path == Path(__file__).resolve():
+        return []
+    try:
+        text = path.read_text(encoding="utf-8")
+    except UnicodeDecodeError:
+        return []
+    problems = []
+    lines = text.splitlines()
+    if path.suffix in SOURCES and name.startswith("src/") and len(lines) > LONGEST_SOURCE:
+        problems.append(f"{name}: {len(lines)} lines, more than {LONGEST_SOURCE}")
+    for number, line in enumerate(lines, 1):
+        for reference in OUTSIDE_REFERENCE.findall(line):
+            problems.append(f"{name}:{number}: \"{reference}\" means nothing to a reader of this tree")
+        if path.suffix == ".md":
+            for link in (a or b for a, b in LINK.findall(line)):
+                if not REMOTE.match(link) and not (path.parent / link).exists():
+                    problems.append(f"{name}:{number}: the link leads nowhere: {link}")
+    return problems
+
+
+def check(top):
+    """All violations below `top`, one text each."""
+    return [problem for path in files(top) for problem in check_file(path, top)]
+
+
+def main():
+    default = Path(__file__).resolve().parent.parent
+    problems = check(Path(sys.argv[1]).resolve() if len(sys.argv) > 1 else default)
+    print("\n".join(problems) or "The tree is in order.")
+    return 1 if problems else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
