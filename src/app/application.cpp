@@ -1,1 +1,108 @@
+#include "app/application.h"
 
+#include "app/namedmutex.h"
+#include "app/scaleenvironment.h"
+#include "app/tindraeditor.h"
+#include "platform/applicationidentity.h"
+#include "platform/platform.h"
+#include "platform/sessionend.h"
+#include "services/tracelog.h"
+
+#include <QLocale>
+#include <QTranslator>
+
+namespace {
+
+constexpr QLatin1String serverName("TNDEMutex");
+
+/// Runs ahead of the base class, which reads these settings as it is built.
+int &prepared(int &argc) {
+    prepareScaleEnvironment();
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    return argc;
+}
+
+} // namespace
+
+Application::Application(int &argc, char **argv) : QApplication(prepared(argc), argv) {
+    setApplicationName(QStringLiteral("Tindra"));
+    setApplicationVersion(QStringLiteral(TINDRA_VERSION));
+    loadTraceSettings();
+    Platform::instance().applicationIdentity().setApplicationId(
+        QStringLiteral("{7C5A40EF-A0FB-4BFC-874A-C0F2E0B9FA8E}\\Norvane\\Tindra\\Tindra.exe"));
+    // The process lives on while its window is hidden.
+    setQuitOnLastWindowClosed(false);
+    loadTranslation();
+    startCrashClient();
+}
+
+Application::~Application() {
+    m_crashClient.end();
+}
+
+bool Application::checkRunningInstance() {
+    // Without a lock the question and the answer of two starts could cross, and both would be the editor.
+    platform::NamedLock election(serverName);
+    election.lock();
+    if (!m_ipcClient.Test(serverName)) {
+        startServer();
+        return false;
+    }
+    election.unlock();
+    redirectArguments();
+    return true;
+}
+
+void Application::setMainWindow(TindraEditor *mainWindow) {
+    m_mainWindow = mainWindow;
+    Platform::instance().sessionEnd().onTerminate([self = QPointer<Application>(this)] {
+        if (self)
+            self->OnIpcMessage(QStringLiteral("/kill"));
+    });
+}
+
+QString Application::joinedArguments(const QStringList &arguments) {
+    QString line;
+    for (const QString &argument : arguments) {
+        if (!line.isEmpty())
+            line.append(QLatin1Char(' '));
+        line.append(QLatin1Char('"') + argument + QLatin1Char('"'));
+    }
+    return line;
+}
+
+void Application::OnIpcMessage(QString message) {
+    if (m_mainWindow)
+        emit m_mainWindow->commandArrived(message);
+}
+
+/// The product speaks the language it was built for, whatever the system's is.
+void Application::loadTranslation() {
+    static QTranslator translator;
+    const QString language = QLocale(QLocale::Korean).bcp47Name();
+    if (translator.load(QStringLiteral(":/TindraEditor_%0.qm").arg(language)))
+        installTranslator(&translator);
+}
+
+void Application::startCrashClient() {
+    if (m_crashClient.isLoaded())
+        return;
+    const QString folder = applicationDirPath() + QLatin1Char('/');
+    m_crashClient.start(folder + QStringLiteral("WyvernC.dll"), folder + tr("WyvernC_EN.dll"),
+                        QStringLiteral("Tindra"),
+                        applicationVersion() + QLatin1Char('_') + QLocale::system().name());
+}
+
+void Application::startServer() {
+    trace(1, QStringLiteral("StartServer"), "%ls", applicationVersion().utf16());
+    m_ipcServer.Listen(serverName);
+    connect(&m_ipcServer, &IpcServer::sig_ipcMessage, this, &Application::OnIpcMessage);
+}
+
+void Application::redirectArguments() {
+    NamedMutex mutex(QStringLiteral("TNDERedirectMutex"));
+    mutex.lock();
+    const QString line = joinedArguments(arguments());
+    mutex.unlock();
+    m_ipcClient.Send(serverName, line);
+}

@@ -1,0 +1,3 @@
+#include "app/namedmutex.h"
+
+NamedMutex::NamedMutex(const QString &name, QObject *parent) : QObject(parent), m_lock(name) {}
