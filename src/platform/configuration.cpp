@@ -1,1 +1,144 @@
+#include "platform/configuration.h"
 
+#include "platform/configurationfiles.h"
+#include "platform/folderaccess.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QLockFile>
+#include <QSettings>
+#include <QTextCodec>
+
+namespace {
+
+/// Far above any real settings file: what is larger is not one, and would be read into memory.
+constexpr qint64 LargestFile = 4 * 1024 * 1024;
+/// A writer holds the lock for milliseconds. One that was stopped in between must not stop us too.
+constexpr int LockTimeout = 2000;
+constexpr int StaleLockAge = 1000;
+
+struct Address {
+    QString vendor;
+    QString file;
+    QString group;
+    bool isValid() const { return !vendor.isEmpty() && !file.isEmpty(); }
+};
+
+bool isFileName(const QString &component) {
+    return !component.contains(QLatin1Char('/')) && component != QLatin1String(".") &&
+           component != QLatin1String("..");
+}
+
+Address parseKey(const QString &key) {
+    QStringList components = key.split(QLatin1Char('\\'), Qt::SkipEmptyParts);
+    for (const QLatin1String root : {QLatin1String("HKEY_CURRENT_USER"), QLatin1String("SOFTWARE")}) {
+        if (!components.isEmpty() && components.first().compare(root, Qt::CaseInsensitive) == 0)
+            components.removeFirst();
+    }
+    if (components.size() < 2 || !isFileName(components[0]) || !isFileName(components[1]))
+        return {};
+    return {components[0], components[1], QStringList(components.mid(2)).join(QLatin1Char('/'))};
+}
+
+/// Opening a pipe would wait for a writer, and a device may never end.
+bool canBeSettingsFile(const QString &path) {
+    const QFileInfo info(path);
+    return !path.isEmpty() && (!info.exists() || (info.isFile() && info.size() <= LargestFile));
+}
+
+bool isWellFormedLine(const QByteArray &line) {
+    return line.isEmpty() || line.startsWith(';') || line.startsWith('#') || line.contains('=') ||
+           (line.startsWith('[') && line.endsWith(']'));
+}
+
+bool isWellFormed(const QByteArray &content) {
+    QTextCodec::ConverterState state;
+    QTextCodec::codecForName("UTF-8")->toUnicode(content.constData(), content.size(), &state);
+    if (state.invalidChars > 0 || state.remainingChars > 0 || content.contains('\0'))
+        return false;
+    const QList<QByteArray> lines = content.split('\n');
+    return std::all_of(lines.begin(), lines.end(),
+                       [](const QByteArray &line) { return isWellFormedLine(line.trimmed()); });
+}
+
+/// Saving drops the lines that cannot be understood. They may be somebody's settings all the same (a file
+/// stored in another encoding, say), so the first damaged state stays beside the file.
+void keepCopyOfDamagedFile(const QString &path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return;
+    if (!isWellFormed(file.read(LargestFile)))
+        QFile::copy(path, path + QStringLiteral(".damaged"));
+}
+
+/// `QSettings` waits for its lock file without limit. This looks first whether the lock can be had.
+bool isLockAvailable(const QString &path) {
+    QLockFile lock(path + QStringLiteral(".lock"));
+    lock.setStaleLockTime(StaleLockAge);
+    return lock.tryLock(LockTimeout);
+}
+
+} // namespace
+
+ConfigurationLocation::ConfigurationLocation(const QString &key, ConfigurationScope scope) : m_scope(scope) {
+    const Address address = parseKey(key);
+    if (!address.isValid())
+        return;
+    m_fileName = platform::configurationFile(address.vendor, address.file, scope);
+    if (!canBeSettingsFile(m_fileName))
+        return;
+    m_settings = std::make_unique<QSettings>(m_fileName, QSettings::IniFormat);
+    m_settings->setIniCodec("UTF-8");
+    m_settings->beginGroup(address.group);
+}
+
+ConfigurationLocation::~ConfigurationLocation() {
+    if (!m_isWritable)
+        return;
+    m_settings->sync();
+    if (QFileInfo(m_fileName).isFile())
+        QFile::setPermissions(m_fileName, QFile::ReadOwner | QFile::WriteOwner);
+}
+
+QVariant ConfigurationLocation::value(const QString &name) const {
+    return m_settings ? m_settings->value(name) : QVariant();
+}
+
+void ConfigurationLocation::setValue(const QString &name, const QVariant &value) {
+    const QVariant present = this->value(name);
+    // Writing the file anew for a value that it holds already costs a flush to the disk.
+    if (present.isValid() && present.toString() == value.toString())
+        return;
+    if (prepareToWrite())
+        m_settings->setValue(name, value);
+}
+
+void ConfigurationLocation::remove(const QString &name) {
+    if (!m_settings)
+        return;
+    m_settings->beginGroup(name);
+    const bool isGroup = !m_settings->allKeys().isEmpty();
+    m_settings->endGroup();
+    if ((isGroup || m_settings->contains(name)) && prepareToWrite())
+        m_settings->remove(name);
+}
+
+QStringList ConfigurationLocation::childGroups() const {
+    return m_settings ? m_settings->childGroups() : QStringList();
+}
+
+QString ConfigurationLocation::fileName() const {
+    return m_fileName;
+}
+
+bool ConfigurationLocation::prepareToWrite() {
+    if (m_isPrepared || !m_settings || m_scope == ConfigurationScope::Machine)
+        return m_isWritable;
+    m_isPrepared = true;
+    // A file system without access rights cannot make a folder private; that is no reason to lose settings.
+    platform::makePrivateFolder(QFileInfo(m_fileName).path());
+    m_isWritable = isLockAvailable(m_fileName);
+    if (m_isWritable)
+        keepCopyOfDamagedFile(m_fileName);
+    return m_isWritable;
+}

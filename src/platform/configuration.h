@@ -17,24 +17,36 @@ enum class ConfigurationScope {
 /// One location of the product's settings, addressed by a path of backslash-separated components such
 /// as "SOFTWARE\Norvane\Tindra\Config".
 ///
-/// A leading component "SOFTWARE" (any case) is dropped; the next names the vendor's folder, the one
-/// after it the file, the rest nested groups. Names are as the capture process knows them, so both
-/// programs meet in one file. Values that cannot be read count as missing, failed writes are silent, and
-/// values that others keep in the same file stay as they are. GUI thread only.
+/// A leading "HKEY_CURRENT_USER" or "SOFTWARE" (any case) is dropped. The next component names the vendor's
+/// folder, the one after it the file in it, the rest nested groups: the example is the group `Config` of
+/// `Norvane/Tindra.conf`, an INI file in UTF-8, and "…\Config\SizePresets" the group `SizePresets` inside
+/// that. The capture process opens the same file under the same rule.
+///
+/// Values that cannot be read count as missing, failed writes are silent, and values that others keep in the
+/// same file stay as they are. Changes reach the file when the object goes, merged with what others wrote
+/// meanwhile. GUI thread only.
 class ConfigurationLocation {
 public:
     explicit ConfigurationLocation(const QString &key, ConfigurationScope scope = ConfigurationScope::User);
     ~ConfigurationLocation();
+    ConfigurationLocation(const ConfigurationLocation &) = delete;
+    ConfigurationLocation &operator=(const ConfigurationLocation &) = delete;
 
-    /// The value of that name (a "/" enters a group), or an invalid `QVariant`.
+    /// The value of that name (a "/" enters a group), or an invalid `QVariant`. Values come back as text.
     QVariant value(const QString &name) const;
     void setValue(const QString &name, const QVariant &value);
     /// Removes a value, or a group with all that is in it.
     void remove(const QString &name);
     QStringList childGroups() const;
-    /// Path of the file behind this location.
+    /// Path of the file behind this location; empty when the key names none.
     QString fileName() const;
 
 private:
-    std::unique_ptr<QSettings> m_settings;
+    bool prepareToWrite();
+
+    QString m_fileName;
+    ConfigurationScope m_scope;
+    std::unique_ptr<QSettings> m_settings; ///< null when the file cannot be used at all
+    bool m_isPrepared = false;
+    bool m_isWritable = false;
 };

@@ -10,6 +10,8 @@
 ///
 /// An index at or beyond the count does nothing or gives the default. A setter of another type changes
 /// the item's type, after which the getter of the old type gives its default. GUI thread only.
+///
+/// A null string, unlike an empty one, is final: an item that holds it takes no other text.
 class Preferences {
 public:
     enum ItemType { None = 0, Int = 1, Bool = 2, String = 3 };
@@ -40,10 +42,15 @@ public:
     void SetInt(int index, int value);
     void SetString(int index, const QString &value);
 
-    /// Reads every named item that the location holds; the number of values read.
+    /// Reads every named item that the location holds; the number of values read. `root` and `key` together
+    /// are the location's path. What is no number counts as missing for an int, which keeps its value.
     int Load(const QString &root, const QString &key);
     /// Writes every named item that differs from the location; the number of values written.
     int Save(const QString &root, const QString &key);
+
+protected:
+    /// A stored value as an int; invalid when it is no number.
+    static QVariant intFromStored(const QVariant &stored);
 
 private:
     struct Item {
@@ -53,7 +60,9 @@ private:
         bool saved = false;
     };
     const Item *item(int index) const;
+    Item *item(int index);
     void set(int index, int type, const QVariant &value);
+    static bool loadItem(Item &item, const QVariant &stored);
 
     std::vector<Item> m_items;
 };

@@ -3,10 +3,10 @@
 #include "preferences/preferences.h"
 
 #include <QColor>
+#include <QHash>
 #include <QList>
 #include <QSize>
-
-#include <array>
+#include <QStringList>
 
 /// The program's 87 settings, and the lists that do not fit a flat table: custom colours and size presets.
 ///
@@ -144,13 +144,8 @@ private:
     void loadCustomColors();
     void saveCustomColors() const;
     void migrate();
-    QList<QColor> *customColors(const QString &key);
-    const QList<QColor> *customColors(const QString &key) const;
+    static QStringList customColorKeys();
 
     QList<QSize> m_sizePresets;
-    QList<QColor> m_figureFillColors;
-    QList<QColor> m_figureLineColors;
-    QList<QColor> m_penColors;
-    QList<QColor> m_highlighterColors;
-    QList<QColor> m_textColors;
+    QHash<QString, QList<QColor>> m_customColors; ///< by key
 };

@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <atomic>
+#include <type_traits>
 
 /// The log: an append-only text file in the temporary folder, off unless the settings switch it on.
 ///
@@ -17,7 +18,7 @@ public:
 
     static int threshold() { return s_threshold.load(std::memory_order_relaxed); }
     static QString filePath();
-    /// Writes one line whatever the threshold says.
+    /// Writes one line whatever the threshold says. A file that cannot be written loses it silently.
     static void write(const QString &tag, const QString &message);
 
 private:
@@ -26,10 +27,18 @@ private:
     static std::atomic<bool> s_toDebugOutput;
 };
 
-void traceFormatted(const QString &tag, const char *format, va_list arguments);
+/// Writes a formatted line whatever the threshold says.
+void traceFormatted(const QString &tag, const char *format, ...);
 
 /// Logs a message. `format` follows `QString::vasprintf`; "%ls" takes `QString::utf16()`.
-void trace(int level, const QString &tag, const char *format, ...);
+template <typename... Arguments>
+inline void trace(int level, const QString &tag, const char *format, Arguments... arguments) {
+    static_assert((std::is_scalar_v<Arguments> && ...), "objects cannot pass through a printf format");
+    if (level <= TraceLog::threshold())
+        traceFormatted(tag, format, arguments...);
+}
+
+/// Logs a text (UTF-8) as it stands.
 void traceMessage(const QString &tag, int level, const char *text);
 
 /// Reads threshold and output switch from the settings; called at start and after each change.

@@ -1,1 +1,40 @@
+#include "services/workfolder.h"
 
+#include "platform/folderaccess.h"
+
+#include <QStandardPaths>
+#include <QString>
+
+namespace {
+
+/// The product's folder below `base`, or an empty string when it cannot be had. The vendor's folder must be
+/// private too: whoever owns it could put another folder in the place of ours.
+QString privateFolderBelow(const QString &base) {
+    if (base.isEmpty())
+        return QString();
+    const QString vendorFolder = base + QStringLiteral("/Norvane");
+    const QString folder = vendorFolder + QStringLiteral("/Tindra");
+    const bool isUsable = platform::makePrivateFolder(vendorFolder) && platform::makePrivateFolder(folder) &&
+                          isDirectoryWritable(folder);
+    return isUsable ? folder : QString();
+}
+
+QString parentOf(const QString &path) {
+    return path.left(path.lastIndexOf(QLatin1Char('/')));
+}
+
+} // namespace
+
+QString workFolder() {
+    const QString bases[] = {
+        parentOf(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation)),
+        QStandardPaths::writableLocation(QStandardPaths::TempLocation),
+        QStandardPaths::writableLocation(QStandardPaths::HomeLocation),
+    };
+    for (const QString &base : bases) {
+        const QString folder = privateFolderBelow(base);
+        if (!folder.isEmpty())
+            return folder;
+    }
+    return QString();
+}

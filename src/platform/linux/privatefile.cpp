@@ -1,0 +1,93 @@
+#include "platform/privatefile.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace {
+
+constexpr mode_t PrivateFolderMode = S_IRWXU;
+constexpr mode_t PrivateFileMode = S_IRUSR | S_IWUSR;
+constexpr mode_t OthersRights = S_IRWXG | S_IRWXO;
+
+class Descriptor {
+public:
+    explicit Descriptor(int descriptor) : m_descriptor(descriptor) {}
+    ~Descriptor() { reset(-1); }
+    Descriptor(const Descriptor &) = delete;
+    Descriptor &operator=(const Descriptor &) = delete;
+
+    void reset(int descriptor) {
+        if (m_descriptor >= 0)
+            ::close(m_descriptor);
+        m_descriptor = descriptor;
+    }
+    int get() const { return m_descriptor; }
+    bool isValid() const { return m_descriptor >= 0; }
+
+private:
+    int m_descriptor;
+};
+
+int openFolder(const QByteArray &path) {
+    ::mkdir(path.constData(), PrivateFolderMode); // fails when the folder is there, which is as good
+    return ::open(path.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+}
+
+/// O_NONBLOCK: a named pipe in the file's place must not stop the program.
+int openFile(int folder, const QByteArray &name) {
+    return ::openat(folder, name.constData(),
+                    O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, PrivateFileMode);
+}
+
+bool takeForUser(int descriptor, mode_t kind, mode_t mode, struct stat *entry) {
+    if (::fstat(descriptor, entry) != 0 || (entry->st_mode & S_IFMT) != kind || entry->st_uid != ::geteuid())
+        return false;
+    return !(entry->st_mode & OthersRights) || ::fchmod(descriptor, mode) == 0;
+}
+
+/// The lock keeps two processes that both saw a full file from removing each other's new one.
+void removeFullFile(int folder, const QByteArray &name, qint64 sizeLimit) {
+    if (::flock(folder, LOCK_EX) != 0)
+        return;
+    struct stat entry;
+    if (::fstatat(folder, name.constData(), &entry, AT_SYMLINK_NOFOLLOW) == 0 && entry.st_size >= sizeLimit)
+        ::unlinkat(folder, name.constData(), 0);
+    ::flock(folder, LOCK_UN);
+}
+
+bool writeOnce(int file, const QByteArray &bytes) {
+    ssize_t written = -1;
+    do {
+        written = ::write(file, bytes.constData(), static_cast<size_t>(bytes.size()));
+    } while (written < 0 && errno == EINTR);
+    return written == bytes.size();
+}
+
+} // namespace
+
+bool platform::appendToPrivateFile(const QString &path, const QByteArray &bytes, qint64 sizeLimit) {
+    const QFileInfo info(path);
+    const QByteArray name = QFile::encodeName(info.fileName());
+    struct stat entry;
+
+    const Descriptor folder(openFolder(QFile::encodeName(info.path())));
+    if (!folder.isValid() || !takeForUser(folder.get(), S_IFDIR, PrivateFolderMode, &entry))
+        return false;
+    Descriptor file(openFile(folder.get(), name));
+    if (!file.isValid() || !takeForUser(file.get(), S_IFREG, PrivateFileMode, &entry))
+        return false;
+    if (entry.st_size >= sizeLimit) {
+        removeFullFile(folder.get(), name, sizeLimit);
+        file.reset(openFile(folder.get(), name));
+        if (!file.isValid() || !takeForUser(file.get(), S_IFREG, PrivateFileMode, &entry))
+            return false;
+    }
+    return writeOnce(file.get(), bytes);
+}

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+namespace platform {
+
+/// Appends the bytes to the file in one piece, so that several processes may write to one file.
+///
+/// Folder and file are made when missing, for this user alone. A file that has reached `sizeLimit` bytes
+/// is begun anew first. Nothing is written, and the result is false, when folder or file belong to
+/// somebody else, are links, or cannot be opened: the place may be one where strangers lay traps. Any thread.
+bool appendToPrivateFile(const QString &path, const QByteArray &bytes, qint64 sizeLimit);
+
+} // namespace platform
