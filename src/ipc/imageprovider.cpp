@@ -1,1 +1,145 @@
+#include "ipc/imageprovider.h"
 
+#include "platform/namedlock.h"
+#include "platform/sharedimageblock.h"
+
+#include <QBuffer>
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QImageReader>
+#include <QSharedMemory>
+
+#include <memory>
+
+namespace {
+
+constexpr double BytesToMegabytes = 9.5367431640625e-7;
+constexpr int DecodedDepth = 32;
+
+std::unique_ptr<ImageProvider> &holder() {
+    static std::unique_ptr<ImageProvider> provider;
+    return provider;
+}
+
+void releaseImages() {
+    holder().reset();
+}
+
+/// Decodes the image if its header claims a size that the budget could ever hold. Without a claimed size
+/// nobody knows how much memory the decoder would take, so such bytes count as no image.
+QPixmap decode(QIODevice *device) {
+    QImageReader reader(device);
+    reader.setDecideFormatFromContent(true);
+    const QSize claimed = reader.size();
+    if (claimed.isEmpty() ||
+        imageMegabytes(claimed.width(), claimed.height(), DecodedDepth) > ImageProvider::BudgetMegabytes)
+        return QPixmap();
+    QImage image = reader.read();
+    return QPixmap::fromImage(std::move(image));
+}
+
+QPixmap decodeBytes(const char *bytes, int size) {
+    QByteArray encoded = QByteArray::fromRawData(bytes, size);
+    QBuffer buffer(&encoded);
+    buffer.open(QIODevice::ReadOnly);
+    return decode(&buffer);
+}
+
+QPixmap decodeFile(const QString &path) {
+    if (!QFileInfo(path).isFile())
+        return QPixmap();
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return QPixmap();
+    return decode(&file);
+}
+
+double megabytes(const QPixmap &pixmap) {
+    return imageMegabytes(pixmap.width(), pixmap.height(), pixmap.depth());
+}
+
+} // namespace
+
+double imageMegabytes(int width, int height, int depth) {
+    return std::floor(double(depth / 8) * height * width * BytesToMegabytes);
+}
+
+ImageProvider *ImageProvider::instance() {
+    if (!holder()) {
+        holder().reset(new ImageProvider);
+        // Pixmaps must not outlive the application object.
+        qAddPostRoutine(releaseImages);
+    }
+    return holder().get();
+}
+
+void ImageProvider::resetForTesting() {
+    releaseImages();
+}
+
+void ImageProvider::loadFromMemory(const QString &key, int size) {
+    const platform::SharedImageBlock block = platform::sharedImageBlock();
+    QSharedMemory memory;
+    memory.setNativeKey(block.nativeKey);
+    if (!memory.attach(QSharedMemory::ReadOnly))
+        return;
+    platform::NamedLock lock(block.lockName);
+    if (size <= 0 || size > memory.size() || !lock.lock())
+        return;
+    const QPixmap pixmap = decodeBytes(static_cast<const char *>(memory.constData()), size);
+    lock.unlock();
+    memory.detach();
+    insert(key, pixmap);
+}
+
+QPixmap ImageProvider::pixmap(const QString &path) {
+    if (path == m_currentPath)
+        return m_currentPixmap;
+    QPixmap found;
+    if (QFileInfo(path).isAbsolute())
+        found = decodeFile(path);
+    if (found.isNull()) {
+        const auto image = m_images.constFind(path);
+        if (image == m_images.constEnd())
+            return QPixmap();
+        found = *image;
+    }
+    m_currentPixmap = found;
+    m_currentPath = path;
+    return found;
+}
+
+bool ImageProvider::insert(const QString &key, const QPixmap &pixmap) {
+    const double size = megabytes(pixmap);
+    if (m_usedMegabytes + size > BudgetMegabytes)
+        return false;
+    m_images.insert(key, pixmap);
+    m_usedMegabytes += size;
+    return true;
+}
+
+bool ImageProvider::remove(const QString &path) {
+    if (path.isEmpty())
+        return false;
+    QFile::remove(path);
+    dropFromMemory(path);
+    if (path == m_currentPath) {
+        m_currentPixmap = QPixmap();
+        m_currentPath.clear();
+    }
+    return true;
+}
+
+bool ImageProvider::dropFromMemory(const QString &path) {
+    const auto image = m_images.find(path);
+    if (image == m_images.end())
+        return false;
+    m_usedMegabytes -= megabytes(*image);
+    m_images.erase(image);
+    return true;
+}
+
+bool ImageProvider::isFile(const QString &path) const {
+    return QFileInfo(path).isAbsolute() && QFileInfo::exists(path);
+}

@@ -32,7 +32,8 @@ public:
     static QString birdFileName(const QString &folder, bool numbered);
     /// A path that does not exist yet, by a number in brackets.
     static QString uniqueFilePath(const QString &path);
-    /// Full path, extension included, of the next image of a batch.
+    /// Full path, extension included, of the next image of a batch; `used` are the paths it gave before.
+    /// With serial names it does not return before the file of the last one exists.
     static QString batchFileName(const QString &base, const QStringList &used);
     /// Row of `formatEntries`, or -1.
     static int indexOfFormat(int type, const QString &format);
@@ -42,4 +43,6 @@ public:
     /// Other sources of time and chance, for tests; empty functions bring the real ones back.
     static void setClock(std::function<QDateTime()> now);
     static void setRandom(std::function<int()> random);
+    /// What `batchFileName` does between two looks for the file of the last name.
+    static void setBatchWait(std::function<void()> wait);
 };

@@ -7,6 +7,7 @@
 #include <QVector>
 
 class QIODevice;
+struct GifFileType;
 
 /// One picture of a GIF file.
 struct GifFrame {
@@ -20,8 +21,9 @@ struct GifFrame {
 
 /// Writes GIF files with the loop extension.
 ///
-/// Images that are not indexed are reduced to 256 colours by Qt's own conversion. Any thread, one writer
-/// per thread.
+/// Images that are not indexed are reduced to 256 colours by Qt's own conversion. The format carries sizes
+/// up to 65535; larger ones, null images and a writer without frames give false. Any thread, one writer per
+/// thread.
 class GifImageWriter {
 public:
     void setCanvasSize(const QSize &size) { m_canvasSize = size; }
@@ -39,6 +41,8 @@ public:
     bool save(QIODevice *device, int flags) const;
 
 private:
+    bool addSavedImage(GifFileType *gif, int index, Qt::ImageConversionFlags flags) const;
+
     QSize m_canvasSize;
     int m_loopCount = 0;
     int m_defaultDelay = 1000;

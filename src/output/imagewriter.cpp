@@ -1,1 +1,90 @@
+#include "output/imagewriter.h"
 
+#include "output/gifimagewriter.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QFileInfo>
+#include <QImage>
+#include <QImageWriter>
+#include <QSaveFile>
+
+namespace {
+
+/// Light compression: a capture of a large screen has to be on disk without a visible stall.
+constexpr int PngQuality = 70;
+constexpr int BestQuality = 100;
+constexpr int LowestQuality = 0;
+
+bool isFormat(const QString &suffix, const char *format) {
+    return suffix.compare(QLatin1String(format), Qt::CaseInsensitive) == 0;
+}
+
+int effectiveQuality(const QString &suffix, int quality) {
+    if (isFormat(suffix, "png"))
+        return PngQuality;
+    if (isFormat(suffix, "jpg") || quality >= 0)
+        return quality;
+    return isFormat(suffix, "webp") ? BestQuality : LowestQuality;
+}
+
+bool encode(const QImage &image, const QString &suffix, int quality, QIODevice *device) {
+    if (isFormat(suffix, "gif")) {
+        GifImageWriter writer;
+        writer.addFrame(image, -1);
+        return writer.save(device, 0);
+    }
+    QImageWriter writer(device, suffix.toLatin1());
+    writer.setQuality(qMin(effectiveQuality(suffix, quality), BestQuality));
+    return writer.write(image);
+}
+
+bool writeAll(QFile &file, const QByteArray &bytes) {
+    return file.seek(0) && file.write(bytes) == bytes.size() && file.resize(bytes.size()) && file.flush();
+}
+
+/// Writes into the file itself, for places where no second file can stand beside it and take its name: a
+/// folder closed to us, a mounted file, a name at the limit of the file system. What stood there comes back
+/// if the disk fills up on the way.
+bool writeInPlace(const QString &path, const QByteArray &bytes) {
+    QFile file(path);
+    const bool existed = file.exists();
+    if (!file.open(existed ? QIODevice::ReadWrite : QIODevice::WriteOnly | QIODevice::NewOnly))
+        return false;
+    const QByteArray before = existed ? file.readAll() : QByteArray();
+    if (writeAll(file, bytes))
+        return true;
+    if (existed)
+        writeAll(file, before);
+    else
+        file.remove();
+    return false;
+}
+
+} // namespace
+
+bool writeImage(const QImage &image, const QString &path, int quality) {
+    const QFileInfo target(path);
+    const QString suffix = target.suffix();
+    if (image.isNull() || suffix.isEmpty() || (target.exists() && !target.isFile()))
+        return false;
+
+    QSaveFile file(path);
+    if (file.open(QIODevice::WriteOnly)) {
+        if (!encode(image, suffix, quality, &file))
+            return false;
+        if (file.commit())
+            return true;
+        if (file.error() != QFileDevice::RenameError)
+            return false;
+    } else if (target.exists() && !target.isWritable()) {
+        return false;
+    }
+    QBuffer encoded;
+    encoded.open(QIODevice::WriteOnly);
+    return encode(image, suffix, quality, &encoded) && writeInPlace(path, encoded.data());
+}
+
+bool writePinImage(const QImage &image, const QString &path) {
+    return writeImage(image, path, BestQuality);
+}

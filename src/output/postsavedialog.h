@@ -7,6 +7,7 @@ class PostSaveDialog : public MessageDialog {
     Q_OBJECT
 public:
     enum Type { OneImage = 0, Batch = 2 };
+    enum Result { OpenImage = 0, OpenFolder = 1, Closed = 2 };
 
     explicit PostSaveDialog(Type type, QWidget *parent = nullptr);
 

@@ -5,14 +5,16 @@
 #include <memory>
 
 class QAbstractButton;
-class QCheckBox;
-class QDialogButtonBox;
-class QLabel;
 
 /// The program's only message box.
 ///
 /// The static helpers run it and return the pressed button. For dialogs with buttons of their own,
-/// `addButton` gives each the result that `exec` returns.
+/// `addButton` gives each the result that `exec` returns. Enter presses the default button, or the first
+/// positive one. Escape and the window's close button give the close result if there is one, else what a
+/// refusal gives: Cancel, No, Close and so on, or the last negative button, or the only button.
+///
+/// Texts are plain, can be selected, and wrap when they grow too long for a message. The window keeps its
+/// first size, times the scale. GUI thread only.
 class MessageDialog : public QDialog {
     Q_OBJECT
 public:
@@ -65,6 +67,13 @@ public:
                        int defaultButton = NoButton);
 
     void reject() override;
+
+public slots:
+    /// Takes the window's scale, logical DPI / 96, and gives the window its size by it.
+    void onScaleChanged(double scale);
+
+protected:
+    void showEvent(QShowEvent *event) override;
 
 private:
     class Private;

@@ -1,11 +1,10 @@
 #include "platform/capturechannel.h"
 
 #include "platform/linux/linuxservices.h"
+#include "platform/linux/sessionbus.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QFileInfo>
-#include <QUrl>
 #include <QVariant>
 
 namespace {
@@ -18,21 +17,6 @@ constexpr QLatin1String connectionName("tindra-capture");
 constexpr int lookupTimeoutMs = 250;
 /// For the capture process itself, which may be drawing its overlay.
 constexpr int answerTimeoutMs = 1000;
-
-/// The address of the session bus, empty where there is none. The bus library would start a bus of its
-/// own then, on which nobody listens.
-QString sessionBusAddress() {
-    const QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
-    if (address.startsWith(QLatin1String("autolaunch:")))
-        return QString();
-    if (!address.isEmpty())
-        return address;
-    const QString runtimeFolder = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    const QString socket = runtimeFolder + QStringLiteral("/bus");
-    if (runtimeFolder.isEmpty() || !QFileInfo::exists(socket))
-        return QString();
-    return QStringLiteral("unix:path=") + QString::fromLatin1(QUrl::toPercentEncoding(socket, "/", "~"));
-}
 
 class DBusCaptureChannel : public CaptureChannel {
 public:
@@ -52,7 +36,7 @@ QDBusConnection DBusCaptureChannel::bus() {
     const QDBusConnection known(connectionName);
     if (known.isConnected())
         return known;
-    const QString address = sessionBusAddress();
+    const QString address = platform::sessionBusAddress();
     if (address.isEmpty())
         return known;
     QDBusConnection::disconnectFromBus(connectionName);

@@ -1,1 +1,86 @@
+#include "platform/clipboardimage.h"
 
+#include "platform/clipboardkeeper.h"
+#include "platform/linux/keptimage.h"
+#include "platform/linux/linuxservices.h"
+#include "platform/linux/x11client.h"
+
+#include <QClipboard>
+#include <QCoreApplication>
+#include <QDir>
+#include <QGuiApplication>
+#include <QImage>
+#include <QProcess>
+#include <QX11Info>
+
+#include <unistd.h>
+
+namespace {
+
+QString &keeperProgram() {
+    static QString program;
+    return program;
+}
+
+/// Starts the process that keeps the image when we are gone. Without one the image is still there as long
+/// as the program runs.
+void startKeeper(const QImage &image, quint32 copyTime) {
+    const int descriptor = platform::writeKeptImage(image, copyTime);
+    if (descriptor < 0)
+        return;
+    QProcess keeper;
+    keeper.setProgram(keeperProgram().isEmpty() ? QCoreApplication::applicationFilePath() : keeperProgram());
+    keeper.setArguments({QLatin1String(platform::ClipboardKeeperArgument)});
+    keeper.setWorkingDirectory(QDir::rootPath());
+    keeper.setStandardInputFile(QStringLiteral("/proc/self/fd/%1").arg(descriptor));
+    // Somebody may wait for the end of our output.
+    keeper.setStandardOutputFile(QProcess::nullDevice());
+    keeper.setStandardErrorFile(QProcess::nullDevice());
+    keeper.startDetached();
+    ::close(descriptor);
+}
+
+/// At the end of the program the toolkit offers what it still holds to the clipboard manager and waits up
+/// to five seconds for it. The keeper has the image, so nothing is lost by letting go.
+void releaseSelection() {
+    if (QX11Info::isPlatformX11() && QGuiApplication::clipboard()->ownsClipboard())
+        QGuiApplication::clipboard()->clear();
+}
+
+class LinuxClipboardImage : public ClipboardImage {
+public:
+    bool setImage(const QImage &image, QWindow *owner) override;
+
+private:
+    QMetaObject::Connection m_releaseAtExit;
+};
+
+bool LinuxClipboardImage::setImage(const QImage &image, QWindow *owner) {
+    if (image.isNull() || !owner)
+        return false;
+    if (!QX11Info::isPlatformX11()) {
+        QGuiApplication::clipboard()->setImage(image);
+        return true;
+    }
+    if (!m_releaseAtExit)
+        m_releaseAtExit = QObject::connect(qApp, &QCoreApplication::aboutToQuit, qApp, releaseSelection);
+    // The server refuses a claim older than the newest one, and the last event that this program saw may
+    // be long past when the capture process asks for a copy.
+    QX11Info::setAppTime(quint32(QX11Info::getTimestamp()));
+    const auto copyTime = quint32(QX11Info::appTime());
+    QGuiApplication::clipboard()->setImage(image);
+    if (platform::clipboardSelectionOwner() != platform::SelectionOwner::ThisProcess)
+        return false;
+    startKeeper(image, copyTime);
+    return true;
+}
+
+} // namespace
+
+void platform::setClipboardKeeperProgram(const QString &path) {
+    keeperProgram() = path;
+}
+
+std::unique_ptr<ClipboardImage> makeClipboardImage() {
+    return std::make_unique<LinuxClipboardImage>();
+}
