@@ -235,8 +235,10 @@ void Tst_UIStyler::windowsBelowAWindowAreLeftOut() {
     inside->setIconSize(QSize(10, 10));
     w.window.ensurePolished();
     UIStyler::applyScale(&w.window, 2.0);
-    QVERIFY(!inside->property(IsSavedInitialSize).toBool());
     QCOMPARE(inside->iconSize(), QSize(10, 10));
+    UIStyler::applyScale(&dialog, 1.5);
+    QCOMPARE(inside->iconSize(), QSize(15, 15));
+    QCOMPARE(w.button->iconSize(), QSize(30, 34));
 }
 
 void Tst_UIStyler::sameScaleIsAppliedOnce() {
@@ -364,9 +366,10 @@ void Tst_UIStyler::lateChildrenAreTakenIn() {
 
 void Tst_UIStyler::childrenBeforeTheFirstShowWait() {
     Window w;
-    w.label->ensurePolished();
+    w.window.ensurePolished();
     QCoreApplication::sendPostedEvents();
-    QVERIFY(!w.label->property(IsSavedInitialSize).toBool());
+    QVERIFY(!w.window.property(IsWindowLoaded).toBool());
+    QCOMPARE(w.label->font().pointSizeF(), 9.0);
     w.window.show();
     QVERIFY(w.label->property(IsSavedInitialSize).toBool());
     QVERIFY(!w.label->property(Scale).isValid());
