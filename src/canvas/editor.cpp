@@ -1,1 +1,376 @@
+#include "canvas/editor.h"
 
+#include "canvas/items/drawingfreehanditem.h"
+#include "canvas/itemtable.h"
+#include "canvas/toolusage.h"
+#include "ipc/imageprovider.h"
+#include "preferences/tindrapreferences.h"
+#include "services/usagestatistics.h"
+
+#include <QGraphicsSceneMouseEvent>
+#include <QPainter>
+
+namespace {
+
+const QPoint NoPos(-1, -1);
+/// The eraser takes what lies within this many pixels of the mouse.
+constexpr int EraserReach = 1;
+
+QGraphicsItem *graphicsItem(DrawingInterface *item) {
+    return dynamic_cast<QGraphicsItem *>(item);
+}
+
+bool isDrawn(const QGraphicsItem *item) {
+    const auto *drawing = dynamic_cast<const DrawingItem *>(item);
+    return !drawing || drawing->isDrawn();
+}
+
+} // namespace
+
+Editor::Editor(QObject *parent) : QGraphicsScene(parent) {
+    // Items grow during a drag without telling the scene, which an index would not notice.
+    setItemIndexMethod(NoIndex);
+}
+
+Editor::~Editor() {
+    clearImage();
+}
+
+void Editor::setImageKey(const QString &path) {
+    if (path == m_imageKey)
+        return;
+    if (!m_imageKey.isEmpty())
+        ImageProvider::instance()->remove(m_imageKey);
+    m_imageKey = path;
+}
+
+void Editor::clearImage() {
+    setImageKey(QString());
+}
+
+bool Editor::imageExists() const {
+    return ImageProvider::instance()->isFile(m_imageKey);
+}
+
+void Editor::setSavedPath(const QString &path) {
+    m_savedPath = path;
+    emit imageSaved(!path.isEmpty());
+}
+
+QRect Editor::imageRect() const {
+    return ImageProvider::instance()->pixmap(m_imageKey).rect();
+}
+
+QRect Editor::visibleRect() const {
+    const QPixmap pixmap = ImageProvider::instance()->pixmap(m_imageKey);
+    if (pixmap.isNull())
+        return QRect();
+    return m_cropRect.isEmpty() ? pixmap.rect() : m_cropRect;
+}
+
+QPixmap Editor::flatten(bool withDrawings, bool ignoreCrop) {
+    QPixmap pixmap = ImageProvider::instance()->pixmap(m_imageKey);
+    if (pixmap.isNull())
+        return QPixmap();
+    setSceneRect(QRectF(pixmap.rect()));
+    QRect source = pixmap.rect();
+    if (!ignoreCrop && !m_cropRect.isEmpty() && m_cropRect != source) {
+        source = m_cropRect;
+        pixmap = pixmap.copy(m_cropRect);
+    }
+    if (withDrawings) {
+        const QList<QGraphicsItem *> present = items();
+        if (std::any_of(present.begin(), present.end(), isDrawn)) {
+            QPainter painter(&pixmap);
+            render(&painter, QRectF(pixmap.rect()), QRectF(source), Qt::KeepAspectRatio);
+        }
+    }
+    return pixmap;
+}
+
+void Editor::setShape(ShapeType shape) {
+    const bool open = m_shapeType == TextEditing || m_shapeType == Crop;
+    if (open && m_currentItem)
+        m_currentItem->drawFinish(false);
+    // Read anew: closing the item above has changed the tool.
+    if (m_shapeType != Crop)
+        m_previousShapeType = m_shapeType;
+    m_shapeType = shape;
+    emit changedShape(shape);
+}
+
+void Editor::restoreLastShape() {
+    const TindraPreferences &preferences = *TindraPreferences::instance();
+    setShape(static_cast<ShapeType>(preferences.GetInt(TindraPreferences::LastDrawingItem, Rectangle)));
+}
+
+void Editor::startCrop() {
+    if (m_shapeType != Crop)
+        return;
+    // The whole image is seen while the frame is open, so the items must not be cut.
+    emit changeSceneRect(sceneRect());
+    const NewItem item = createItem(Crop, sceneRect());
+    m_currentItem = item.drawing;
+    if (!item.drawing)
+        return;
+    addItem(item.graphics);
+    m_undoList.append(item.graphics);
+}
+
+void Editor::finishCurrentItem(bool accept) {
+    const bool open = m_shapeType == TextEditing || m_shapeType == Crop;
+    if (open && m_currentItem)
+        m_currentItem->drawFinish(accept);
+}
+
+void Editor::undo() {
+    toggle(m_undoList, m_redoList);
+}
+
+void Editor::redo() {
+    toggle(m_redoList, m_undoList);
+}
+
+void Editor::toggle(QList<QGraphicsItem *> &from, QList<QGraphicsItem *> &to) {
+    if (from.isEmpty())
+        return;
+    QGraphicsItem *item = from.last();
+    to.append(item);
+    if (item->scene())
+        removeItem(item);
+    else
+        addItem(item);
+    from.removeLast();
+    update();
+}
+
+void Editor::reset() {
+    const int count = items().size();
+    for (int i = 0; i < count; ++i)
+        undo();
+}
+
+void Editor::mousePressEvent(QGraphicsSceneMouseEvent *event) {
+    QGraphicsScene::mousePressEvent(event);
+    if (m_gestureActive || m_shapeType == TextEditing || m_shapeType == Crop)
+        return;
+    const bool left = event->button() == Qt::LeftButton;
+    const QPoint pos = event->scenePos().toPoint();
+    if (m_shapeType == Eraser) {
+        if (left && eraseAt(pos))
+            reportToolUse();
+        return;
+    }
+    // The press that closed a text does nothing else, whatever its button.
+    if (m_shapeType == TextFinished) {
+        setShape(Text);
+        return;
+    }
+    if (!left)
+        return;
+    const NewItem item = createItem(m_shapeType, QRectF(visibleRect()));
+    m_currentItem = item.drawing;
+    if (!item.drawing)
+        return;
+    m_pressPos = pos;
+    m_lastPos = pos;
+    item.drawing->drawStart(pos);
+    addItem(item.graphics);
+}
+
+void Editor::mouseMoveEvent(QGraphicsSceneMouseEvent *event) {
+    QGraphicsScene::mouseMoveEvent(event);
+    if (m_shapeType == Crop)
+        return;
+    const bool left = event->buttons() & Qt::LeftButton;
+    const bool shift = event->modifiers() & Qt::ShiftModifier;
+    const QPoint pos = event->scenePos().toPoint();
+    if (m_shapeType == Eraser && left && eraseAt(pos))
+        return;
+    if (left && m_pressPos != NoPos) {
+        if (!m_currentItem)
+            return;
+        growCurrentItem(pos, shift);
+        m_lastPos = pos;
+        // Keeps the views from looking for an item under the mouse that might set the cursor, which asks
+        // every stroke there for its shape.
+        event->accept();
+    } else if (m_shapeType == TextEditing && m_currentItem) {
+        m_currentItem->drawMove(m_lastPos, pos, shift);
+        m_lastPos = pos;
+    }
+}
+
+void Editor::mouseReleaseEvent(QGraphicsSceneMouseEvent *event) {
+    QGraphicsScene::mouseReleaseEvent(event);
+    if (m_shapeType == TextEditing || m_shapeType == Crop || m_shapeType == Eraser)
+        return;
+    if (m_pressPos == NoPos)
+        return;
+    const QPoint pos = event->scenePos().toPoint();
+    if (m_currentItem && !dropClickOfPen(pos))
+        finishStroke(pos, event->modifiers() & Qt::ShiftModifier);
+    m_pressPos = NoPos;
+    m_lastPos = NoPos;
+    reportToolUse();
+}
+
+bool Editor::dropClickOfPen(QPoint pos) {
+    if (m_shapeType != Pen || pos != m_pressPos)
+        return false;
+    QGraphicsItem *item = graphicsItem(m_currentItem);
+    m_currentItem = nullptr;
+    takeOutOfScene(item);
+    delete item;
+    return true;
+}
+
+void Editor::finishStroke(QPoint pos, bool shift) {
+    QGraphicsItem *item = graphicsItem(m_currentItem);
+    if (m_pressPos == m_lastPos) {
+        // Not destroyed before the editor is: an item may have work of its own under way.
+        takeOutOfScene(item);
+        m_currentItem = nullptr;
+        return;
+    }
+    const auto *stroke = dynamic_cast<DrawingFreehandItem *>(m_currentItem);
+    const int known = stroke ? stroke->segmentCount() : 0;
+    m_currentItem->drawEnd(m_lastPos, pos, shift);
+    m_undoList.append(item);
+    emptyRedoList();
+    m_currentItem = nullptr;
+    if (stroke) {
+        emit strokeExtended(stroke, known);
+        emit changed({});
+    } else {
+        update();
+    }
+}
+
+void Editor::growCurrentItem(QPoint pos, bool shift) {
+    if (const auto *stroke = dynamic_cast<DrawingFreehandItem *>(m_currentItem)) {
+        const int known = stroke->segmentCount();
+        m_currentItem->drawMove(m_lastPos, pos, shift);
+        emit strokeExtended(stroke, known);
+        emit changed({});
+        return;
+    }
+    m_currentItem->drawMove(m_lastPos, pos, shift);
+    update();
+}
+
+bool Editor::eraseAt(QPoint pos) {
+    const QRectF reach(pos.x() - EraserReach, pos.y() - EraserReach, 2 * EraserReach + 1,
+                       2 * EraserReach + 1);
+    const QList<QGraphicsItem *> hit = items(reach, Qt::IntersectsItemShape, Qt::DescendingOrder);
+    if (hit.isEmpty())
+        return false;
+    QGraphicsItem *item = hit.first();
+    // Only when the tool was changed in the middle of a drag: what is erased must not grow on.
+    if (item == graphicsItem(m_currentItem))
+        m_currentItem = nullptr;
+    m_redoList.append(item);
+    m_undoList.removeOne(item);
+    takeOutOfScene(item);
+    return true;
+}
+
+Editor::NewItem Editor::makeItem(ShapeType shape, const QRectF &sceneRect) {
+    const ItemTable::Maker make = ItemTable::maker(shape);
+    return make ? make(*this, sceneRect) : NewItem();
+}
+
+Editor::NewItem Editor::createItem(ShapeType shape, const QRectF &sceneRect) {
+    const NewItem item = makeItem(shape, sceneRect);
+    if (!item.drawing)
+        return item;
+    if (shape == Text) {
+        setShape(TextEditing);
+        emit createTextItem(item.text);
+    } else if (shape == Crop) {
+        m_cropRect = imageRect();
+        emit createCropItem(item.crop);
+    }
+    markUnsaved();
+    return item;
+}
+
+void Editor::markUnsaved() {
+    if (m_savedPath.isEmpty())
+        return;
+    m_savedPath.clear();
+    emit imageSaved(false);
+}
+
+void Editor::takeOutOfScene(QGraphicsItem *item) {
+    if (item->scene() != this)
+        return;
+    const QRectF area = item->sceneBoundingRect();
+    removeItem(item);
+    update(area);
+}
+
+void Editor::onFinishTextEdit(bool succeed, bool abort) {
+    if (succeed && m_currentItem) {
+        m_undoList.append(graphicsItem(m_currentItem));
+        emptyRedoList();
+        reportToolUse();
+    } else {
+        rejectCurrentItem();
+    }
+    m_currentItem = nullptr;
+    emit finishTextItem();
+    setShape(abort ? Text : TextFinished);
+}
+
+void Editor::onFinishCrop(bool succeed) {
+    if (succeed)
+        reportToolUse();
+    else
+        rejectCurrentItem();
+    m_currentItem = nullptr;
+    emit finishCropItem();
+    setShape(m_previousShapeType);
+}
+
+void Editor::rejectCurrentItem() {
+    QGraphicsItem *item = graphicsItem(m_currentItem);
+    if (!item)
+        return;
+    m_undoList.removeOne(item);
+    takeOutOfScene(item);
+    // Later: this runs inside a signal of that very item.
+    if (auto *object = dynamic_cast<QObject *>(item))
+        object->deleteLater();
+}
+
+void Editor::onCrop(QRect rect) {
+    m_cropRect = rect;
+    emit updateImageSize();
+    const QRectF visible(visibleRect());
+    emit changeSceneRect(visible);
+    update(visible);
+    emit changed({QRectF(m_cropRect)});
+}
+
+void Editor::emptyRedoList() {
+    QList<QGraphicsItem *> gone;
+    gone.swap(m_redoList);
+    // Nothing can bring these back.
+    for (QGraphicsItem *item : gone) {
+        if (!item->scene() && !m_undoList.contains(item))
+            delete item;
+    }
+}
+
+void Editor::reportToolUse() {
+    const int lineStyle = TindraPreferences::instance()->GetInt(TindraPreferences::FigureLineType, 1);
+    const char *code = toolUsageCode(m_shapeType, lineStyle);
+    if (!code)
+        return;
+    const int key = isFigure(m_shapeType) ? m_shapeType | lineStyle << 8 : m_shapeType;
+    if (m_reportedTools.contains(key))
+        return;
+    m_reportedTools.insert(key);
+    recordUsage(code);
+}

@@ -94,6 +94,38 @@ signals:
     void strokeExtended(const DrawingFreehandItem *item, int firstSegment);
 
 protected:
+    /// A new item as the things that the editor knows it by. Null members: it is no such thing.
+    struct NewItem {
+        DrawingInterface *drawing = nullptr;
+        QGraphicsItem *graphics = nullptr;
+        DrawingTextItem *text = nullptr;
+        DrawingCropItem *crop = nullptr;
+    };
+
+    /// Builds the item of a tool, clipped to `sceneRect`, with this editor as its parent and connected to
+    /// it; all null for a tool without one. The product's items stand in one table, a row each.
+    virtual NewItem makeItem(ShapeType shape, const QRectF &sceneRect);
+
+    // The connections of each kind of item, for whatever class has the signals and slots of that kind.
+    // The signals that carry an item are connected by name, since its class need not be complete here.
+    template <class Item> void connectDrawing(Item *item) {
+        connect(this, &Editor::changeSceneRect, item, &Item::onChangeSceneRect);
+    }
+    template <class Item> void connectText(Item *item) {
+        connect(item, SIGNAL(moveTextItem(DrawingTextItem *)), this, SIGNAL(moveTextItem(DrawingTextItem *)));
+        connect(item, &Item::finishEdit, this, &Editor::onFinishTextEdit);
+        connect(this, &Editor::changeSceneRect, item, &Item::onChangeSceneRect);
+    }
+    template <class Item> void connectCrop(Item *item) {
+        connect(item, SIGNAL(moveCropItem(DrawingCropItem *)), this, SIGNAL(moveCropItem(DrawingCropItem *)));
+        connect(item, &Item::finishCrop, this, &Editor::onFinishCrop);
+        connect(item, &Item::finishCrop, this, [this, before = m_cropRect](bool succeed) {
+            if (!succeed)
+                m_cropRect = before;
+        });
+        connect(item, &Item::crop, this, &Editor::onCrop);
+    }
+
     void mousePressEvent(QGraphicsSceneMouseEvent *event) override;
     void mouseMoveEvent(QGraphicsSceneMouseEvent *event) override;
     void mouseReleaseEvent(QGraphicsSceneMouseEvent *event) override;
@@ -104,6 +136,23 @@ private slots:
     void onCrop(QRect rect);
 
 private:
+    friend struct ItemTable;
+
+    /// Makes the item of a tool and turns the editor to it; null for a tool without one.
+    NewItem createItem(ShapeType shape, const QRectF &sceneRect);
+    void markUnsaved();
+    /// Takes the topmost item at that point out of the scene, for Redo to bring back.
+    bool eraseAt(QPoint pos);
+    void growCurrentItem(QPoint pos, bool shift);
+    /// Whether the release ended a pen stroke where it began, which leaves nothing.
+    bool dropClickOfPen(QPoint pos);
+    void finishStroke(QPoint pos, bool shift);
+    void toggle(QList<QGraphicsItem *> &from, QList<QGraphicsItem *> &to);
+    void takeOutOfScene(QGraphicsItem *item);
+    void rejectCurrentItem();
+    void emptyRedoList();
+    void reportToolUse();
+
     QString m_imageKey;
     bool m_gestureActive = false;
     ShapeType m_shapeType = Rectangle;

@@ -1,9 +1,16 @@
 #pragma once
 
 #include "canvas/editor.h"
+#include "canvas/smoothbackground.h"
+#include "canvas/zoomtable.h"
 
 #include <QGraphicsView>
 #include <QPointer>
+#include <QVector>
+
+class CanvasMenu;
+class DebounceFunc;
+class ItemButton;
 
 /// The canvas widget: shows one `Editor` at a time, paints its image as background, keeps zoom and scroll
 /// position per capture, sets the tool cursors.
@@ -44,6 +51,35 @@ signals:
     void moveMainWindow();
     void cropped(bool cropped);
 
+protected:
+    void drawBackground(QPainter *painter, const QRectF &rect) override;
+    void wheelEvent(QWheelEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+
+private slots:
+    void onUpdateImageSize();
+    void onCreateCropItem();
+    void onStrokeExtended(const DrawingFreehandItem *item, int firstSegment);
+
 private:
+    void connectEditor();
+    void connectMenu();
+    void setZoomStep(int step);
+    void applyZoom();
+    void placeFloatingWidgets();
+    void placeHistoryButton();
+    /// Sizes in device pixels, from those at 96 per inch.
+    int scaled(int size) const;
+    void refreshBackground();
+    void forwardWheel(const QWheelEvent &event, const QPoint &angleDelta, Qt::KeyboardModifiers modifiers);
+
+    ItemButton *m_historyShow;
     QPointer<Editor> m_editor;
+    QVector<QMetaObject::Connection> m_editorConnections;
+    double m_zoom = 1.0;
+    int m_zoomStep = ZoomStep::Normal;
+    DebounceFunc *m_backgroundDebounce = nullptr;
+    SmoothBackground m_background;
+    CanvasMenu *m_contextMenu;
 };

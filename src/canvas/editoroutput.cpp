@@ -1,0 +1,57 @@
+// The output side of the editor: what leaves it for a file or the clipboard.
+#include "canvas/editor.h"
+#include "output/clipboard.h"
+#include "output/imagewriter.h"
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QPointer>
+
+namespace {
+
+/// The wait cursor while it lives. Events are processed on both sides, so that the windows show it and
+/// stay painted.
+class WaitCursor {
+public:
+    WaitCursor() {
+        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+        QCoreApplication::processEvents();
+    }
+    ~WaitCursor() {
+        QGuiApplication::restoreOverrideCursor();
+        QCoreApplication::processEvents();
+    }
+    WaitCursor(const WaitCursor &) = delete;
+    WaitCursor &operator=(const WaitCursor &) = delete;
+};
+
+} // namespace
+
+bool Editor::saveFlattened(const QString &path, bool mark, int quality) {
+    finishCurrentItem(true);
+    return savePixmap(flatten(true, false), path, mark, quality);
+}
+
+bool Editor::savePixmap(const QPixmap &pixmap, const QString &path, bool mark, int quality) {
+    if (pixmap.isNull())
+        return false;
+    const QPointer<Editor> self(this); // the events processed meanwhile may delete the capture
+    bool written = false;
+    {
+        const WaitCursor cursor;
+        written = writeImage(pixmap.toImage(), path, quality);
+    }
+    if (written && mark && self)
+        setSavedPath(path);
+    return written;
+}
+
+bool Editor::savePinImage(const QString &path) {
+    finishCurrentItem(true);
+    const QPixmap pixmap = flatten(false, true);
+    return !pixmap.isNull() && writePinImage(pixmap.toImage(), path);
+}
+
+bool Editor::copyToClipboard(QWidget *owner) {
+    return copyPixmapToClipboard(flatten(true, false), owner);
+}
