@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr QLatin1String serverName("TNDEMutex");
+const QLatin1String serverName("TNDEMutex");
 
 /// Runs ahead of the base class, which reads these settings as it is built.
 int &prepared(int &argc) {

@@ -4,6 +4,7 @@
 #include "output/imagewriter.h"
 
 #include <QCoreApplication>
+#include <QCursor>
 #include <QGuiApplication>
 #include <QPointer>
 

@@ -10,6 +10,7 @@
 #include <QImageReader>
 #include <QSharedMemory>
 
+#include <cmath>
 #include <memory>
 
 namespace {
@@ -62,7 +63,8 @@ double megabytes(const QPixmap &pixmap) {
 } // namespace
 
 double imageMegabytes(int width, int height, int depth) {
-    return std::floor(double(depth / 8) * height * width * BytesToMegabytes);
+    const int bytesPerPixel = depth / 8;
+    return std::floor(double(bytesPerPixel) * height * width * BytesToMegabytes);
 }
 
 ImageProvider *ImageProvider::instance() {

@@ -12,7 +12,7 @@
 namespace {
 
 /// Far above any real settings file: what is larger is not one, and would be read into memory.
-constexpr qint64 LargestFile = 4 * 1024 * 1024;
+constexpr qint64 LargestFile = qint64(4) * 1024 * 1024;
 /// A writer holds the lock for milliseconds. One that was stopped in between must not stop us too.
 constexpr int LockTimeout = 2000;
 constexpr int StaleLockAge = 1000;

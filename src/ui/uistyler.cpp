@@ -126,13 +126,13 @@ void UIStyler::setDisadjust(QWidget *widget, bool exempt) {
     widget->setProperty(IsDisadjust, exempt);
 }
 
-void UIStyler::setScaleCallback(QObject *object, ScaleCallback callback) {
+void UIStyler::setScaleCallback(QObject *object, const ScaleCallback &callback) {
     if (!object)
         return;
     // Another object may come to stand at the same address, so the entry ends with its object.
     if (!scaleCallbacks().contains(object))
         connect(object, &QObject::destroyed, qApp, [](QObject *gone) { scaleCallbacks().remove(gone); });
-    scaleCallbacks().insert(object, std::move(callback));
+    scaleCallbacks().insert(object, callback);
 }
 
 void UIStyler::applyScale(QWidget *widget, double scale) {

@@ -33,7 +33,7 @@ public:
     static void setDisadjust(QWidget *widget, bool exempt);
     /// What to call, once per change, with the new scale of the object's window. Replaces an earlier one;
     /// forgotten with the object.
-    static void setScaleCallback(QObject *object, ScaleCallback callback);
+    static void setScaleCallback(QObject *object, const ScaleCallback &callback);
     /// Scales a widget's tree; nothing happens when that scale was applied to this widget last.
     static void applyScale(QWidget *widget, double scale);
 

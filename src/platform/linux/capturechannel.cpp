@@ -9,9 +9,9 @@
 
 namespace {
 
-constexpr QLatin1String service("com.norvane.Tindra.Capture");
-constexpr QLatin1String object("/com/norvane/Tindra/Capture");
-constexpr QLatin1String connectionName("tindra-capture");
+const QLatin1String service("com.norvane.Tindra.Capture");
+const QLatin1String object("/com/norvane/Tindra/Capture");
+const QLatin1String connectionName("tindra-capture");
 
 /// The bus answers in fractions of a millisecond; one that does not must not hold the window up.
 constexpr int lookupTimeoutMs = 250;

@@ -14,9 +14,9 @@
 
 namespace {
 
-constexpr QLatin1String service("org.freedesktop.FileManager1");
-constexpr QLatin1String object("/org/freedesktop/FileManager1");
-constexpr QLatin1String connectionName("tindra-filemanager");
+const QLatin1String service("org.freedesktop.FileManager1");
+const QLatin1String object("/org/freedesktop/FileManager1");
+const QLatin1String connectionName("tindra-filemanager");
 
 /// The bus itself answers at once; a file manager that has to be started first may take its time, but the
 /// window does not wait for that.
