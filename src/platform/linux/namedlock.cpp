@@ -52,6 +52,8 @@ bool NamedLock::tryLock() {
 void NamedLock::unlock() {
     if (m_descriptor < 0)
         return;
+    // A child between its fork and its exec holds the file open too.
+    ::flock(m_descriptor, LOCK_UN);
     ::close(m_descriptor);
     m_descriptor = -1;
 }
