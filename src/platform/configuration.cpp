@@ -13,9 +13,8 @@ namespace {
 
 /// Far above any real settings file: what is larger is not one, and would be read into memory.
 constexpr qint64 LargestFile = qint64(4) * 1024 * 1024;
-/// A writer holds the lock for milliseconds. One that was stopped in between must not stop us too.
+/// In milliseconds. A writer holds the lock for a few; one that was stopped in between may keep it for good.
 constexpr int LockTimeout = 2000;
-constexpr int StaleLockAge = 1000;
 
 struct Address {
     QString vendor;
@@ -71,10 +70,14 @@ void keepCopyOfDamagedFile(const QString &path) {
         QFile::copy(path, path + QStringLiteral(".damaged"));
 }
 
-/// `QSettings` waits for its lock file without limit. This looks first whether the lock can be had.
+/// `QSettings` waits for its lock file without limit. This looks first whether the lock can be had, so that
+/// a stuck program costs a save but never stops this one.
 bool isLockAvailable(const QString &path) {
-    QLockFile lock(path + QStringLiteral(".lock"));
-    lock.setStaleLockTime(StaleLockAge);
+    const QString lockPath = path + QStringLiteral(".lock");
+    const QFileInfo present(lockPath);
+    if (present.isSymLink() || (present.exists() && !present.isFile()))
+        return false;
+    QLockFile lock(lockPath);
     return lock.tryLock(LockTimeout);
 }
 

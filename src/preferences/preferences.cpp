@@ -117,11 +117,13 @@ int Preferences::Save(const QString &root, const QString &key) {
 
 // Colours use all 32 bits, and a writer that knows them as unsigned writes the upper half as large numbers.
 QVariant Preferences::intFromStored(const QVariant &stored) {
+    // Not the conversions of QVariant, which cut larger numbers to 32 bits.
+    const QString text = stored.toString();
     bool isNumber = false;
-    const int value = stored.toInt(&isNumber);
+    const int value = text.toInt(&isNumber);
     if (isNumber)
         return value;
-    const uint bits = stored.toUInt(&isNumber);
+    const uint bits = text.toUInt(&isNumber);
     return isNumber ? QVariant(static_cast<int>(bits)) : QVariant();
 }
 

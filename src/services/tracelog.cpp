@@ -45,8 +45,12 @@ std::atomic<int> TraceLog::s_threshold{TraceLog::Off};
 std::atomic<bool> TraceLog::s_toDebugOutput{false};
 
 QString TraceLog::filePath() {
+    const QString temporary = QDir::tempPath();
+    // Empty when TMPDIR names no folder; the log must not end up below the root then.
+    if (temporary.isEmpty())
+        return QString();
     const QString name = QCoreApplication::applicationName();
-    return QStringLiteral("%0/%1.log").arg(QDir::tempPath() + QLatin1Char('/') + name, name);
+    return QStringLiteral("%0/%1.log").arg(temporary + QLatin1Char('/') + name, name);
 }
 
 void TraceLog::write(const QString &tag, const QString &message) {
@@ -79,7 +83,7 @@ void traceMessage(const QString &tag, int level, const char *text) {
 void loadTraceSettings() {
     const ConfigurationLocation location(settingsKey());
     bool isNumber = false;
-    const int level = location.value(QStringLiteral("trace")).toInt(&isNumber);
+    const int level = location.value(QStringLiteral("trace")).toString().toInt(&isNumber);
     TraceLog::s_threshold.store(isNumber ? level : TraceLog::Off, std::memory_order_relaxed);
     TraceLog::s_toDebugOutput.store(location.value(QStringLiteral("output")).toInt() == 1,
                                     std::memory_order_relaxed);

@@ -17,6 +17,7 @@ public:
     static constexpr qint64 SizeLimit = 52428800;
 
     static int threshold() { return s_threshold.load(std::memory_order_relaxed); }
+    /// Empty when there is no temporary folder.
     static QString filePath();
     /// Writes one line whatever the threshold says. A file that cannot be written loses it silently.
     static void write(const QString &tag, const QString &message);

@@ -3,6 +3,7 @@
 DebounceFunc::DebounceFunc(std::function<void()> callable, int interval, QObject *parent)
     : QObject(parent), m_callable(std::move(callable)), m_interval(interval) {
     m_timer.setSingleShot(true);
+    m_timer.setTimerType(Qt::PreciseTimer); // a coarse one may run early
     connect(&m_timer, &QTimer::timeout, this, &DebounceFunc::onTimeout);
 }
 

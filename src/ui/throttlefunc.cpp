@@ -6,6 +6,7 @@ ThrottleFunc::ThrottleFunc(std::function<void()> callable, int interval, bool tr
     : QObject(parent), m_callable(std::move(callable)), m_interval(interval), m_trailing(trailing),
       m_clock(&QDateTime::currentMSecsSinceEpoch) {
     m_timer.setSingleShot(true);
+    m_timer.setTimerType(Qt::PreciseTimer); // a coarse one may run early
     connect(&m_timer, &QTimer::timeout, this, &ThrottleFunc::onTimeout);
 }
 

@@ -73,6 +73,8 @@ bool writeOnce(int file, const QByteArray &bytes) {
 } // namespace
 
 bool platform::appendToPrivateFile(const QString &path, const QByteArray &bytes, qint64 sizeLimit) {
+    if (path.isEmpty())
+        return false;
     const QFileInfo info(path);
     const QByteArray name = QFile::encodeName(info.fileName());
     struct stat entry;
