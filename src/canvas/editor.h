@@ -28,6 +28,8 @@ public:
     void setImageKey(const QString &path);
     QString imageKey() const { return m_imageKey; }
     void clearImage();
+    /// Forgets the image and leaves its file where it is, for the next start to find.
+    void abandonImage() { m_imageKey.clear(); }
     /// Whether the image is a file.
     bool imageExists() const;
 

@@ -1,3 +1,281 @@
 #include "history/historywidget.h"
 
-HistoryWidget::HistoryWidget(QWidget *parent) : QWidget(parent) {}
+#include "canvas/editor.h"
+#include "history/historylistwidget.h"
+#include "history/historylistwidgetitem.h"
+#include "output/confirmdeletedialog.h"
+#include "preferences/tindrapreferences.h"
+#include "services/usagestatistics.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPointer>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <QVBoxLayout>
+
+namespace {
+
+// Designed sizes, at 96 DPI.
+constexpr int HideButtonWidth = 12;
+constexpr int PanelMargin = 8;
+constexpr int PanelSpacing = 6;
+
+template <typename Widget> Widget *named(Widget *widget, const QString &name) {
+    widget->setObjectName(name);
+    return widget;
+}
+
+QFrame *newLine(const QString &name, QWidget *parent) {
+    auto *line = named(new QFrame(parent), name);
+    line->setFrameShape(QFrame::HLine);
+    line->setFrameShadow(QFrame::Plain);
+    line->setFixedHeight(1);
+    return line;
+}
+
+} // namespace
+
+HistoryWidget::HistoryWidget(QWidget *parent)
+    : QWidget(parent), m_saveFlow(this),
+      m_historyHide(named(new QPushButton(this), QStringLiteral("historyHide_"))),
+      m_historyTitle(named(new QLabel(tr("history"), this), QStringLiteral("historyTitle_"))),
+      m_historySelectMode(named(new QPushButton(tr("select"), this), QStringLiteral("historySelectMode_"))),
+      m_countInfo(named(new QLabel(this), QStringLiteral("countInfo_"))),
+      m_historyListWidget(named(new HistoryListWidget(this), QStringLiteral("historyListWidget_"))),
+      m_historySaveImages(named(new QPushButton(this), QStringLiteral("historySaveImages_"))),
+      m_historyDeleteImages(named(new QPushButton(this), QStringLiteral("historyDeleteImages_"))) {
+    auto *panel = new QHBoxLayout(this);
+    panel->setContentsMargins(0, 0, 0, 0);
+    panel->setSpacing(0);
+    m_historyHide->setFlat(true);
+    m_historyHide->setIcon(QIcon(QStringLiteral(":/res/history/hide.svg")));
+    m_historyHide->setIconSize({HideButtonWidth, HideButtonWidth});
+    m_historyHide->setFixedWidth(HideButtonWidth);
+    m_historyHide->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+    panel->addWidget(m_historyHide);
+
+    auto *column = new QVBoxLayout;
+    column->setContentsMargins(0, PanelMargin, PanelMargin, PanelMargin);
+    column->setSpacing(PanelSpacing);
+    panel->addLayout(column);
+    buildHead(column);
+    column->addWidget(m_historyListWidget);
+    buildFoot(column);
+
+    const QList<QAbstractButton *> buttons = findChildren<QAbstractButton *>();
+    for (QAbstractButton *button : buttons)
+        button->setCursor(Qt::PointingHandCursor);
+    connectParts();
+    onClickSelectMode();
+}
+
+void HistoryWidget::buildHead(QVBoxLayout *layout) {
+    m_historySelectMode->setCheckable(true);
+    auto *head = new QHBoxLayout;
+    head->addWidget(m_historyTitle);
+    head->addStretch();
+    head->addWidget(m_historySelectMode);
+    layout->addLayout(head);
+    m_countInfo->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    layout->addWidget(m_countInfo);
+    layout->addWidget(newLine(QStringLiteral("line_3"), this));
+    m_historyListWidget->setFrameShape(QFrame::NoFrame);
+    m_historyListWidget->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_historyListWidget->setSpacing(PanelSpacing / 2);
+}
+
+void HistoryWidget::buildFoot(QVBoxLayout *layout) {
+    layout->addWidget(newLine(QStringLiteral("line_2"), this));
+    layout->addWidget(m_historySaveImages);
+    layout->addWidget(newLine(QStringLiteral("line"), this));
+    layout->addWidget(m_historyDeleteImages);
+}
+
+void HistoryWidget::connectParts() {
+    using List = HistoryListWidget;
+    List *list = m_historyListWidget;
+    connect(m_historyHide, &QPushButton::clicked, this, &HistoryWidget::onClickHistoryHide);
+    connect(m_historySelectMode, &QPushButton::clicked, this, &HistoryWidget::onClickSelectMode);
+    connect(this, &HistoryWidget::shortcutDelete, list, &List::onContextMenuDelete);
+    connect(list, &List::itemSelectionChanged, this, &HistoryWidget::onItemSelectionChanged);
+    connect(list, &List::changeSelectChecked, this, &HistoryWidget::updateCountInfo);
+    connect(list, &List::updateHistoryCount, this, &HistoryWidget::updateCountInfo);
+    connect(list, &List::contextMenuSave, this, &HistoryWidget::onSaveImage);
+    connect(list, &List::contextMenuDeleteImages, this, &HistoryWidget::onClickDeleteImages);
+    connect(m_historyDeleteImages, &QPushButton::clicked, this, &HistoryWidget::onClickDeleteImages);
+}
+
+bool HistoryWidget::addImage(const QString &key) {
+    if (m_historyListWidget->count() >= HistoryLimit) {
+        if (isFull())
+            return false;
+        // The new capture is selected next; the canvas need not see the row above the dropped one.
+        const QSignalBlocker oneChangeOnly(m_historyListWidget);
+        removeOldestImage();
+    }
+    m_historyListWidget->insertImage(key, true, -1);
+    updateCountInfo();
+    return true;
+}
+
+void HistoryWidget::removeOldestImage() {
+    m_historyListWidget->removeItem(m_historyListWidget->rowItem(m_historyListWidget->count() - 1), false,
+                                    true);
+}
+
+void HistoryWidget::clearSelection() {
+    m_historyListWidget->clearSelection();
+}
+
+HistoryListWidgetItem *HistoryWidget::currentItem() const {
+    return m_historyListWidget->selectedItem();
+}
+
+QSize HistoryWidget::currentImageSize() const {
+    const HistoryListWidgetItem *item = currentItem();
+    return item ? item->editor()->visibleRect().size() : QSize();
+}
+
+bool HistoryWidget::isFull() const {
+    return !TindraPreferences::instance()->GetBool(TindraPreferences::AutoHistoryDelete, false) &&
+           m_historyListWidget->count() >= HistoryLimit;
+}
+
+bool HistoryWidget::hasUnsavedImages() const {
+    for (int row = 0; row < m_historyListWidget->count(); ++row) {
+        if (!m_historyListWidget->rowItem(row)->editor()->isSaved())
+            return true;
+    }
+    return false;
+}
+
+void HistoryWidget::selectNextRow() {
+    const int next = m_historyListWidget->currentRow() + 1;
+    if (next < m_historyListWidget->count())
+        m_historyListWidget->setCurrentRow(next);
+}
+
+void HistoryWidget::selectPreviousRow() {
+    const int current = m_historyListWidget->currentRow();
+    if (current > 0)
+        m_historyListWidget->setCurrentRow(current - 1);
+}
+
+bool HistoryWidget::isSelecting() const {
+    return m_historySelectMode->isChecked();
+}
+
+void HistoryWidget::updateCountInfo() {
+    int usable = m_historyListWidget->count();
+    if (isSelecting()) {
+        usable = m_historyListWidget->checkedItems().size();
+        m_countInfo->setText(tr("[%0 selected]").arg(usable));
+    } else {
+        m_countInfo->setText(tr("[%0/%1]").arg(usable).arg(HistoryLimit));
+    }
+    m_historySaveImages->setEnabled(usable > 0);
+    m_historyDeleteImages->setEnabled(usable > 0);
+}
+
+void HistoryWidget::onEmptyEditor(bool isEmpty) {
+    m_historySelectMode->setChecked(false);
+    onClickSelectMode();
+    m_historySelectMode->setDisabled(isEmpty);
+    m_historySaveImages->setDisabled(isEmpty);
+    m_historyDeleteImages->setDisabled(isEmpty);
+    updateCountInfo();
+}
+
+void HistoryWidget::onClickHistoryHide() {
+    emit historyHide();
+}
+
+void HistoryWidget::onClickSelectMode() {
+    const bool selecting = isSelecting();
+    m_historySelectMode->setText(selecting ? tr("cancel") : tr("select"));
+    m_historySelectMode->setToolTip(selecting ? tr("cancel select mode") : tr("choose images"));
+    m_historySaveImages->setText(selecting ? tr("save selected images") : tr("save images"));
+    m_historySaveImages->setToolTip(selecting ? tr("save selected images in history")
+                                              : tr("save all images in history"));
+    m_historyDeleteImages->setText(selecting ? tr("delete selected images") : tr("delete images"));
+    m_historyDeleteImages->setToolTip(selecting ? tr("delete selected imagesin history")
+                                                : tr("delete all images in history"));
+    updateCountInfo();
+    m_historyListWidget->setSelectionMode(selecting ? HistorySelectModes::Select
+                                                    : HistorySelectModes::Normal);
+    if (selecting)
+        recordUsage("cap_30_19");
+}
+
+void HistoryWidget::onItemSelectionChanged() {
+    const HistoryListWidgetItem *item = currentItem();
+    if (!item) {
+        emit itemSelectionChanged(nullptr);
+        return;
+    }
+    History record = item->record();
+    emit itemSelectionChanged(&record);
+}
+
+void HistoryWidget::onSaveCurrentImage(bool autoSave, bool showResult) {
+    onSaveImage(currentItem(), autoSave, showResult);
+}
+
+void HistoryWidget::onDeleteCurrentImage() {
+    if (isSelecting())
+        return;
+    if (HistoryListWidgetItem *item = currentItem())
+        emit shortcutDelete(item);
+}
+
+void HistoryWidget::onSaveImage(QListWidgetItem *item, bool autoSave, bool showResult) {
+    recordUsage("cap_30_01");
+    if (!item)
+        return;
+    // The file dialog lets commands in that may take the row away.
+    const QPointer<Editor> editor = static_cast<HistoryListWidgetItem *>(item)->editor();
+    QString path = autoSave ? SaveFlow::autoSavePath() : QString();
+    bool ok = true;
+    if (!autoSave && !m_saveFlow.askSavePath(path, ok))
+        return;
+    m_saveFlow.saveImageTo(editor, path, true, showResult);
+}
+
+void HistoryWidget::onClickDeleteImages() {
+    recordUsage(isSelecting() ? "cap_30_21" : "cap_30_23");
+    if (!confirmDeletion())
+        return;
+    deleteRows(isSelecting());
+    if (m_historyListWidget->count() > 0)
+        m_historyListWidget->onHistoryClicked(m_historyListWidget->rowItem(0));
+    onItemSelectionChanged();
+    if (isSelecting()) {
+        m_historySelectMode->setChecked(false);
+        onClickSelectMode();
+    }
+    updateCountInfo();
+}
+
+bool HistoryWidget::confirmDeletion() {
+    TindraPreferences *preferences = TindraPreferences::instance();
+    if (!preferences->GetBool(TindraPreferences::NotifyDeleteAllHistory, true))
+        return true;
+    ConfirmDeleteDialog dialog(
+        isSelecting() ? ConfirmDeleteDialog::SelectedImages : ConfirmDeleteDialog::AllImages, this);
+    const int answer = dialog.exec();
+    preferences->SetBool(TindraPreferences::NotifyDeleteAllHistory, !dialog.isSkipChecked());
+    return answer == ConfirmDeleteDialog::Delete;
+}
+
+void HistoryWidget::deleteRows(bool onlyChecked) {
+    const QSignalBlocker blocker(m_historyListWidget);
+    if (onlyChecked) {
+        const QVector<HistoryListWidgetItem *> checked = m_historyListWidget->checkedItems();
+        for (HistoryListWidgetItem *item : checked)
+            m_historyListWidget->removeItem(item, false, true);
+        return;
+    }
+    while (m_historyListWidget->count() > 0)
+        m_historyListWidget->removeItem(m_historyListWidget->rowItem(0), false, true);
+}

@@ -1,0 +1,170 @@
+#include "history/historybutton.h"
+
+#include "services/usagestatistics.h"
+#include "ui/uistyler.h"
+
+#include <QIcon>
+#include <QLabel>
+#include <QStyle>
+#include <QStyleOptionButton>
+#include <QStyleOptionFocusRect>
+#include <QStylePainter>
+
+namespace {
+
+// Lighter under the pointer and when checked, slightly dimmed when saved.
+const QColor highlightOverlay(255, 255, 255, 127);
+const QColor savedOverlay(0, 0, 0, 25);
+
+// Designed sizes, at 96 DPI.
+constexpr int ButtonSide = 78;
+constexpr int IconSide = 80;
+constexpr int CloseSide = 20;
+constexpr int SelectSide = 18;
+constexpr int PinSide = 20; // the pin of 12 with 4 of padding around it
+constexpr int MarkSide = 20;
+constexpr int SelectMargin = 4;
+
+} // namespace
+
+HistoryButton::HistoryButton(QWidget *parent)
+    : QPushButton(parent),
+      m_closeButton(addControl(QStringLiteral("closeButton_"), QStringLiteral("close"), CloseSide)),
+      m_selectButton(addControl(QStringLiteral("selectButton_"), QStringLiteral("select"), SelectSide)),
+      m_pinButton(addControl(QStringLiteral("pinButton_"), QStringLiteral("pin"), PinSide)),
+      m_saveIcon(addMark(QStringLiteral("saveIcon_"))), m_pinnedIcon(addMark(QStringLiteral("pinnedIcon_"))) {
+    setCheckable(true);
+    setFixedSize(ButtonSide, ButtonSide);
+    setIconSize({IconSide, IconSide});
+    m_selectButton->setCheckable(true);
+    m_pinButton->setCheckable(true);
+
+    connect(m_selectButton, &QPushButton::toggled, this, &HistoryButton::onImageSelected);
+    connect(m_selectButton, &QPushButton::toggled, this, &HistoryButton::changeSelectChecked);
+    connect(m_closeButton, &QPushButton::clicked, this, &HistoryButton::onClickCloseButton);
+    connect(m_pinButton, &QPushButton::clicked, this, &HistoryButton::onClickPinButton);
+}
+
+QPushButton *HistoryButton::addControl(const QString &name, const QString &icon, int side) {
+    const QString file = QStringLiteral(":/res/history/%1.svg");
+    QIcon picture(file.arg(icon));
+    picture.addFile(file.arg(icon + QStringLiteral("_checked")), {}, QIcon::Normal, QIcon::On);
+    auto *button = new QPushButton(this);
+    button->setObjectName(name);
+    button->setCursor(Qt::PointingHandCursor);
+    button->setFocusPolicy(Qt::NoFocus);
+    button->setFlat(true);
+    button->setIcon(picture);
+    button->setIconSize({side, side});
+    button->setFixedSize(side, side);
+    button->hide();
+    return button;
+}
+
+QLabel *HistoryButton::addMark(const QString &name) {
+    auto *mark = new QLabel(this);
+    mark->setObjectName(name);
+    mark->setFixedSize(MarkSide, MarkSide);
+    mark->hide();
+    return mark;
+}
+
+void HistoryButton::setThumbnail(const QPixmap &thumbnail) {
+    m_thumbnail = thumbnail;
+    update();
+}
+
+void HistoryButton::setPinned(bool pinned) {
+    m_pinned = pinned;
+    m_pinButton->setChecked(pinned);
+    m_pinnedIcon->setVisible(pinned);
+    emit clickPinButton(pinned);
+}
+
+void HistoryButton::onImageSaved(bool saved) {
+    m_saved = saved;
+    setOverlay(saved ? savedOverlay : QColor(Qt::transparent));
+    m_saveIcon->setVisible(saved);
+}
+
+void HistoryButton::onImageSelected(bool selected) {
+    m_selected = selected;
+    setOverlay(restingOverlay());
+    m_selectButton->setChecked(selected);
+}
+
+void HistoryButton::onChangeSelectionMode(HistorySelectMode mode) {
+    m_selectionMode = mode;
+    m_selectButton->setChecked(false);
+    m_selectButton->setVisible(mode == HistorySelectModes::Select);
+    m_selected = false;
+    setOverlay(restingOverlay());
+    repaint();
+}
+
+void HistoryButton::enterEvent(QEvent *event) {
+    QPushButton::enterEvent(event);
+    setOverlay(highlightOverlay);
+    m_closeButton->show();
+    m_pinButton->setVisible(m_pinnable);
+    m_pinnedIcon->hide();
+}
+
+void HistoryButton::leaveEvent(QEvent *event) {
+    QPushButton::leaveEvent(event);
+    setOverlay(restingOverlay());
+    m_closeButton->hide();
+    m_pinButton->hide();
+    m_pinnedIcon->setVisible(m_pinned);
+}
+
+void HistoryButton::onClickCloseButton() {
+    recordUsage("cap_302_03");
+    emit clickCloseButton();
+}
+
+void HistoryButton::onClickPinButton() {
+    const bool pinned = !m_pinned;
+    if (pinned)
+        recordUsage("cap_303_21");
+    setPinned(pinned);
+}
+
+void HistoryButton::setOverlay(const QColor &overlay) {
+    m_overlay = overlay;
+    update();
+}
+
+QColor HistoryButton::restingOverlay() const {
+    if (m_selected)
+        return highlightOverlay;
+    return m_saved ? savedOverlay : QColor(Qt::transparent);
+}
+
+void HistoryButton::placeControls() {
+    const int margin = int(SelectMargin * widgetScale(this));
+    const int right = width();
+    const int bottom = height();
+    m_closeButton->move(right - m_closeButton->width(), 0);
+    m_selectButton->move(margin, margin);
+    m_pinButton->move(right - m_pinButton->width(), bottom - m_pinButton->height());
+    m_pinnedIcon->move(right - m_pinnedIcon->width(), bottom - m_pinnedIcon->height());
+    m_saveIcon->move(0, bottom - m_saveIcon->height());
+}
+
+void HistoryButton::paintEvent(QPaintEvent *) {
+    placeControls();
+
+    QStylePainter painter(this);
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    painter.drawControl(QStyle::CE_PushButtonBevel, option);
+    style()->drawItemPixmap(&painter, contentsRect(), Qt::AlignCenter, m_thumbnail);
+    painter.fillRect(contentsRect(), m_overlay);
+    if (option.state & QStyle::State_HasFocus) {
+        QStyleOptionFocusRect focus;
+        focus.initFrom(this);
+        focus.rect = style()->subElementRect(QStyle::SE_PushButtonFocusRect, &option, this);
+        painter.drawPrimitive(QStyle::PE_FrameFocusRect, focus);
+    }
+}

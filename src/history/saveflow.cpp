@@ -1,0 +1,99 @@
+#include "history/saveflow.h"
+
+#include "canvas/editor.h"
+#include "history/savefiledialog.h"
+#include "output/filenameutil.h"
+#include "output/postsavedialog.h"
+#include "preferences/tindrapreferences.h"
+#include "services/usagestatistics.h"
+#include "ui/messagedialog.h"
+
+#include <QFileInfo>
+
+namespace {
+
+constexpr int BestJpgQuality = 100;
+constexpr int QualityOfTheFormat = -1;
+
+bool isJpg(const QString &suffix) {
+    return suffix.compare(QLatin1String("jpg"), Qt::CaseInsensitive) == 0;
+}
+
+int qualityFor(const QString &suffix) {
+    if (!isJpg(suffix))
+        return QualityOfTheFormat;
+    bool isNumber = false;
+    const int quality =
+        TindraPreferences::instance()->GetString(TindraPreferences::JpgQuality, QString()).toInt(&isNumber);
+    return isNumber ? quality : BestJpgQuality;
+}
+
+} // namespace
+
+QString SaveFlow::autoSavePath() {
+    const QString folder = FileNameUtil::folderOrDefault(
+        TindraPreferences::instance()->GetString(TindraPreferences::AutoSavePath, QString()));
+    const QString name = FileNameUtil::generateFileName(folder, false);
+    return FileNameUtil::uniqueFilePath(QStringLiteral("%1.%2").arg(name, FileNameUtil::currentFileSuffix()));
+}
+
+bool SaveFlow::askSavePath(QString &path, bool &ok) const {
+    const TindraPreferences *preferences = TindraPreferences::instance();
+    const QString folder =
+        FileNameUtil::folderOrDefault(preferences->GetString(TindraPreferences::FilePath, QString()));
+    // In the order of the preference that selects one of them.
+    const QStringList filters =
+        tr("png file (*.png);;jpg file (*.jpg);;bmp file (*.bmp);;gif file (*.gif);;webp file (*.webp)")
+            .split(QStringLiteral(";;"));
+    SaveFileDialog dialog(m_panel, FileNameUtil::generateFileName(folder, false), filters,
+                          preferences->GetInt(TindraPreferences::FileFormat, 0));
+    path = dialog.askPath();
+    ok = !path.isEmpty();
+    return ok;
+}
+
+bool SaveFlow::saveImageTo(Editor *editor, const QString &path, bool rememberFolder, bool showResult) const {
+    if (!editor)
+        return false;
+    const QFileInfo file(path);
+    if (!editor->saveFlattened(path, true, qualityFor(file.suffix()))) {
+        reportFailure(path);
+        return false;
+    }
+    reportSaveFormat(file.suffix());
+    TindraPreferences *preferences = TindraPreferences::instance();
+    if (rememberFolder && !file.absolutePath().isEmpty())
+        preferences->SetString(TindraPreferences::FilePath, file.absolutePath());
+    if (showResult && preferences->GetBool(TindraPreferences::ShowPostSaveDlg, true))
+        showResultOf(path);
+    return true;
+}
+
+void SaveFlow::showResultOf(const QString &path) const {
+    PostSaveDialog dialog(PostSaveDialog::OneImage, m_panel);
+    dialog.setSavedPath(path);
+    dialog.exec();
+    TindraPreferences::instance()->SetBool(TindraPreferences::ShowPostSaveDlg, !dialog.isSkipChecked());
+}
+
+void SaveFlow::reportFailure(const QString &path) const {
+    const QFileInfo file(path);
+    const QString text = file.isReadable() && file.isWritable() ? tr("failed to save image.")
+                                                                : tr("failed to access save file.");
+    MessageDialog::warning(m_panel, tr("Tindra"), text);
+}
+
+void SaveFlow::reportSaveFormat(const QString &suffix) {
+    static const struct {
+        const char *suffix;
+        const char *event;
+    } events[] = {{"png", "capt_1_011"},
+                  {"jpg", "capt_1_012"},
+                  {"bmp", "capt_1_013"},
+                  {"gif", "capt_1_014"},
+                  {"webp", "cap_302_01"}};
+    for (const auto &row : events) {
+        if (suffix.compare(QLatin1String(row.suffix), Qt::CaseInsensitive) == 0)
+            recordUsage(row.event);
+    }
+}

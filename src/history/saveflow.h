@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QString>
+
+class Editor;
+class QWidget;
+
+/// Saves one capture: asks for the name or makes one, writes the picture, tells the user how it went.
+///
+/// The dialogs stand over the panel and speak in its name. GUI thread only.
+class SaveFlow {
+    Q_DECLARE_TR_FUNCTIONS(HistoryWidget)
+public:
+    explicit SaveFlow(QWidget *panel) : m_panel(panel) {}
+
+    /// The name that an automatic save uses: never one that exists.
+    static QString autoSavePath();
+    /// Lets the user choose a name; false when the dialog was cancelled. `ok` tells the same.
+    bool askSavePath(QString &path, bool &ok) const;
+    /// Writes the picture with its drawings in the format of the path's suffix and marks the capture as
+    /// saved. Failures are told to the user. A null `editor` gives false.
+    bool saveImageTo(Editor *editor, const QString &path, bool rememberFolder, bool showResult) const;
+
+    /// Counts the format in the usage statistics; other suffixes are not counted.
+    static void reportSaveFormat(const QString &suffix);
+
+private:
+    void reportFailure(const QString &path) const;
+    void showResultOf(const QString &path) const;
+
+    QWidget *m_panel;
+};
