@@ -1,12 +1,360 @@
 #include "app/tindraeditor.h"
 
+#include "app/captureplacement.h"
+#include "app/commandexecutor.h"
+#include "app/commandline.h"
+#include "app/exitroutine.h"
+#include "app/keyboardactions.h"
+#include "app/toolbar.h"
+#include "canvas/editorview.h"
+#include "history/historywidget.h"
+#include "ipc/capturemessages.h"
+#include "ipc/imageprovider.h"
+#include "output/filenameutil.h"
+#include "preferences/tindrapreferences.h"
 #include "services/tracelog.h"
+#include "services/usagestatistics.h"
+#include "ui/messagedialog.h"
+#include "ui/windowplacement.h"
 
-TindraEditor::TindraEditor(QWidget *parent) : QMainWindow(parent) {
-    setObjectName(QStringLiteral("TindraEditorClass"));
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QScreen>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr QSize StartSize(430, 298);       // at 96 DPI
+constexpr int HistoryWidth = 172;          // at 96 DPI
+constexpr int HideBlockAfterCapture = 500; // milliseconds
+
+/// The screen that holds the point, or the primary one for a point off all screens.
+QRect availableAt(const QPoint &point) {
+    const QScreen *screen = QGuiApplication::screenAt(point);
+    return (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry();
+}
+
+} // namespace
+
+TindraEditor::TindraEditor(QWidget *parent)
+    : QMainWindow(parent), m_view(new EditorView), m_history(new HistoryWidget), m_toolbar(nullptr),
+      m_tools(m_view), m_exit(new ExitRoutine(this, m_history)) {
+    buildLayout();
+    // The session manager would be told to call the end of the session off, as no close is ever accepted.
+    QGuiApplication::setFallbackSessionManagementEnabled(false);
+    connect(qApp, &QGuiApplication::commitDataRequest, this, &TindraEditor::OnSystemSessionOut,
+            Qt::DirectConnection);
     connect(this, &TindraEditor::commandArrived, this, &TindraEditor::treatCommand);
+
+    TindraPreferences::instance()->Init();
+    FileNameUtil::initialize();
+
+    m_toolbar = new Toolbar(this);
+    m_toolbar->setWindowTitle(tr("toolBar"));
+    addToolBar(Qt::TopToolBarArea, m_toolbar);
+    connectToolbar();
+    connectView();
+    connectHistory();
+    emit m_history->itemSelectionChanged(nullptr);
+    new KeyboardActions(this, m_view, m_history);
+    onChangeShape(Editor::ShapeType(
+        TindraPreferences::instance()->GetInt(TindraPreferences::LastDrawingItem, Editor::Rectangle)));
+}
+
+TindraEditor::~TindraEditor() = default;
+
+void TindraEditor::buildLayout() {
+    setObjectName(QStringLiteral("TindraEditorClass"));
+    setWindowTitle(tr("TindraEditor"));
+    resize(StartSize);
+    auto *mainWidget = new QWidget(this);
+    mainWidget->setObjectName(QStringLiteral("mainWidget_"));
+    auto *column = new QVBoxLayout(mainWidget);
+    column->setObjectName(QStringLiteral("verticalLayout_2"));
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    auto *row = new QHBoxLayout;
+    row->setObjectName(QStringLiteral("imageHorizontalLayout_"));
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(0);
+    column->addLayout(row);
+    m_view->setObjectName(QStringLiteral("graphicsView_"));
+    m_history->setObjectName(QStringLiteral("historyWidget_"));
+    m_history->setMinimumSize(HistoryWidth, 0);
+    m_history->setMaximumSize(HistoryWidth, QWIDGETSIZE_MAX);
+    row->addWidget(m_view);
+    row->addWidget(m_history);
+    setCentralWidget(mainWidget);
+}
+
+void TindraEditor::connectToolbar() {
+    connect(m_toolbar, &Toolbar::captureClicked, this, &TindraEditor::onClickCapture);
+    connect(m_toolbar, &Toolbar::saveClicked, this, &TindraEditor::onClickSave);
+    connect(m_toolbar, &Toolbar::copyClicked, this, &TindraEditor::onClickCopy);
+    connect(m_toolbar, &Toolbar::undoClicked, this, &TindraEditor::onClickUndo);
+    connect(m_toolbar, &Toolbar::redoClicked, this, &TindraEditor::onClickRedo);
+    connect(m_toolbar, &Toolbar::resetClicked, this, &TindraEditor::onClickReset);
+    connect(m_toolbar, &Toolbar::penSelected, this, &TindraEditor::onPenSelected);
+    connect(m_toolbar, &Toolbar::highlighterSelected, this, &TindraEditor::onHighlighterSelected);
+    connect(m_toolbar, &Toolbar::eraserClicked, this, &TindraEditor::onClickEraser);
+    connect(this, &TindraEditor::emptyEditor, m_toolbar, &Toolbar::onEmptyEditor);
+}
+
+void TindraEditor::connectView() {
+    connect(m_view, &EditorView::changeShape, this, &TindraEditor::onChangeShape);
+    connect(m_view, &EditorView::contextMenuText, this, &TindraEditor::onClickText);
+    connect(m_view, &EditorView::contextMenuCrop, this, &TindraEditor::onClickCrop);
+    connect(m_view, &EditorView::contextMenuEraser, this, &TindraEditor::onClickEraser);
+    connect(m_view, &EditorView::contextMenuReset, this, &TindraEditor::onClickReset);
+    connect(m_view, &EditorView::canUndo, this, &TindraEditor::onCanUndo);
+    connect(m_view, &EditorView::canRedo, this, &TindraEditor::onCanRedo);
+    connect(this, &TindraEditor::emptyEditor, m_view, &EditorView::onEmptyEditor);
+    connect(m_view, &EditorView::clickHistoryShow, this, &TindraEditor::onClickHistoryShow);
+    connect(this, &TindraEditor::clickHistoryHide, m_view, &EditorView::onClickHistoryHide);
+}
+
+void TindraEditor::connectHistory() {
+    connect(m_history, &HistoryWidget::historyHide, this, &TindraEditor::onClickHistoryHide);
+    connect(m_history, &HistoryWidget::itemSelectionChanged, this, &TindraEditor::onHistorySelectionChanged);
+    connect(this, &TindraEditor::saveCurrentImage, m_history, &HistoryWidget::onSaveCurrentImage);
+    connect(this, &TindraEditor::emptyEditor, m_history, &HistoryWidget::onEmptyEditor);
 }
 
 void TindraEditor::treatCommand(QString cmdline) {
     trace(2, QStringLiteral("treatCommand"), "%ls", cmdline.utf16());
+    CommandExecutor(this).execute(CommandLine::parse(cmdline));
+}
+
+void TindraEditor::AddNewPixmap(const QString &path, const QPoint &point, bool skip) {
+    const QPixmap pixmap = ImageProvider::instance()->pixmap(path);
+    const bool added = !pixmap.isNull() && m_history->addImage(path);
+    if (isVisible())
+        return;
+    if (!skip)
+        showForCapture(path, added);
+    if (added)
+        fitTo(pixmap.size(), point);
+    keepOnScreen(this);
+    bringToFront(this);
+    if (!skip)
+        tellAboutRestoredCaptures();
+    if (!added) {
+        m_history->clearSelection();
+        MessageDialog::warning(this, tr("Tindra"), tr("Failed to capture image."));
+    }
+}
+
+void TindraEditor::showForCapture(const QString &path, bool added) {
+    BlockHide(HideBlockAfterCapture);
+    if (added)
+        recordUsage("cap_30_03");
+    leaveSpecialState();
+    show();
+    trace(2, QStringLiteral("AddNewPixmap"), "show %ls", path.utf16());
+    PostMessageToTindra(CaptureMessage::ShownForCapture, 0, 0);
+}
+
+void TindraEditor::fitTo(const QSize &image, const QPoint &point) {
+    const QSize frame = frameGeometry().size() - size();
+    setGeometry(
+        fittedGeometry({image, m_history->width(), m_toolbar->height(), point, frame, availableAt(point)}));
+}
+
+void TindraEditor::leaveSpecialState() {
+    if (windowState() & (Qt::WindowMinimized | Qt::WindowMaximized | Qt::WindowFullScreen))
+        showNormal();
+}
+
+void TindraEditor::bringUp() {
+    if (!isVisible()) {
+        leaveSpecialState();
+        centreOnScreen(this, frameGeometry().size());
+        keepOnScreen(this);
+        show();
+    }
+    bringToFront(this);
+}
+
+void TindraEditor::tellAboutRestoredCaptures() {
+    if (!m_capturesRestored)
+        return;
+    recordUsage("cap_308_01");
+    MessageDialog dialog(this);
+    dialog.setTitle(tr("Tindra"));
+    dialog.setIcon(MessageDialog::Information);
+    dialog.setText(tr("Temporarily saved recent capture list has been restored."));
+    dialog.setInformativeText(tr("Part of the recent capture list is restored when Tindra is updated or "
+                                 "abnormally terminated.\n\t\tPlease save important captured images safely "
+                                 "in advance."));
+    dialog.setStandardButtons(MessageDialog::Ok);
+    m_capturesRestored = false;
+    dialog.exec();
+}
+
+void TindraEditor::BlockHide(int milliseconds) {
+    m_hideBlocked = true;
+    auto *timer = new QTimer(this);
+    timer->setSingleShot(true);
+    connect(timer, &QTimer::timeout, this, [this, timer] {
+        m_hideBlocked = false;
+        timer->deleteLater();
+    });
+    timer->start(milliseconds);
+}
+
+void TindraEditor::postHidden() const {
+    PostMessageToTindra(CaptureMessage::Hidden, m_history->isFull() ? 1 : 0, 0);
+}
+
+void TindraEditor::finishOpenItem() {
+    if (Editor *editor = m_view->editor())
+        editor->finishCurrentItem(false);
+}
+
+void TindraEditor::onHistorySelectionChanged(History *history) {
+    finishOpenItem();
+    m_view->setEditor(history ? history->editor() : nullptr);
+    emit emptyEditor(!history);
+    // Enabled buttons stand for a capture; what its scene can do comes on top.
+    m_view->onEditorChanged();
+}
+
+void TindraEditor::onChangeShape(Editor::ShapeType shapeType) {
+    m_toolbar->showShape(shapeType);
+}
+
+void TindraEditor::onCanUndo(bool can) {
+    m_toolbar->onCanUndo(can);
+}
+
+void TindraEditor::onCanRedo(bool can) {
+    m_toolbar->onCanRedo(can);
+}
+
+void TindraEditor::onClickCapture() {
+    PostMessageToTindra(CaptureMessage::NewCapture, 0, 0);
+}
+
+void TindraEditor::onClickSave() {
+    emit saveCurrentImage(false, true);
+}
+
+void TindraEditor::onClickCopy() {
+    recordUsage("cap_30_02");
+    if (Editor *editor = m_view->editor())
+        editor->copyToClipboard(this);
+}
+
+void TindraEditor::onClickUndo() {
+    if (Editor *editor = m_view->editor())
+        editor->undo();
+    recordUsage("cap_30_10");
+}
+
+void TindraEditor::onClickRedo() {
+    if (Editor *editor = m_view->editor())
+        editor->redo();
+    recordUsage("cap_30_11");
+}
+
+void TindraEditor::onClickReset() {
+    if (Editor *editor = m_view->editor())
+        editor->reset();
+    recordUsage("cap_30_09");
+}
+
+void TindraEditor::onFigureSelected(Editor::ShapeType shapeType, Qt::PenStyle lineType, QColor fillColor,
+                                    QColor lineColor) {
+    m_tools.selectFigure(shapeType, lineType, fillColor, lineColor);
+}
+
+void TindraEditor::onPenSelected(QColor lineColor) {
+    m_tools.selectPen(lineColor);
+}
+
+void TindraEditor::onHighlighterSelected(QColor lineColor) {
+    m_tools.selectHighlighter(lineColor);
+}
+
+void TindraEditor::onLineSelected(int lineWidth) {
+    m_tools.selectLineWidth(lineWidth);
+}
+
+void TindraEditor::onClickText() {
+    m_tools.selectText();
+}
+
+void TindraEditor::onClickCrop() {
+    m_tools.selectCrop();
+}
+
+void TindraEditor::onMosaicSelected(int strength) {
+    m_tools.selectMosaic(strength);
+}
+
+void TindraEditor::onClickEraser() {
+    m_tools.selectEraser();
+}
+
+void TindraEditor::onClickUpdate() {
+    PostMessageToTindra(CaptureMessage::OnlineUpdate, 0, 0);
+}
+
+void TindraEditor::onClickClose() {
+    m_exit->requestExit();
+    close();
+}
+
+void TindraEditor::kill() {
+    m_exit->requestKill();
+    close();
+}
+
+void TindraEditor::onClickHistoryShow() {
+    m_history->show();
+    // One pixel makes the layout settle.
+    resize(width() + 1, height() + 1);
+}
+
+void TindraEditor::onClickHistoryHide() {
+    m_history->hide();
+    resize(width() - 1, height() - 1);
+    emit clickHistoryHide();
+}
+
+void TindraEditor::OnSystemSessionOut(QSessionManager &) {
+    finishOpenItem();
+    m_exit->endSession();
+}
+
+void TindraEditor::closeEvent(QCloseEvent *event) {
+    if (!TindraPreferences::instance()->GetBool(TindraPreferences::TrayMode, true))
+        m_exit->requestExit();
+    event->ignore();
+    finishOpenItem();
+    if (m_exit->isRequested()) {
+        m_exit->start();
+        return;
+    }
+    trace(2, QStringLiteral("closeEvent"), "hide");
+    hide();
+    PostMessageToTindra(CaptureMessage::HiddenByClose, 0, 0);
+}
+
+void TindraEditor::showEvent(QShowEvent *event) {
+    QMainWindow::showEvent(event);
+    bringToFront(this);
+    PostMessageToTindra(CaptureMessage::Shown, 0, 0);
+}
+
+void TindraEditor::hideEvent(QHideEvent *event) {
+    QMainWindow::hideEvent(event);
+    postHidden();
+}
+
+void TindraEditor::moveEvent(QMoveEvent *event) {
+    QMainWindow::moveEvent(event);
+    emit m_view->moveMainWindow();
 }

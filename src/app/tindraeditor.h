@@ -1,19 +1,101 @@
 #pragma once
 
+#include "app/toolselection.h"
+#include "canvas/editor.h"
+
 #include <QMainWindow>
 
-/// The one top-level window: takes command lines, owns toolbar, canvas and recent captures, and decides
-/// between hiding and exiting. Not shown by its constructor. GUI thread only.
+class EditorView;
+class ExitRoutine;
+class History;
+class HistoryWidget;
+class QSessionManager;
+class Toolbar;
+
+/// The one top-level window: takes command lines, owns toolbar, canvas and recent captures, mirrors the tool
+/// of the scene that is shown, and decides between hiding and exiting.
+///
+/// Not shown by its constructor. GUI thread only.
 class TindraEditor : public QMainWindow {
     Q_OBJECT
 public:
     explicit TindraEditor(QWidget *parent = nullptr);
+    ~TindraEditor() override;
 
-public slots:
-    /// Parses one command line completely and then carries out at most one main action and the save actions.
-    void treatCommand(QString cmdline);
+    /// Adds the capture of that image key. A hidden window comes up, unless `skip`, and is fitted to the
+    /// capture, which was taken at `point` of the desktop; a visible one stays as it is.
+    void AddNewPixmap(const QString &path, const QPoint &point, bool skip);
+    /// Shows the window in the middle of its screen, or only brings it to the front.
+    void bringUp();
+    /// Ends the program without a question and without clearing anything away.
+    void kill();
+    bool isHideBlocked() const { return m_hideBlocked; }
+    /// Tells the capture process that the window is hidden, and whether the recent captures are full.
+    void postHidden() const;
+
+    /// Captures of the last run are back; the user is told when the window is seen next.
+    void setCapturesRestored() { m_capturesRestored = true; }
+    /// Tells it once.
+    void tellAboutRestoredCaptures();
 
 signals:
     /// A command line arrived, by whatever road; a direct call of `treatCommand`.
     void commandArrived(QString cmdline);
+    void emptyEditor(bool isEmpty);
+    void clickHistoryHide();
+    void saveCurrentImage(bool autoSave, bool showResult);
+
+public slots:
+    /// Ignores "/hide" for that time, so that one already on its way cannot take a new capture away.
+    void BlockHide(int milliseconds);
+    /// Parses one command line completely and then carries out at most one main action and the save action.
+    void treatCommand(QString cmdline);
+    void OnSystemSessionOut(QSessionManager &manager);
+    void onClickCapture();
+    void onClickSave();
+    void onClickCopy();
+    void onClickUndo();
+    void onClickRedo();
+    void onClickReset();
+    void onFigureSelected(Editor::ShapeType shapeType, Qt::PenStyle lineType, QColor fillColor,
+                          QColor lineColor);
+    void onPenSelected(QColor lineColor);
+    void onHighlighterSelected(QColor lineColor);
+    void onLineSelected(int lineWidth);
+    void onClickText();
+    void onClickCrop();
+    void onMosaicSelected(int strength);
+    void onClickEraser();
+    void onClickUpdate();
+    void onClickClose();
+    void onClickHistoryShow();
+    void onClickHistoryHide();
+    void onHistorySelectionChanged(History *history);
+    void onChangeShape(Editor::ShapeType shapeType);
+    void onCanUndo(bool can);
+    void onCanRedo(bool can);
+
+protected:
+    void moveEvent(QMoveEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+
+private:
+    void buildLayout();
+    void connectToolbar();
+    void connectView();
+    void connectHistory();
+    void finishOpenItem();
+    void leaveSpecialState();
+    void showForCapture(const QString &path, bool added);
+    void fitTo(const QSize &image, const QPoint &point);
+
+    EditorView *m_view;
+    HistoryWidget *m_history;
+    Toolbar *m_toolbar;
+    ToolSelection m_tools;
+    ExitRoutine *m_exit;
+    bool m_hideBlocked = false;
+    bool m_capturesRestored = false;
 };

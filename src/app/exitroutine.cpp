@@ -1,0 +1,72 @@
+#include "app/exitroutine.h"
+
+#include "app/temporaryfiles.h"
+#include "history/historywidget.h"
+#include "ipc/capturemessages.h"
+#include "preferences/tindrapreferences.h"
+#include "ui/messagedialog.h"
+#include "ui/windowplacement.h"
+
+#include <QApplication>
+#include <QTimer>
+#include <QWidget>
+
+ExitRoutine::ExitRoutine(QWidget *window, HistoryWidget *history)
+    : QObject(window), m_window(window), m_history(history) {}
+
+void ExitRoutine::start() {
+    QTimer::singleShot(0, this, &ExitRoutine::run);
+}
+
+void ExitRoutine::run() {
+    // Read before the question: a further request while it is open is refused and takes the flag back.
+    const bool exitRequested = m_exitRequested;
+    if (!confirm()) {
+        m_exitRequested = false;
+        return;
+    }
+    PostMessageToTindra(CaptureMessage::ProgramEnds, 0, 0);
+    m_window->hide();
+    leave(exitRequested && !m_killRequested);
+}
+
+bool ExitRoutine::confirm() {
+    if (m_killRequested || !m_history->hasUnsavedImages())
+        return true;
+    if (QWidget *modal = QApplication::activeModalWidget()) {
+        modal->activateWindow();
+        modal->raise();
+        return false;
+    }
+    return askAboutUnsavedImages();
+}
+
+bool ExitRoutine::askAboutUnsavedImages() {
+    constexpr int Yes = 1;
+    constexpr int No = 2;
+    m_window->show();
+    bringToFront(m_window);
+    PostMessageToTindra(CaptureMessage::BroughtUp, 0, 0);
+    MessageDialog dialog(m_window);
+    dialog.setTitle(tr("Tindra"));
+    dialog.setIcon(MessageDialog::Question);
+    dialog.setText(tr("Unsaved images exist in history.\nWould you exit tindra?"));
+    dialog.setInformativeText(tr("If you exit, it will remove all images in history."));
+    dialog.addButton(tr("&Yes"), Yes, MessageDialog::Positive, true);
+    dialog.addButton(tr("&No"), No, MessageDialog::Negative);
+    dialog.setCloseResult(No);
+    return dialog.exec() == Yes;
+}
+
+void ExitRoutine::endSession() {
+    PostMessageToTindra(CaptureMessage::ProgramEnds, 0, 0);
+    leave(true);
+}
+
+// Order matters to those who watch: files first, then the settings, then the end of the loop.
+void ExitRoutine::leave(bool clearCaptures) {
+    if (clearCaptures)
+        removeTemporaryFiles();
+    TindraPreferences::instance()->SaveAll();
+    QCoreApplication::quit();
+}

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QObject>
+
+class HistoryWidget;
+class QWidget;
+
+/// Decides whether a close of the main window ends the program, asks about unsaved captures, and carries
+/// out the end step by step.
+///
+/// An exit deletes the captures of the session. A kill (an update, a termination signal) asks nothing and
+/// deletes nothing, whatever else was requested, so that the next start brings them all back.
+class ExitRoutine : public QObject {
+    Q_OBJECT
+public:
+    /// Both are borrowed and outlive this object.
+    ExitRoutine(QWidget *window, HistoryWidget *history);
+
+    void requestExit() { m_exitRequested = true; }
+    void requestKill() { m_killRequested = true; }
+    bool isRequested() const { return m_exitRequested || m_killRequested; }
+
+    /// Runs in the next turn of the event loop: an event handler of the window must have returned first.
+    void start();
+    /// The end of the user's session: the same steps without a question, at once.
+    void endSession();
+
+private:
+    void run();
+    bool confirm();
+    bool askAboutUnsavedImages();
+    void leave(bool clearCaptures);
+
+    QWidget *m_window;
+    HistoryWidget *m_history;
+    bool m_exitRequested = false;
+    bool m_killRequested = false;
+};
