@@ -7,6 +7,7 @@ class CaptureChannel;
 class ClipboardImage;
 class FileManager;
 class ForegroundWindow;
+class QWindow;
 class SessionEnd;
 
 /// The services of the desktop that the program needs, one object each.
@@ -27,6 +28,8 @@ public:
 
     /// Whether menus and popups get a shadow from the desktop; without one they draw a border.
     virtual bool hasNativePopupShadow() const = 0;
+    /// Gives the frameless window that shadow; asked only where there is one.
+    virtual void addPopupShadow(QWindow *) {}
 
     /// The one platform of the process; the operating system's own is made at first use.
     static Platform &instance();

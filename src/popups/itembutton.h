@@ -2,7 +2,7 @@
 
 #include <QPushButton>
 
-/// A push button with the pointing-hand cursor; a selector for the style sheet.
+/// A button without a frame of its own, with the pointing-hand cursor: what the style sheet selects.
 class ItemButton : public QPushButton {
     Q_OBJECT
 public:

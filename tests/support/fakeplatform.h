@@ -42,6 +42,7 @@ public:
     bool fileManagerWorks = true;
     int broughtToFront = 0;
     bool nativeShadow = false;
+    QVector<QWindow *> shadowed; ///< windows that got the desktop's shadow
     std::function<void()> terminate;
 
     ApplicationIdentity &applicationIdentity() override { return *this; }
@@ -51,6 +52,7 @@ public:
     ForegroundWindow &foregroundWindow() override { return *this; }
     SessionEnd &sessionEnd() override { return *this; }
     bool hasNativePopupShadow() const override { return nativeShadow; }
+    void addPopupShadow(QWindow *window) override { shadowed.append(window); }
 
     /// The numbers of the posted events, in order.
     QVector<quint32> postedMessages() const;

@@ -1,0 +1,257 @@
+#include "popups/popup.h"
+
+#include "ui/menu.h"
+#include "ui/popupshadow.h"
+
+#include <QAbstractButton>
+#include <QActionEvent>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScopedValueRollback>
+#include <QStyleOption>
+#include <QWidgetAction>
+
+#include <cstdlib>
+#include <limits>
+
+namespace {
+
+/// How far `to` lies from `from` in the direction of an arrow key, sideways steps counting double; the
+/// largest integer when it does not lie that way at all.
+int distanceAlong(int key, QPoint from, QPoint to) {
+    const QPoint step = to - from;
+    int ahead = 0;
+    int aside = 0;
+    switch (key) {
+    case Qt::Key_Left:
+        ahead = -step.x();
+        aside = step.y();
+        break;
+    case Qt::Key_Right:
+        ahead = step.x();
+        aside = step.y();
+        break;
+    case Qt::Key_Up:
+        ahead = -step.y();
+        aside = step.x();
+        break;
+    default:
+        ahead = step.y();
+        aside = step.x();
+        break;
+    }
+    return ahead > 0 ? ahead + 2 * std::abs(aside) : std::numeric_limits<int>::max();
+}
+
+} // namespace
+
+Popup::Popup(QWidget *parent) : QWidget(parent) {
+    setWindowFlags(windowFlags() | Qt::Tool | Qt::FramelessWindowHint);
+}
+
+Popup::~Popup() = default;
+
+void Popup::emitCloseSignal(int mode) {
+    // Closed first: whoever listens may close the menu that this one was opened from.
+    closeMenu();
+    switch (mode) {
+    case Triggered:
+        emit triggered();
+        break;
+    case Canceled:
+        emit canceled();
+        break;
+    case Closed:
+        emit closed();
+        break;
+    default:
+        break;
+    }
+}
+
+void Popup::setCloseMode(int mode) {
+    m_closeMode = mode;
+}
+
+Popup *Popup::findPopup(QWidget *holder) {
+    return holder ? holder->findChild<Popup *>() : nullptr;
+}
+
+Menu *Popup::toMenu(QWidget *parent) {
+    auto *menu = new Menu(parent);
+    m_owner = menu;
+    m_action = new QWidgetAction(menu);
+    m_action->setDefaultWidget(this);
+    menu->addAction(m_action);
+    connect(menu, &QMenu::aboutToShow, this, &Popup::onMenuAboutToShow);
+    connect(menu, &QMenu::aboutToHide, this, &Popup::onMenuAboutToHide);
+    connect(this, &Popup::triggered, menu, [this] { closeMenu(); });
+    connect(this, &Popup::canceled, menu, [this] { closeMenu(); });
+    connect(this, &Popup::closed, menu, [this] { closeMenu(); });
+    return menu;
+}
+
+void Popup::onMenuAboutToShow() {
+    // Nobody has shown the panel yet at the first time, so its contents count as visible from here on.
+    remeasureMenu();
+    if (QWidget *first = firstFocus())
+        first->setFocus(Qt::PopupFocusReason);
+}
+
+void Popup::onMenuAboutToHide() {
+    const int mode = m_closeMode;
+    m_closeMode = Closed;
+    // The signal that closes the menu has told already how it ended.
+    if (!m_closingByOwnSignal)
+        emitCloseSignal(mode);
+}
+
+void Popup::closeMenu() {
+    if (!m_owner || !m_owner->isVisible() || m_closingByOwnSignal)
+        return;
+    const QScopedValueRollback<bool> guard(m_closingByOwnSignal, true);
+    m_owner->close();
+}
+
+void Popup::remeasureMenu() {
+    // A menu measures its entries only when an action changes, never when an embedded widget does.
+    QActionEvent changed(QEvent::ActionChanged, m_action);
+    QApplication::sendEvent(m_owner, &changed);
+}
+
+bool Popup::event(QEvent *event) {
+    if (event->type() == QEvent::WinIdChange)
+        addPopupShadow(this);
+    const bool handled = QWidget::event(event);
+    if (event->type() == QEvent::LayoutRequest) {
+        if (m_owner && m_owner->isVisible())
+            remeasureMenu();
+        else if (isWindow() && isVisible())
+            adjustSize();
+    }
+    return handled;
+}
+
+bool Popup::eventFilter(QObject *watched, QEvent *event) {
+    auto *button = qobject_cast<QAbstractButton *>(watched);
+    if (!button || event->type() != QEvent::KeyPress)
+        return QWidget::eventFilter(watched, event);
+    const int key = static_cast<QKeyEvent *>(event)->key();
+    switch (key) {
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+        // A group of buttons would choose with every arrow key, and the first choice closes the menu.
+        moveFocus(button, key);
+        return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        button->click();
+        return true;
+    default:
+        return QWidget::eventFilter(watched, event);
+    }
+}
+
+void Popup::mousePressEvent(QMouseEvent *event) {
+    // The menu behind would close on a click into a gap.
+    if (event->button() == Qt::LeftButton)
+        event->accept();
+    else
+        QWidget::mousePressEvent(event);
+}
+
+void Popup::keyPressEvent(QKeyEvent *event) {
+    if (event->key() != Qt::Key_Escape) {
+        // Nothing for the menu behind, which would take letters for mnemonics and Enter for a choice.
+        if (m_owner)
+            event->accept();
+        else
+            QWidget::keyPressEvent(event);
+        return;
+    }
+    if (isWindow())
+        cancelByKey();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+void Popup::cancelByKey() {
+    close();
+    emit canceled();
+}
+
+void Popup::showEvent(QShowEvent *event) {
+    QWidget::showEvent(event);
+    const auto buttons = findChildren<QAbstractButton *>();
+    for (QAbstractButton *button : buttons) {
+        if (button->window() == window())
+            button->installEventFilter(this);
+    }
+    adjustSize();
+}
+
+void Popup::paintEvent(QPaintEvent *) {
+    QStyleOption option;
+    option.initFrom(this);
+    QPainter painter(this);
+    style()->drawPrimitive(QStyle::PE_Widget, &option, &painter, this);
+}
+
+QWidget *Popup::firstFocus() const {
+    const QList<QWidget *> chain = focusChain();
+    for (QWidget *widget : chain) {
+        const auto *button = qobject_cast<QAbstractButton *>(widget);
+        if (button && button->isChecked())
+            return widget;
+    }
+    return chain.isEmpty() ? nullptr : chain.first();
+}
+
+QList<QWidget *> Popup::focusChain() const {
+    QList<QWidget *> chain;
+    for (QWidget *widget = nextInFocusChain(); widget && widget != this;
+         widget = widget->nextInFocusChain()) {
+        if (isAncestorOf(widget) && widget->isVisibleTo(this) && widget->isEnabled() &&
+            (widget->focusPolicy() & Qt::TabFocus) && !widget->focusProxy())
+            chain.append(widget);
+    }
+    return chain;
+}
+
+bool Popup::focusNextPrevChild(bool next) {
+    if (!m_owner)
+        return QWidget::focusNextPrevChild(next);
+    // A menu has its own idea of Tab, so the round through the panel is made here.
+    const QList<QWidget *> chain = focusChain();
+    if (chain.isEmpty())
+        return false;
+    int index = chain.indexOf(QApplication::focusWidget());
+    if (index < 0)
+        index = next ? -1 : 0;
+    index = (index + (next ? 1 : -1) + chain.size()) % chain.size();
+    chain.at(index)->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    return true;
+}
+
+void Popup::moveFocus(QWidget *from, int key) {
+    const auto buttons = findChildren<QAbstractButton *>();
+    const QPoint start = from->mapTo(this, from->rect().center());
+    QAbstractButton *nearest = nullptr;
+    int least = std::numeric_limits<int>::max();
+    for (QAbstractButton *button : buttons) {
+        if (button->window() != window() || !button->isVisible() || !button->isEnabled() ||
+            button->focusPolicy() == Qt::NoFocus)
+            continue;
+        const int distance = distanceAlong(key, start, button->mapTo(this, button->rect().center()));
+        if (distance < least) {
+            least = distance;
+            nearest = button;
+        }
+    }
+    if (nearest)
+        nearest->setFocus(Qt::TabFocusReason);
+}

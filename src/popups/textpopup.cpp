@@ -1,0 +1,176 @@
+#include "popups/textpopup.h"
+
+#include "popups/colorselectbutton.h"
+#include "popups/colorselectpopup.h"
+#include "popups/combobox.h"
+#include "preferences/tindrapreferences.h"
+#include "services/usagestatistics.h"
+#include "ui/menu.h"
+
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QSignalBlocker>
+#include <QWindow>
+
+TextPopup::TextPopup(QWidget *parent) : Popup(parent) {
+    setWindowFlag(Qt::WindowDoesNotAcceptFocus);
+    auto *row = new QHBoxLayout(this);
+    row->setContentsMargins(10, 10, 10, 10);
+    row->setSpacing(10);
+    addSizeBox(row);
+    addColorButton(row);
+    m_bold = addStyleButton(row, QStringLiteral("bold_"), tr("bold"));
+    m_italic = addStyleButton(row, QStringLiteral("italic_"), tr("italic"));
+    m_underline = addStyleButton(row, QStringLiteral("underline_"), tr("underline"));
+    loadSettings();
+
+    connect(m_size, &QComboBox::currentTextChanged, this, &TextPopup::onChanged);
+    connect(m_color, &ColorSelectPopup::colorSelected, this, &TextPopup::onColorSelected);
+    connect(m_bold, &QPushButton::clicked, this, &TextPopup::onClickBoldButton);
+    connect(m_italic, &QPushButton::clicked, this, &TextPopup::onClickItalicButton);
+    connect(m_underline, &QPushButton::clicked, this, &TextPopup::onClickUnderlineButton);
+}
+
+const QVector<int> &TextPopup::sizes() {
+    static const QVector<int> list{7, 8, 9, 10, 12, 14, 16, 18, 24, 30, 36, 48, 60, 72, 96, 100};
+    return list;
+}
+
+void TextPopup::addSizeBox(QHBoxLayout *row) {
+    m_size = new ComboBox(this);
+    m_size->setObjectName(QStringLiteral("size_"));
+    m_size->setAccessibleName(tr("font size"));
+    m_size->setEditable(true);
+    m_size->setInsertPolicy(QComboBox::NoInsert);
+    // A completer would add digits that nobody typed.
+    m_size->setCompleter(nullptr);
+    for (const int size : sizes())
+        m_size->addItem(QString::number(size), size);
+    m_size->lineEdit()->installEventFilter(this);
+    row->addWidget(m_size);
+}
+
+void TextPopup::addColorButton(QHBoxLayout *row) {
+    m_colorButton = new ColorSelectButton(this);
+    m_colorButton->setObjectName(QStringLiteral("color_"));
+    m_colorButton->setCheckable(false);
+    m_colorButton->setAccessibleName(tr("font color"));
+    m_color = new ColorSelectPopup;
+    m_color->setBasicColors(BasicColors::text());
+    m_colorButton->setMenu(m_color->toMenu(m_colorButton));
+    row->addWidget(m_colorButton);
+}
+
+ItemButton *TextPopup::addStyleButton(QHBoxLayout *row, const QString &name, const QString &text) {
+    auto *button = new ItemButton(this);
+    button->setObjectName(name);
+    button->setCheckable(true);
+    button->setToolTip(text);
+    button->setAccessibleName(text);
+    row->addWidget(button);
+    return button;
+}
+
+void TextPopup::loadSettings() {
+    const auto *preferences = TindraPreferences::instance();
+    if (!preferences)
+        return;
+    const QSignalBlocker blockThis(this);
+    const QSignalBlocker blockSize(m_size);
+    const QSignalBlocker blockColor(m_color);
+    const QString size = QString::number(preferences->GetInt(
+        TindraPreferences::TextSize, TindraPreferences::defaultInt(TindraPreferences::TextSize)));
+    // The place in the list first, from which the arrow keys go on; it would overwrite the text.
+    m_size->setCurrentIndex(m_size->findText(size));
+    m_size->setCurrentText(size);
+    const int style = preferences->GetInt(TindraPreferences::TextStyle, 0);
+    m_bold->setChecked(style & Bold);
+    m_italic->setChecked(style & Italic);
+    m_underline->setChecked(style & Underline);
+    const QColor color = preferences->color(TindraPreferences::TextColor);
+    m_color->setCustomColorKey(TindraPreferences::TextCustomColorKey());
+    m_color->selectColor(color);
+    m_colorButton->setColor(color);
+}
+
+void TextPopup::onClickBoldButton() {
+    recordUsage("cap_303_18");
+    onChanged();
+}
+
+void TextPopup::onClickItalicButton() {
+    recordUsage("cap_303_19");
+    onChanged();
+}
+
+void TextPopup::onClickUnderlineButton() {
+    recordUsage("cap_303_20");
+    onChanged();
+}
+
+void TextPopup::onColorSelected(const QColor &color) {
+    if (!color.isValid())
+        return;
+    m_colorButton->setColor(color);
+    recordUsage("cap_303_17");
+    onChanged();
+}
+
+void TextPopup::onChanged() {
+    const QColor color = m_colorButton->color();
+    const int size = m_size->currentText().toInt();
+    const int format = (m_bold->isChecked() ? Bold : 0) | (m_italic->isChecked() ? Italic : 0) |
+                       (m_underline->isChecked() ? Underline : 0);
+    if (auto *preferences = TindraPreferences::instance()) {
+        preferences->SetInt(TindraPreferences::TextColor, TindraPreferences::colorToInt(color));
+        preferences->SetInt(TindraPreferences::TextSize, size);
+        preferences->SetInt(TindraPreferences::TextStyle, format);
+    }
+    const bool typing = isTyping();
+    emit fontChanged(size, color, format);
+    // The text takes the keyboard back at every change, but the user may be at the first digit only.
+    if (typing)
+        activateWindow();
+}
+
+bool TextPopup::isTyping() const {
+    return windowHandle() && !windowHandle()->flags().testFlag(Qt::WindowDoesNotAcceptFocus);
+}
+
+void TextPopup::startTyping() {
+    if (isTyping() || !windowHandle())
+        return;
+    m_windowBefore = QApplication::activeWindow();
+    windowHandle()->setFlag(Qt::WindowDoesNotAcceptFocus, false);
+    activateWindow();
+}
+
+void TextPopup::stopTyping() {
+    if (!isTyping())
+        return;
+    windowHandle()->setFlag(Qt::WindowDoesNotAcceptFocus, true);
+    m_size->clearFocus();
+    if (m_windowBefore)
+        m_windowBefore->activateWindow();
+}
+
+bool TextPopup::eventFilter(QObject *watched, QEvent *event) {
+    if (watched != m_size->lineEdit())
+        return Popup::eventFilter(watched, event);
+    if (event->type() == QEvent::MouseButtonPress)
+        startTyping();
+    if (event->type() == QEvent::KeyPress && isTyping()) {
+        switch (static_cast<QKeyEvent *>(event)->key()) {
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+        case Qt::Key_Escape:
+            stopTyping();
+            return true;
+        default:
+            break;
+        }
+    }
+    return Popup::eventFilter(watched, event);
+}

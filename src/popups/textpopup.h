@@ -1,0 +1,58 @@
+#pragma once
+
+#include "popups/popup.h"
+
+#include <QVector>
+
+class ColorSelectButton;
+class ColorSelectPopup;
+class ComboBox;
+class ItemButton;
+class QHBoxLayout;
+
+/// Size, colour and style of the text that is being written, floating above it.
+///
+/// Takes no keyboard focus, so that typing stays in the text, but for the size box while the user types a
+/// size into it. Every change is stored in the preferences and reported at once.
+class TextPopup : public Popup {
+    Q_OBJECT
+public:
+    /// Bits of a text's style.
+    enum Format { Bold = 1, Italic = 2, Underline = 4 };
+
+    explicit TextPopup(QWidget *parent = nullptr);
+
+    /// The sizes on offer, in points.
+    static const QVector<int> &sizes();
+    /// Takes the stored settings over without reporting them, for a text that is opened.
+    void loadSettings();
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+public slots:
+    void onClickBoldButton();
+    void onClickItalicButton();
+    void onClickUnderlineButton();
+
+signals:
+    /// `format`: the bits of `Format`. A size that is no number is 0.
+    void fontChanged(int fontSize, QColor color, int format);
+
+private:
+    void addSizeBox(QHBoxLayout *row);
+    void addColorButton(QHBoxLayout *row);
+    ItemButton *addStyleButton(QHBoxLayout *row, const QString &name, const QString &text);
+    void onColorSelected(const QColor &color);
+    void onChanged();
+    void startTyping();
+    void stopTyping();
+    bool isTyping() const;
+
+    ComboBox *m_size = nullptr;
+    ColorSelectButton *m_colorButton = nullptr;
+    ColorSelectPopup *m_color = nullptr;
+    ItemButton *m_bold = nullptr;
+    ItemButton *m_italic = nullptr;
+    ItemButton *m_underline = nullptr;
+    QPointer<QWidget> m_windowBefore;
+};

@@ -1,0 +1,106 @@
+#include "popups/toolbutton.h"
+
+#include <QKeyEvent>
+#include <QLabel>
+#include <QStyle>
+#include <QStyleOptionButton>
+#include <QStyleOptionFocusRect>
+#include <QStylePainter>
+#include <QVBoxLayout>
+
+namespace {
+
+bool pressesButton(const QEvent *event) {
+    const auto *keyEvent = static_cast<const QKeyEvent *>(event);
+    return !keyEvent->isAutoRepeat() &&
+           (keyEvent->key() == Qt::Key_Space || keyEvent->key() == Qt::Key_Select);
+}
+
+} // namespace
+
+ToolButton::ToolButton(QWidget *parent)
+    : QPushButton(parent), m_menuButton(new QPushButton(this)), m_image(new QLabel(this)) {
+    setCursor(Qt::PointingHandCursor);
+    m_image->setObjectName(QStringLiteral("image_"));
+    m_image->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_menuButton->setObjectName(QStringLiteral("menuBtn_"));
+    m_menuButton->setCheckable(true);
+    m_menuButton->hide();
+    m_menuButton->installEventFilter(this);
+
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_image, 0, Qt::AlignHCenter);
+    layout->addStretch();
+    layout->addWidget(m_menuButton);
+
+    connect(this, &QPushButton::toggled, m_menuButton, &QPushButton::setChecked);
+    // The half's own clicks must not part it from the button.
+    connect(m_menuButton, &QPushButton::toggled, this, [this] { m_menuButton->setChecked(isChecked()); });
+}
+
+void ToolButton::setMenu(QMenu *menu) {
+    m_menuButton->setMenu(m_showMenuButton ? menu : nullptr);
+    QPushButton::setMenu(m_showMenuButton ? nullptr : menu);
+}
+
+QMenu *ToolButton::menu() const {
+    QMenu *own = QPushButton::menu();
+    return own ? own : m_menuButton->menu();
+}
+
+void ToolButton::setShowMenuButton(bool show) {
+    m_showMenuButton = show;
+    m_menuButton->setVisible(show);
+    setMenu(menu());
+}
+
+bool ToolButton::eventFilter(QObject *watched, QEvent *event) {
+    if (watched == m_menuButton && m_menuButton->isEnabled()) {
+        if (event->type() == QEvent::MouseButtonPress ||
+            (event->type() == QEvent::KeyPress && pressesButton(event)))
+            emit beforePress();
+    }
+    return QPushButton::eventFilter(watched, event);
+}
+
+void ToolButton::enterEvent(QEvent *event) {
+    setHover(1);
+    QPushButton::enterEvent(event);
+}
+
+void ToolButton::leaveEvent(QEvent *event) {
+    setHover(0);
+    QPushButton::leaveEvent(event);
+}
+
+void ToolButton::setHover(int hover) {
+    m_menuButton->setProperty("hover", hover);
+    m_menuButton->style()->unpolish(m_menuButton);
+    m_menuButton->style()->polish(m_menuButton);
+}
+
+void ToolButton::mousePressEvent(QMouseEvent *event) {
+    emit beforePress();
+    QPushButton::mousePressEvent(event);
+}
+
+void ToolButton::keyPressEvent(QKeyEvent *event) {
+    if (pressesButton(event))
+        emit beforePress();
+    QPushButton::keyPressEvent(event);
+}
+
+void ToolButton::paintEvent(QPaintEvent *) {
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    QStylePainter painter(this);
+    painter.drawControl(QStyle::CE_PushButton, option);
+    if (!hasFocus())
+        return;
+    QStyleOptionFocusRect focus;
+    focus.initFrom(this);
+    focus.rect = style()->subElementRect(QStyle::SE_PushButtonFocusRect, &option, this);
+    painter.drawPrimitive(QStyle::PE_FrameFocusRect, focus);
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QPushButton>
+
+class QLabel;
+
+/// A button of the toolbar: a picture above its text, and on demand a second half below that opens a menu.
+///
+/// With the half shown the button itself keeps its click for the tool, and only the half opens the menu;
+/// without it the button opens it. The picture is a label "image_", which the style sheet fills by the
+/// button's object name.
+class ToolButton : public QPushButton {
+    Q_OBJECT
+public:
+    explicit ToolButton(QWidget *parent = nullptr);
+
+    /// The menu is not owned.
+    virtual void setMenu(QMenu *menu);
+    /// The menu, on whichever half it is; null when there is none.
+    virtual QMenu *menu() const;
+
+    void setShowMenuButton(bool show);
+    bool isMenuButtonShown() const { return m_showMenuButton; }
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+signals:
+    /// Before a press on either half, or its key, is handled: whoever listens selects the tool.
+    void beforePress();
+
+protected:
+    void enterEvent(QEvent *event) override;
+    void leaveEvent(QEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    void setHover(int hover);
+
+    QPushButton *m_menuButton;
+    bool m_showMenuButton = false;
+    QLabel *m_image;
+};
