@@ -42,6 +42,7 @@ void Editor::setImageKey(const QString &path) {
     if (!m_imageKey.isEmpty())
         ImageProvider::instance()->remove(m_imageKey);
     m_imageKey = path;
+    update();
 }
 
 void Editor::clearImage() {
@@ -136,10 +137,12 @@ void Editor::toggle(QList<QGraphicsItem *> &from, QList<QGraphicsItem *> &to) {
         return;
     QGraphicsItem *item = from.last();
     to.append(item);
-    if (item->scene())
+    if (item->scene()) {
         removeItem(item);
-    else
+    } else {
         addItem(item);
+        m_currentOnTop = false;
+    }
     from.removeLast();
     update();
 }
@@ -176,6 +179,7 @@ void Editor::mousePressEvent(QGraphicsSceneMouseEvent *event) {
     m_lastPos = pos;
     item.drawing->drawStart(pos);
     addItem(item.graphics);
+    m_currentOnTop = true;
 }
 
 void Editor::mouseMoveEvent(QGraphicsSceneMouseEvent *event) {
@@ -240,8 +244,7 @@ void Editor::finishStroke(QPoint pos, bool shift) {
     emptyRedoList();
     m_currentItem = nullptr;
     if (stroke) {
-        emit strokeExtended(stroke, known);
-        emit changed({});
+        announceGrowth(*stroke, known);
     } else {
         update();
     }
@@ -251,12 +254,21 @@ void Editor::growCurrentItem(QPoint pos, bool shift) {
     if (const auto *stroke = dynamic_cast<DrawingFreehandItem *>(m_currentItem)) {
         const int known = stroke->segmentCount();
         m_currentItem->drawMove(m_lastPos, pos, shift);
-        emit strokeExtended(stroke, known);
-        emit changed({});
+        announceGrowth(*stroke, known);
         return;
     }
     m_currentItem->drawMove(m_lastPos, pos, shift);
     update();
+}
+
+void Editor::announceGrowth(const DrawingFreehandItem &stroke, int firstSegment) {
+    // A redo in the middle of the drag has put an item over the stroke.
+    if (!m_currentOnTop) {
+        update(stroke.segmentsRect(firstSegment));
+        return;
+    }
+    emit strokeExtended(&stroke, firstSegment);
+    emit changed({});
 }
 
 bool Editor::eraseAt(QPoint pos) {

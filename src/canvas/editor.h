@@ -146,6 +146,7 @@ private:
     /// Takes the topmost item at that point out of the scene, for Redo to bring back.
     bool eraseAt(QPoint pos);
     void growCurrentItem(QPoint pos, bool shift);
+    void announceGrowth(const DrawingFreehandItem &stroke, int firstSegment);
     /// Whether the release ended a pen stroke where it began, which leaves nothing.
     bool dropClickOfPen(QPoint pos);
     void finishStroke(QPoint pos, bool shift);
@@ -166,6 +167,7 @@ private:
     QString m_savedPath;
     int m_zoomStep = -1;
     QRect m_cropRect;
+    bool m_currentOnTop = true; ///< nothing joined the scene since the item under construction
     QSet<int> m_reportedTools;
     QList<QGraphicsItem *> m_undoList;
     QList<QGraphicsItem *> m_redoList;

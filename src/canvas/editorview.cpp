@@ -1,10 +1,11 @@
 #include "canvas/editorview.h"
 
 #include "canvas/canvasmenu.h"
+#include "canvas/canvasviewport.h"
+#include "canvas/flagguard.h"
 #include "canvas/items/drawingfreehanditem.h"
 #include "canvas/toolcursor.h"
 #include "popups/itembutton.h"
-#include "ui/debouncefunc.h"
 #include "ui/uistyler.h"
 
 #include <QContextMenuEvent>
@@ -16,22 +17,8 @@
 
 namespace {
 
-/// The smooth background waits for this many milliseconds without a paint.
-constexpr int BackgroundQuietTime = 66;
 /// Distance of the history button from the view's border, at 96 per inch.
 constexpr int HistoryButtonMargin = 10;
-
-/// Sets a flag while it lives.
-class FlagGuard {
-public:
-    explicit FlagGuard(bool &flag) : m_flag(flag) { m_flag = true; }
-    ~FlagGuard() { m_flag = false; }
-    FlagGuard(const FlagGuard &) = delete;
-    FlagGuard &operator=(const FlagGuard &) = delete;
-
-private:
-    bool &m_flag;
-};
 
 /// What a wheel event says on whichever axis it says it.
 int wheelDelta(const QWheelEvent &event) {
@@ -42,7 +29,11 @@ int wheelDelta(const QWheelEvent &event) {
 } // namespace
 
 EditorView::EditorView(QWidget *parent)
-    : QGraphicsView(parent), m_historyShow(new ItemButton(this)), m_contextMenu(new CanvasMenu(false, this)) {
+    : QGraphicsView(parent), m_viewport(new CanvasViewport), m_historyShow(new ItemButton(this)),
+      m_contextMenu(new CanvasMenu(false, this)) {
+    setViewport(m_viewport);
+    // What is to be painted is decided here and not by the base class.
+    setViewportUpdateMode(NoViewportUpdate);
     m_historyShow->setObjectName(QStringLiteral("historyShow_"));
     m_historyShow->hide();
     connect(m_historyShow, &ItemButton::clicked, this, &EditorView::onClickHistoryShow);
@@ -73,6 +64,7 @@ void EditorView::setEditor(Editor *editor) {
         disconnect(connection);
     m_editorConnections.clear();
     m_background.clear();
+    m_frame.clear();
     m_editor = editor;
     setScene(editor);
     if (editor) {
@@ -90,6 +82,7 @@ void EditorView::setEditor(Editor *editor) {
 void EditorView::connectEditor() {
     Editor *editor = m_editor;
     m_editorConnections = {
+        connect(editor, &Editor::changed, this, &EditorView::onSceneChanged),
         connect(editor, &Editor::changed, this, &EditorView::onEditorChanged),
         connect(editor, &Editor::changedShape, this, &EditorView::onChangeShape),
         connect(editor, &Editor::changeSceneRect, this, &EditorView::onChangeSceneRect),
@@ -116,17 +109,15 @@ void EditorView::onChangeShape(Editor::ShapeType shapeType) {
 }
 
 void EditorView::onChangeSceneRect() {
-    if (m_editor)
-        setSceneRect(QRectF(m_editor->visibleRect()));
+    if (!m_editor)
+        return;
+    setSceneRect(QRectF(m_editor->visibleRect()));
+    // The items' clip and the border of the image are others now, even where the view did not move.
+    repaintAll();
 }
 
 void EditorView::onUpdateImageSize() {
     placeFloatingWidgets();
-}
-
-void EditorView::onStrokeExtended(const DrawingFreehandItem *item, int firstSegment) {
-    const QRectF area = viewportTransform().mapRect(item->segmentsRect(firstSegment));
-    viewport()->update(area.toAlignedRect().adjusted(-2, -2, 2, 2));
 }
 
 void EditorView::onCreateCropItem() {
@@ -209,33 +200,6 @@ void EditorView::contextMenuEvent(QContextMenuEvent *event) {
     if (m_editor)
         m_contextMenu->checkTool(m_editor->shapeType());
     m_contextMenu->exec(event->globalPos());
-}
-
-void EditorView::drawBackground(QPainter *painter, const QRectF &) {
-    static bool painting = false;
-    if (painting)
-        return;
-    const FlagGuard guard(painting);
-    if (!m_backgroundDebounce)
-        m_backgroundDebounce = new DebounceFunc([this] { refreshBackground(); }, BackgroundQuietTime, this);
-    m_backgroundDebounce->call();
-    if (!m_editor)
-        return;
-    const QTransform transform = painter->transform();
-    painter->save();
-    painter->resetTransform();
-    const QPixmap image = m_editor->flatten(false, true);
-    const QRect rect = m_editor->visibleRect();
-    m_background.paint(painter, image, rect, transform.mapRect(QRectF(rect)), m_zoom);
-    painter->restore();
-}
-
-void EditorView::refreshBackground() {
-    if (!m_editor)
-        return;
-    // An update only for a new picture, since every paint calls this again.
-    if (m_background.refresh(m_editor->flatten(false, true), m_editor->visibleRect(), m_zoom))
-        viewport()->update();
 }
 
 void EditorView::onClickHistoryShow() {

@@ -2,6 +2,7 @@
 
 #include "canvas/editor.h"
 #include "canvas/smoothbackground.h"
+#include "canvas/viewframe.h"
 #include "canvas/zoomtable.h"
 
 #include <QGraphicsView>
@@ -9,11 +10,16 @@
 #include <QVector>
 
 class CanvasMenu;
+class CanvasViewport;
 class DebounceFunc;
 class ItemButton;
 
 /// The canvas widget: shows one `Editor` at a time, paints its image as background, keeps zoom and scroll
 /// position per capture, sets the tool cursors.
+///
+/// Keeps a picture of what it shows. A stroke that grows is added to that picture segment by segment; any
+/// other change marks a part of it stale, to be painted anew from the scene. Either way the picture is, pixel
+/// for pixel, what painting everything anew would give.
 ///
 /// Borrows the `Editor`. View coordinates are device pixels; at 100 % one is one image pixel.
 class EditorView : public QGraphicsView {
@@ -52,12 +58,16 @@ signals:
     void cropped(bool cropped);
 
 protected:
+    void paintEvent(QPaintEvent *event) override;
     void drawBackground(QPainter *painter, const QRectF &rect) override;
     void wheelEvent(QWheelEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    void changeEvent(QEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
 
 private slots:
+    void onSceneChanged(const QList<QRectF> &areas);
     void onUpdateImageSize();
     void onCreateCropItem();
     void onStrokeExtended(const DrawingFreehandItem *item, int firstSegment);
@@ -72,8 +82,14 @@ private:
     /// Sizes in device pixels, from those at 96 per inch.
     int scaled(int size) const;
     void refreshBackground();
+    void repaintAll();
+    void adaptFrame();
+    void renderFrame(const QRegion &stale);
+    void paintScene(QImage &target, const QRegion &region);
+    QRect deviceRect(const QRectF &sceneArea) const;
     void forwardWheel(const QWheelEvent &event, const QPoint &angleDelta, Qt::KeyboardModifiers modifiers);
 
+    CanvasViewport *m_viewport;
     ItemButton *m_historyShow;
     QPointer<Editor> m_editor;
     QVector<QMetaObject::Connection> m_editorConnections;
@@ -81,5 +97,7 @@ private:
     int m_zoomStep = ZoomStep::Normal;
     DebounceFunc *m_backgroundDebounce = nullptr;
     SmoothBackground m_background;
+    ViewFrame m_frame;
+    QRegion m_rendered; ///< what of the frame is being painted, while it is
     CanvasMenu *m_contextMenu;
 };

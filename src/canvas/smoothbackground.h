@@ -17,10 +17,10 @@ public:
     /// Brings the copy up to date; true if another picture is to be painted now.
     bool refresh(const QPixmap &image, const QRect &rect, double zoom);
     void clear();
-
-private:
+    /// Whether the copy is the one for that part of the image and scale.
     bool fits(const QRect &rect, double zoom) const;
 
+private:
     qint64 m_key = 0; ///< `QPixmap::cacheKey` of the image that was copied
     QRect m_rect;
     double m_zoom = 0;

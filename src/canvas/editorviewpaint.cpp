@@ -1,0 +1,151 @@
+// How the view keeps its picture of the scene up to date.
+#include "canvas/canvasviewport.h"
+#include "canvas/editorview.h"
+#include "canvas/flagguard.h"
+#include "canvas/items/drawingfreehanditem.h"
+#include "ui/debouncefunc.h"
+
+#include <QPaintEvent>
+#include <QPainter>
+
+namespace {
+
+/// The smooth background waits for this many milliseconds without a paint.
+constexpr int BackgroundQuietTime = 66;
+/// How far, in device pixels, antialiasing and rounding can carry a mark beyond its exact outline.
+constexpr int DeviceMargin = 2;
+
+} // namespace
+
+void EditorView::paintEvent(QPaintEvent *event) {
+    if (!m_editor) {
+        QPainter painter(viewport());
+        for (const QRect &rect : event->region())
+            painter.fillRect(rect, viewport()->palette().brush(viewport()->backgroundRole()));
+        return;
+    }
+    adaptFrame();
+    const QRegion stale = m_frame.takeStale(event->region());
+    if (!stale.isEmpty())
+        renderFrame(stale);
+    QPainter painter(viewport());
+    for (const QRect &rect : event->region())
+        painter.drawImage(rect.topLeft(), m_frame.image(), rect);
+}
+
+void EditorView::adaptFrame() {
+    m_frame.adapt(viewport()->size(), viewportTransform(),
+                  viewport()->palette().brush(viewport()->backgroundRole()));
+}
+
+void EditorView::repaintAll() {
+    m_frame.markAllStale();
+    viewport()->update();
+}
+
+void EditorView::onSceneChanged(const QList<QRectF> &areas) {
+    for (const QRectF &area : areas) {
+        // Stands for everything: an open text may reach beyond the image.
+        if (area.contains(scene()->sceneRect())) {
+            repaintAll();
+            return;
+        }
+        const QRect rect = deviceRect(area);
+        m_frame.markStale(rect);
+        viewport()->update(rect);
+    }
+}
+
+void EditorView::onStrokeExtended(const DrawingFreehandItem *item, int firstSegment) {
+    adaptFrame();
+    const QRect rect = deviceRect(item->segmentsRect(firstSegment));
+    if (rect.isEmpty())
+        return;
+    if (m_frame.isStale(rect)) {
+        m_frame.markStale(rect);
+    } else {
+        QPainter painter(&m_frame.image());
+        painter.setWorldTransform(viewportTransform());
+        item->paintSegments(&painter, firstSegment);
+    }
+    viewport()->update(rect);
+}
+
+void EditorView::scrollContentsBy(int dx, int dy) {
+    QGraphicsView::scrollContentsBy(dx, dy);
+    // Moving the old picture would be cheaper, but lines that the border cuts come out differently there.
+    viewport()->update();
+}
+
+void EditorView::changeEvent(QEvent *event) {
+    QGraphicsView::changeEvent(event);
+    if (event->type() == QEvent::StyleChange || event->type() == QEvent::PaletteChange)
+        repaintAll();
+}
+
+QRect EditorView::deviceRect(const QRectF &sceneArea) const {
+    const QRect rect = viewportTransform().mapRect(sceneArea).toAlignedRect();
+    return rect.adjusted(-DeviceMargin, -DeviceMargin, DeviceMargin, DeviceMargin) & viewport()->rect();
+}
+
+void EditorView::renderFrame(const QRegion &stale) {
+    const QRegion everything = viewport()->rect();
+    // Scaling on the fly depends on where a row begins, so there is no painting a part of that background.
+    const bool whole = m_zoom < 1.0 && !m_background.fits(m_editor->visibleRect(), m_zoom);
+    if (whole || stale == everything) {
+        m_frame.takeStale(everything);
+        paintScene(m_frame.image(), everything);
+        return;
+    }
+    // Not into the frame under a clip: the raster engine cuts lines at the clip before it turns them into
+    // pixels, and a cut line can differ in its last bits. Only pages that are touched cost anything.
+    QImage scratch(m_frame.image().size(), m_frame.image().format());
+    paintScene(scratch, stale);
+    QPainter painter(&m_frame.image());
+    for (const QRect &rect : stale)
+        painter.drawImage(rect.topLeft(), scratch, rect);
+}
+
+// Items may paint beyond the region; what of the target lies outside it is worth nothing afterwards.
+void EditorView::paintScene(QImage &target, const QRegion &region) {
+    m_rendered = region;
+    m_viewport->setPaintTarget(&target);
+    QPaintEvent paint(region);
+    QGraphicsView::paintEvent(&paint);
+    m_viewport->setPaintTarget(nullptr);
+    m_rendered = QRegion();
+}
+
+void EditorView::drawBackground(QPainter *painter, const QRectF &) {
+    static bool painting = false;
+    if (painting)
+        return;
+    const FlagGuard guard(painting);
+    if (!m_backgroundDebounce)
+        m_backgroundDebounce = new DebounceFunc([this] { refreshBackground(); }, BackgroundQuietTime, this);
+    m_backgroundDebounce->call();
+    if (!m_editor)
+        return;
+    const QTransform transform = painter->transform();
+    const QPixmap image = m_editor->flatten(false, true);
+    const QRect rect = m_editor->visibleRect();
+    painter->save();
+    painter->resetTransform();
+    if (m_rendered.isEmpty())
+        m_background.paint(painter, image, rect, transform.mapRect(QRectF(rect)), m_zoom);
+    // One rectangle at a time: images are scaled in another way, with other pixels, under a clip of many.
+    for (const QRect &part : m_rendered) {
+        painter->setClipRect(part);
+        painter->fillRect(part, viewport()->palette().brush(viewport()->backgroundRole()));
+        m_background.paint(painter, image, rect, transform.mapRect(QRectF(rect)), m_zoom);
+    }
+    painter->restore();
+}
+
+void EditorView::refreshBackground() {
+    if (!m_editor)
+        return;
+    // Only for a new picture, since every paint calls this again.
+    if (m_background.refresh(m_editor->flatten(false, true), m_editor->visibleRect(), m_zoom))
+        repaintAll();
+}

@@ -1,0 +1,250 @@
+#include "canvas/capturefixture.h"
+#include "canvas/editorview.h"
+#include "ipc/imageprovider.h"
+#include "preferences/tindrapreferences.h"
+#include "support/imagecompare.h"
+
+#include <QGraphicsView>
+#include <QPainter>
+#include <QRandomGenerator>
+#include <QScrollBar>
+#include <QtTest>
+
+namespace {
+
+/// A view of the toolkit as it comes, over the same scene with a background of its own: what a paint of
+/// everything gives.
+class ReferenceView : public QGraphicsView {
+public:
+    QImage picture;
+    QRect visible;
+    bool smooth = true;
+
+protected:
+    void drawBackground(QPainter *painter, const QRectF &) override {
+        painter->save();
+        const QRectF target = painter->transform().mapRect(QRectF(visible));
+        const double zoom = painter->transform().m11();
+        painter->resetTransform();
+        if (zoom >= 1.0) {
+            painter->drawPixmap(target, QPixmap::fromImage(picture), QRectF(visible));
+        } else if (smooth) {
+            const QPixmap scaled = QPixmap::fromImage(picture).copy(visible).scaled(
+                int(visible.width() * zoom), int(visible.height() * zoom), Qt::KeepAspectRatio,
+                Qt::SmoothTransformation);
+            painter->drawPixmap(target, scaled, QRectF(scaled.rect()));
+        } else {
+            painter->setRenderHint(QPainter::SmoothPixmapTransform);
+            painter->drawPixmap(target, QPixmap::fromImage(picture), QRectF(visible));
+        }
+        painter->restore();
+    }
+};
+
+struct Scene {
+    int zoomStep;
+    QSize image;
+    QPoint scroll;
+    QRect crop;
+    bool waitForSmooth;
+};
+
+} // namespace
+
+Q_DECLARE_METATYPE(Scene)
+
+/// After every single event the view must show what painting everything anew gives, pixel for pixel.
+class Tst_ViewExactness : public QObject {
+    Q_OBJECT
+private slots:
+    void init() { capture::resetWorld(); }
+    void randomDrags_data();
+    void randomDrags();
+    void cropAroundTheSameCentreRepaintsWhatItHides();
+    void strokeUnderRedoneItemStaysUnderIt();
+
+private:
+    void compare(const QString &when);
+    void show(const Scene &scene);
+    void randomSettings(QRandomGenerator &random);
+    QPoint randomPoint(QRandomGenerator &random) const;
+    void oneDrag(QRandomGenerator &random, const QString &name);
+    void between(QRandomGenerator &random);
+
+    std::unique_ptr<Editor> m_editor;
+    std::unique_ptr<EditorView> m_view;
+    std::unique_ptr<ReferenceView> m_reference;
+};
+
+void Tst_ViewExactness::show(const Scene &scene) {
+    m_view.reset();
+    m_reference.reset();
+    m_editor = std::make_unique<Editor>();
+    const QImage image = capture::picture(scene.image);
+    capture::load(*m_editor, QStringLiteral("capture"), image);
+    m_editor->setZoomStep(scene.zoomStep);
+    if (!scene.crop.isNull())
+        QVERIFY(QMetaObject::invokeMethod(m_editor.get(), "onCrop", Q_ARG(QRect, scene.crop)));
+    m_view = std::make_unique<EditorView>();
+    m_view->setFrameShape(QFrame::NoFrame);
+    m_view->resize(303, 211);
+    QPalette palette = m_view->viewport()->palette();
+    palette.setColor(m_view->viewport()->backgroundRole(), QColor(90, 120, 30));
+    m_view->viewport()->setPalette(palette);
+    m_view->show();
+    m_view->setEditor(m_editor.get());
+    m_view->horizontalScrollBar()->setValue(scene.scroll.x());
+    m_view->verticalScrollBar()->setValue(scene.scroll.y());
+
+    m_reference = std::make_unique<ReferenceView>();
+    m_reference->picture = image;
+    m_reference->visible = m_editor->visibleRect();
+    m_reference->smooth = scene.waitForSmooth;
+    m_reference->setFrameShape(QFrame::NoFrame);
+    m_reference->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_reference->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_reference->viewport()->setPalette(palette);
+    m_reference->setScene(m_editor.get());
+    QCoreApplication::processEvents();
+    if (scene.waitForSmooth)
+        QTest::qWait(150);
+}
+
+void Tst_ViewExactness::compare(const QString &when) {
+    QCoreApplication::processEvents();
+    m_reference->resize(m_view->viewport()->size());
+    m_reference->viewport()->resize(m_view->viewport()->size());
+    m_reference->setSceneRect(m_view->sceneRect());
+    m_reference->setTransform(m_view->transform());
+    m_reference->horizontalScrollBar()->setValue(m_view->horizontalScrollBar()->value());
+    m_reference->verticalScrollBar()->setValue(m_view->verticalScrollBar()->value());
+    QCOMPARE(m_reference->viewportTransform(), m_view->viewportTransform());
+    QImage expected(m_view->viewport()->size(), QImage::Format_RGB32);
+    m_reference->viewport()->render(&expected);
+    const QImage shown = m_view->viewport()->grab().toImage().convertToFormat(QImage::Format_RGB32);
+    QString message;
+    QVERIFY2(sameImage(shown, expected, QStringLiteral("view"), &message),
+             qPrintable(when + QLatin1String(": ") + message));
+}
+
+void Tst_ViewExactness::randomDrags_data() {
+    QTest::addColumn<Scene>("scene");
+    QTest::newRow("100 %, image smaller than the view") << Scene{20, {200, 140}, {}, {}, true};
+    QTest::newRow("100 %, scrolled") << Scene{20, {700, 500}, {111, 73}, {}, true};
+    QTest::newRow("37 %, smooth background") << Scene{6, {1500, 1100}, {31, 17}, {}, true};
+    QTest::newRow("37 %, whole image in view") << Scene{6, {700, 400}, {}, {}, true};
+    QTest::newRow("250 %") << Scene{30, {300, 200}, {57, 41}, {}, true};
+    QTest::newRow("250 %, image smaller than the view") << Scene{30, {90, 60}, {}, {}, true};
+    QTest::newRow("800 %") << Scene{44, {300, 200}, {501, 333}, {}, true};
+    QTest::newRow("96 %, fractional border") << Scene{19, {251, 173}, {}, {}, true};
+    QTest::newRow("crop at 100 %") << Scene{20, {700, 500}, {}, {40, 30, 217, 151}, true};
+    QTest::newRow("crop at 250 %, scrolled") << Scene{30, {300, 200}, {33, 21}, {31, 17, 201, 133}, true};
+    QTest::newRow("crop at 37 %") << Scene{6, {1500, 1100}, {}, {101, 57, 641, 433}, true};
+}
+
+void Tst_ViewExactness::randomSettings(QRandomGenerator &random) {
+    auto &preferences = *TindraPreferences::instance();
+    const int alpha = random.bounded(2) ? 255 : 40 + random.bounded(160);
+    const QColor color(random.bounded(256), random.bounded(256), random.bounded(256), alpha);
+    preferences.SetInt(TindraPreferences::PenColor, TindraPreferences::colorToInt(color));
+    preferences.SetInt(TindraPreferences::HighlighterColor, TindraPreferences::colorToInt(color));
+    preferences.SetInt(TindraPreferences::LineWidth, 1 + random.bounded(12));
+    m_editor->setShape(random.bounded(2) ? Editor::Pen : Editor::Highlighter);
+}
+
+QPoint Tst_ViewExactness::randomPoint(QRandomGenerator &random) const {
+    // Now and then outside the viewport, as a drag that leaves the window is.
+    const QSize size = m_view->viewport()->size();
+    return QPoint(random.bounded(size.width() + 120) - 60, random.bounded(size.height() + 120) - 60);
+}
+
+// What can happen between two moves of a drag.
+void Tst_ViewExactness::between(QRandomGenerator &random) {
+    switch (random.bounded(12)) {
+    case 0:
+        m_editor->undo();
+        break;
+    case 1:
+        m_editor->redo();
+        break;
+    case 2:
+        m_view->viewport()->update(QRect(randomPoint(random), QSize(40, 30)));
+        break;
+    case 3:
+        m_editor->update(
+            QRectF(random.bounded(100), random.bounded(80), 1 + random.bounded(90), 1 + random.bounded(70)));
+        break;
+    case 4:
+        m_view->horizontalScrollBar()->setValue(m_view->horizontalScrollBar()->value() + random.bounded(31) -
+                                                15);
+        break;
+    case 5:
+        m_view->verticalScrollBar()->setValue(m_view->verticalScrollBar()->value() + random.bounded(31) - 15);
+        break;
+    default:
+        break;
+    }
+}
+
+void Tst_ViewExactness::oneDrag(QRandomGenerator &random, const QString &name) {
+    randomSettings(random);
+    capture::Mouse mouse(m_view->viewport());
+    QPoint pos = randomPoint(random);
+    mouse.press(pos);
+    compare(name + QStringLiteral(" press"));
+    for (int move = 0; move < 14 && !QTest::currentTestFailed(); ++move) {
+        const bool jump = random.bounded(4) == 0;
+        pos = jump ? randomPoint(random) : pos + QPoint(random.bounded(25) - 12, random.bounded(25) - 12);
+        mouse.move(pos, random.bounded(3) == 0 ? Qt::ShiftModifier : Qt::NoModifier);
+        between(random);
+        compare(name + QStringLiteral(" move %1").arg(move));
+    }
+    mouse.release(pos + QPoint(3, 2));
+    compare(name + QStringLiteral(" release"));
+}
+
+void Tst_ViewExactness::randomDrags() {
+    QFETCH(Scene, scene);
+    show(scene);
+    compare(QStringLiteral("before"));
+    for (quint32 seed = 1; seed <= 12 && !QTest::currentTestFailed(); ++seed) {
+        QRandomGenerator random(seed);
+        oneDrag(random, QStringLiteral("drag %1").arg(seed));
+    }
+    m_editor->undo();
+    compare(QStringLiteral("undo"));
+    m_editor->reset();
+    compare(QStringLiteral("reset"));
+}
+
+void Tst_ViewExactness::cropAroundTheSameCentreRepaintsWhatItHides() {
+    show({20, {200, 140}, {}, {}, true});
+    // The view does not move: the image stays centred around the same point.
+    QVERIFY(QMetaObject::invokeMethod(m_editor.get(), "onCrop", Q_ARG(QRect, QRect(20, 20, 160, 100))));
+    m_reference->visible = QRect(20, 20, 160, 100);
+    compare(QStringLiteral("crop"));
+}
+
+void Tst_ViewExactness::strokeUnderRedoneItemStaysUnderIt() {
+    show({20, {200, 140}, {}, {}, true});
+    auto &preferences = *TindraPreferences::instance();
+    preferences.SetInt(TindraPreferences::PenColor, TindraPreferences::colorToInt(Qt::red));
+    preferences.SetInt(TindraPreferences::LineWidth, 12);
+    m_editor->setShape(Editor::Pen);
+    capture::Mouse mouse(m_view->viewport());
+    mouse.drag({{100, 60}, {200, 60}, {201, 60}});
+    m_editor->undo();
+    preferences.SetInt(TindraPreferences::PenColor, TindraPreferences::colorToInt(Qt::blue));
+    mouse.press({150, 40});
+    mouse.move({150, 42});
+    m_editor->redo();
+    QCoreApplication::processEvents();
+    mouse.move({150, 100});
+    compare(QStringLiteral("move after redo"));
+    const QImage shown = m_view->viewport()->grab().toImage();
+    QCOMPARE(shown.pixelColor(150, 60), QColor(Qt::red));
+    QCOMPARE(shown.pixelColor(150, 80), QColor(Qt::blue));
+}
+
+QTEST_MAIN(Tst_ViewExactness)
+#include "tst_viewexactness.moc"
