@@ -1,0 +1,200 @@
+// usage: pen-drag
+//
+// Draws with the pen over a 3840x2160 capture in the maximised main window, on a display of that size, and
+// tells the processor time (user and system) that this process spends per mouse move. The mouse is the X
+// server's own, moved through XTest; each move is waited for until it has reached the canvas and its paint is
+// done, so that none is swallowed by the compression of motion events.
+
+#include "app/tindraeditor.h"
+#include "canvas/editorview.h"
+#include "ipc/imageprovider.h"
+#include "preferences/tindrapreferences.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QImage>
+#include <QThread>
+
+#include <sys/resource.h>
+
+#include <cmath>
+#include <cstdio>
+
+// Last, because Xlib defines words such as Bool and None.
+#include <X11/Xlib.h>
+#include <X11/extensions/XTest.h>
+#undef None
+#undef Bool
+
+namespace {
+
+constexpr int CaptureWidth = 3840;
+constexpr int CaptureHeight = 2160;
+constexpr qint64 GiveUpMs = 10000;
+constexpr double TargetMs = 0.6;
+constexpr double TargetRatio = 1.25;
+constexpr int Portion = 1000; // moves at either end of the long drag that are compared
+constexpr double StepPixels = 7;
+constexpr double Turn = 0.021; // radians from step to step, more or less
+constexpr int Border = 40;     // the drag keeps away from the canvas' border by this
+
+double processorMs() {
+    rusage usage;
+    getrusage(RUSAGE_SELF, &usage);
+    const auto ms = [](const timeval &time) { return time.tv_sec * 1e3 + time.tv_usec / 1e3; };
+    return ms(usage.ru_utime) + ms(usage.ru_stime);
+}
+
+/// Counts what reaches the canvas.
+class Witness : public QObject {
+public:
+    int moves = 0;
+    int paints = 0;
+
+    bool eventFilter(QObject *, QEvent *event) override {
+        moves += event->type() == QEvent::MouseMove;
+        paints += event->type() == QEvent::Paint;
+        return false;
+    }
+};
+
+/// The X server's mouse.
+class Mouse {
+public:
+    Mouse() : m_display(XOpenDisplay(nullptr)) {
+        if (!m_display)
+            qFatal("no X display");
+    }
+    ~Mouse() { XCloseDisplay(m_display); }
+    Mouse(const Mouse &) = delete;
+    Mouse &operator=(const Mouse &) = delete;
+
+    void move(const QPoint &pos) const {
+        XTestFakeMotionEvent(m_display, -1, pos.x(), pos.y(), CurrentTime);
+        XFlush(m_display);
+    }
+    void button(bool down) const {
+        XTestFakeButtonEvent(m_display, 1, down ? True : False, CurrentTime);
+        XFlush(m_display);
+    }
+
+private:
+    Display *m_display;
+};
+
+/// A smooth way over the canvas that never leaves it and hardly ever stands still.
+class Path {
+public:
+    explicit Path(const QRect &area) : m_area(area), m_pos(area.center()) {}
+
+    QPoint next() {
+        m_angle += Turn * (1 + std::sin(m_angle / 3));
+        QPointF to = m_pos + StepPixels * QPointF(std::cos(m_angle), std::sin(m_angle));
+        to.rx() = qBound<double>(m_area.left(), to.x() + 0.4, m_area.right());
+        to.ry() = qBound<double>(m_area.top(), to.y(), m_area.bottom());
+        if (to.x() >= m_area.right())
+            to.rx() = m_area.left();
+        m_pos = to;
+        return m_pos.toPoint();
+    }
+
+private:
+    QRect m_area;
+    QPointF m_pos;
+    double m_angle = 0;
+};
+
+template <class Condition> void waitUntil(Condition condition, const char *what) {
+    QElapsedTimer clock;
+    clock.start();
+    while (!condition()) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+        if (clock.elapsed() > GiveUpMs)
+            qFatal("waited in vain for %s", what);
+    }
+}
+
+void settle(int milliseconds) {
+    QElapsedTimer clock;
+    clock.start();
+    while (clock.elapsed() < milliseconds) {
+        QCoreApplication::processEvents();
+        QThread::msleep(1);
+    }
+}
+
+struct Result {
+    double perMove;
+    double firstPortion;
+    double lastPortion;
+};
+
+Result drag(const Mouse &mouse, Witness &witness, const QRect &area, int count) {
+    Path path(area);
+    mouse.move(path.next());
+    settle(300);
+    mouse.button(true);
+    settle(300);
+    const double begin = processorMs();
+    double firstEnd = begin, lastBegin = begin;
+    for (int i = 0; i < count; ++i) {
+        if (i == Portion)
+            firstEnd = processorMs();
+        if (i == count - Portion)
+            lastBegin = processorMs();
+        const int moves = witness.moves, paints = witness.paints;
+        mouse.move(path.next());
+        waitUntil([&] { return witness.moves > moves; }, "a mouse move");
+        waitUntil([&] { return witness.paints > paints; }, "a paint");
+    }
+    const double end = processorMs();
+    mouse.button(false);
+    settle(300);
+    return {(end - begin) / count, (firstEnd - begin) / Portion, (end - lastBegin) / Portion};
+}
+
+void print(const char *name, double measured, const char *unit, double target) {
+    std::printf("%-58s %8.3f %-4s %8.2f %s\n", name, measured, unit, target,
+                measured <= target ? "met" : "missed");
+    std::fflush(stdout);
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    QApplication application(argc, argv);
+    TindraPreferences::instance()->Init();
+    TindraPreferences::instance()->SetInt(TindraPreferences::LastDrawingItem, Editor::Pen);
+    TindraEditor window;
+    QImage capture(CaptureWidth, CaptureHeight, QImage::Format_RGB32);
+    for (int y = 0; y < CaptureHeight; ++y) {
+        auto *line = reinterpret_cast<QRgb *>(capture.scanLine(y));
+        for (int x = 0; x < CaptureWidth; ++x)
+            line[x] = qRgb(x / 16, y / 9, (x ^ y) & 255);
+    }
+    const QString key = QStringLiteral("pen-drag");
+    ImageProvider::instance()->insert(key, QPixmap::fromImage(capture));
+    window.AddNewPixmap(key, QPoint(), true);
+    window.showMaximized();
+    settle(1500);
+
+    auto *view = window.findChild<EditorView *>();
+    if (!view || !view->editor())
+        qFatal("no canvas");
+    std::printf("window %dx%d, canvas %dx%d\n", window.width(), window.height(), view->viewport()->width(),
+                view->viewport()->height());
+    Witness witness;
+    view->viewport()->installEventFilter(&witness);
+    const QRect area(view->viewport()->mapToGlobal(QPoint()), view->viewport()->size());
+    const QRect inside = area.adjusted(Border, Border, -Border, -Border);
+    const Mouse mouse;
+    print("pen drag of 250 moves: processor time per move", drag(mouse, witness, inside, 250).perMove, "ms",
+          TargetMs);
+    print("pen drag of 1,500 moves: processor time per move", drag(mouse, witness, inside, 1500).perMove,
+          "ms", TargetMs);
+    const Result longDrag = drag(mouse, witness, inside, 10000);
+    print("pen drag of 10,000 moves: processor time per move", longDrag.perMove, "ms", TargetMs);
+    print("pen drag of 10,000 moves: last thousand to first", longDrag.lastPortion / longDrag.firstPortion,
+          "x", TargetRatio);
+    return 0;
+}
