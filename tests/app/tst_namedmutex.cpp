@@ -1,0 +1,49 @@
+#include "app/namedmutex.h"
+
+#include <QtTest>
+
+#include <atomic>
+#include <thread>
+
+class Tst_NamedMutex : public QObject {
+    Q_OBJECT
+private slots:
+    void sameNameExcludes();
+    void otherNameDoesNot();
+    void goesWithItsObject();
+};
+
+void Tst_NamedMutex::sameNameExcludes() {
+    NamedMutex mine(QStringLiteral("tst_namedmutex"));
+    QVERIFY(mine.lock());
+    std::atomic<bool> locked{false};
+    std::thread other([&locked] {
+        NamedMutex same(QStringLiteral("tst_namedmutex"));
+        locked = same.lock();
+    });
+    QThread::msleep(50);
+    const bool early = locked;
+    mine.unlock();
+    other.join();
+    QVERIFY(!early);
+    QVERIFY(locked);
+}
+
+void Tst_NamedMutex::otherNameDoesNot() {
+    NamedMutex one(QStringLiteral("tst_namedmutex"));
+    NamedMutex two(QStringLiteral("tst_namedmutex2"));
+    QVERIFY(one.lock());
+    QVERIFY(two.lock());
+}
+
+void Tst_NamedMutex::goesWithItsObject() {
+    {
+        NamedMutex mutex(QStringLiteral("tst_namedmutex"));
+        QVERIFY(mutex.lock());
+    }
+    NamedMutex next(QStringLiteral("tst_namedmutex"));
+    QVERIFY(next.lock());
+}
+
+QTEST_GUILESS_MAIN(Tst_NamedMutex)
+#include "tst_namedmutex.moc"
