@@ -25,19 +25,31 @@ constexpr int PinSide = 20; // the pin of 12 with 4 of padding around it
 constexpr int MarkSide = 20;
 constexpr int SelectMargin = 4;
 
+QString picture(const QString &name) {
+    return QStringLiteral(":/res/history/%1.svg").arg(name);
+}
+
+QIcon checkableIcon(const QString &name) {
+    QIcon icon(picture(name));
+    icon.addFile(picture(name + QStringLiteral("_checked")), {}, QIcon::Normal, QIcon::On);
+    return icon;
+}
+
 } // namespace
 
 HistoryButton::HistoryButton(QWidget *parent)
-    : QPushButton(parent),
-      m_closeButton(addControl(QStringLiteral("closeButton_"), QStringLiteral("close"), CloseSide)),
-      m_selectButton(addControl(QStringLiteral("selectButton_"), QStringLiteral("select"), SelectSide)),
-      m_pinButton(addControl(QStringLiteral("pinButton_"), QStringLiteral("pin"), PinSide)),
+    : QPushButton(parent), m_closeButton(addControl(QStringLiteral("closeButton_"), CloseSide)),
+      m_selectButton(addControl(QStringLiteral("selectButton_"), SelectSide)),
+      m_pinButton(addControl(QStringLiteral("pinButton_"), PinSide)),
       m_saveIcon(addMark(QStringLiteral("saveIcon_"))), m_pinnedIcon(addMark(QStringLiteral("pinnedIcon_"))) {
     setCheckable(true);
     setFixedSize(ButtonSide, ButtonSide);
     setIconSize({IconSide, IconSide});
+    m_closeButton->setIcon(QIcon(picture(QStringLiteral("close"))));
     m_selectButton->setCheckable(true);
+    m_selectButton->setIcon(checkableIcon(QStringLiteral("select")));
     m_pinButton->setCheckable(true);
+    m_pinButton->setIcon(checkableIcon(QStringLiteral("pin")));
 
     connect(m_selectButton, &QPushButton::toggled, this, &HistoryButton::onImageSelected);
     connect(m_selectButton, &QPushButton::toggled, this, &HistoryButton::changeSelectChecked);
@@ -45,16 +57,12 @@ HistoryButton::HistoryButton(QWidget *parent)
     connect(m_pinButton, &QPushButton::clicked, this, &HistoryButton::onClickPinButton);
 }
 
-QPushButton *HistoryButton::addControl(const QString &name, const QString &icon, int side) {
-    const QString file = QStringLiteral(":/res/history/%1.svg");
-    QIcon picture(file.arg(icon));
-    picture.addFile(file.arg(icon + QStringLiteral("_checked")), {}, QIcon::Normal, QIcon::On);
+QPushButton *HistoryButton::addControl(const QString &name, int side) {
     auto *button = new QPushButton(this);
     button->setObjectName(name);
     button->setCursor(Qt::PointingHandCursor);
     button->setFocusPolicy(Qt::NoFocus);
     button->setFlat(true);
-    button->setIcon(picture);
     button->setIconSize({side, side});
     button->setFixedSize(side, side);
     button->hide();

@@ -50,7 +50,7 @@ private slots:
     void onClickPinButton();
 
 private:
-    QPushButton *addControl(const QString &name, const QString &icon, int side);
+    QPushButton *addControl(const QString &name, int side);
     QLabel *addMark(const QString &name);
     void setOverlay(const QColor &overlay);
     QColor restingOverlay() const;

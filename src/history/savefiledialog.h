@@ -17,7 +17,7 @@ public:
     /// Runs the dialog; empty when it was cancelled.
     QString askPath();
 
-public slots:
+protected:
     void accept() override;
 
 private:

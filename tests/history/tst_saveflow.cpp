@@ -1,0 +1,360 @@
+#include "canvas/editor.h"
+#include "history/historylistwidget.h"
+#include "history/historylistwidgetitem.h"
+#include "history/historywidget.h"
+#include "support/literals.h"
+#include "support/modalanswers.h"
+#include "support/session.h"
+
+#include <QFileDialog>
+#include <QImageReader>
+#include <QLineEdit>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QtTest>
+
+class Tst_SaveFlow : public QObject {
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup();
+
+    void autoSaveWritesWithoutAsking();
+    void autoSaveNeverOverwrites();
+    void autoSaveFallsBackToPictures();
+    void autoSaveMovesTheFolderOfTheNextSave();
+    void autoSaveWithoutItsFolderFails();
+    void dialogSuggestsNameAndFilter_data();
+    void dialogSuggestsNameAndFilter();
+    void suffixComesFromNameOrFilter_data();
+    void suffixComesFromNameOrFilter();
+    void cancelledDialogDoesNothing();
+    void noRowCountsAndDoesNothing();
+    void rowThatVanishesDuringTheDialog();
+    void formatsAreCounted_data();
+    void formatsAreCounted();
+    void jpgQualityIsATextOfANumber_data();
+    void jpgQualityIsATextOfANumber();
+    void resultIsShownUnlessUnwanted_data();
+    void resultIsShownUnlessUnwanted();
+    void skipSwitchesTheResultOff();
+    void failureNamesItsKind_data();
+    void failureNamesItsKind();
+
+private:
+    void select(const QString &name, const QSize &size = {40, 30}) {
+        m_panel->addImage(Session::captureFile(name, size));
+    }
+    Editor *editor() const { return m_panel->findChild<HistoryListWidget *>()->rowItem(0)->editor(); }
+    QString target(const QString &name) const { return m_target->filePath(name); }
+    void answerFileDialog(ModalAnswers &answers, const QString &name, const QString &filter = {}) {
+        answers.add([=](QWidget *widget) {
+            auto *dialog = qobject_cast<QFileDialog *>(widget);
+            QVERIFY(dialog);
+            if (!filter.isEmpty()) {
+                dialog->selectNameFilter(filter);
+                emit dialog->filterSelected(filter);
+            }
+            dialog->findChild<QLineEdit *>("fileNameEdit"_qs)->setText(name);
+            static_cast<QDialog *>(dialog)->accept();
+        });
+    }
+    void setText(TindraPreferences::Id id, const QString &text) {
+        m_session->preferences->SetString(id, text);
+    }
+    QString text(TindraPreferences::Id id) { return m_session->preferences->GetString(id, {}); }
+
+    std::unique_ptr<Session> m_session;
+    std::unique_ptr<HistoryWidget> m_panel;
+    std::unique_ptr<QTemporaryDir> m_target;
+};
+
+void Tst_SaveFlow::init() {
+    m_session = std::make_unique<Session>();
+    m_session->preferences->SetBool(TindraPreferences::ShowPostSaveDlg, false);
+    m_panel = std::make_unique<HistoryWidget>();
+    m_target = std::make_unique<QTemporaryDir>();
+    setText(TindraPreferences::FilePath, m_target->path());
+    FileNameUtil::setClock([] { return QDateTime({2024, 5, 6}, {7, 8, 9}); });
+}
+
+void Tst_SaveFlow::cleanup() {
+    FileNameUtil::setClock({});
+    m_panel.reset();
+    m_session.reset();
+}
+
+void Tst_SaveFlow::autoSaveWritesWithoutAsking() {
+    setText(TindraPreferences::AutoSavePath, m_target->path());
+    select("a"_qs, {40, 30});
+    ModalAnswers answers;
+    m_panel->onSaveCurrentImage(true, true);
+    QVERIFY(answers.isDone());
+    QCOMPARE(QImageReader(target("20240506_070809.png"_qs)).size(), QSize(40, 30));
+    QCOMPARE(editor()->savedPath(), target("20240506_070809.png"_qs));
+}
+
+void Tst_SaveFlow::autoSaveNeverOverwrites() {
+    setText(TindraPreferences::AutoSavePath, m_target->path());
+    select("a"_qs);
+    m_panel->onSaveCurrentImage(true, true);
+    m_panel->onSaveCurrentImage(true, true);
+    QCOMPARE(QDir(m_target->path()).entryList(QDir::Files).size(), 2);
+}
+
+void Tst_SaveFlow::autoSaveFallsBackToPictures() {
+    setText(TindraPreferences::AutoSavePath, {});
+    const QString pictures = QStandardPaths::standardLocations(QStandardPaths::PicturesLocation).first();
+    QVERIFY(QDir().mkpath(pictures));
+    select("a"_qs);
+    m_panel->onSaveCurrentImage(true, true);
+    QVERIFY(QFile::remove(pictures + "/20240506_070809.png"_qs));
+}
+
+void Tst_SaveFlow::autoSaveMovesTheFolderOfTheNextSave() {
+    QTemporaryDir other;
+    setText(TindraPreferences::AutoSavePath, other.path());
+    select("a"_qs);
+    m_panel->onSaveCurrentImage(true, true);
+    QCOMPARE(text(TindraPreferences::FilePath), other.path());
+}
+
+void Tst_SaveFlow::autoSaveWithoutItsFolderFails() {
+    setText(TindraPreferences::AutoSavePath, target("missing"_qs));
+    select("a"_qs);
+    ModalAnswers answers;
+    answers.addPress("Ok"_qs);
+    m_panel->onSaveCurrentImage(true, true);
+    QVERIFY(answers.isDone());
+    QCOMPARE(answers.texts(), QStringList{"failed to access save file."_qs});
+    QVERIFY(!QFile::exists(target("missing"_qs)));
+    QVERIFY(!editor()->isSaved());
+    QCOMPARE(text(TindraPreferences::FilePath), m_target->path());
+}
+
+void Tst_SaveFlow::dialogSuggestsNameAndFilter_data() {
+    QTest::addColumn<int>("format");
+    QTest::addColumn<QString>("filter");
+    QTest::newRow("png") << 0 << "png file (*.png)";
+    QTest::newRow("jpg") << 1 << "jpg file (*.jpg)";
+    QTest::newRow("bmp") << 2 << "bmp file (*.bmp)";
+    QTest::newRow("gif") << 3 << "gif file (*.gif)";
+    QTest::newRow("webp") << 4 << "webp file (*.webp)";
+    QTest::newRow("unknown") << 5 << "png file (*.png)";
+}
+
+void Tst_SaveFlow::dialogSuggestsNameAndFilter() {
+    QFETCH(int, format);
+    m_session->preferences->SetInt(TindraPreferences::FileFormat, format);
+    select("a"_qs);
+    QString folder;
+    QString name;
+    QString filter;
+    QStringList filters;
+    ModalAnswers answers;
+    answers.add([&](QWidget *widget) {
+        auto *dialog = qobject_cast<QFileDialog *>(widget);
+        QVERIFY(dialog);
+        folder = dialog->directory().absolutePath();
+        name = dialog->findChild<QLineEdit *>("fileNameEdit"_qs)->text();
+        filter = dialog->selectedNameFilter();
+        filters = dialog->nameFilters();
+        dialog->reject();
+    });
+    m_panel->onSaveCurrentImage(false, true);
+    QVERIFY(answers.isDone());
+    QCOMPARE(folder, m_target->path());
+    QCOMPARE(name, "20240506_070809"_qs);
+    QTEST(filter, "filter");
+    QCOMPARE(filters, (QStringList{"png file (*.png)"_qs, "jpg file (*.jpg)"_qs, "bmp file (*.bmp)"_qs,
+                                   "gif file (*.gif)"_qs, "webp file (*.webp)"_qs}));
+}
+
+void Tst_SaveFlow::suffixComesFromNameOrFilter_data() {
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("filter");
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QByteArray>("format");
+    QTest::newRow("no suffix") << "shot"
+                               << ""
+                               << "shot.png" << QByteArray("png");
+    QTest::newRow("no suffix, other filter") << "shot"
+                                             << "bmp file (*.bmp)"
+                                             << "shot.bmp" << QByteArray("bmp");
+    QTest::newRow("typed suffix wins") << "shot.gif"
+                                       << "bmp file (*.bmp)"
+                                       << "shot.gif" << QByteArray("gif");
+    QTest::newRow("typed in capitals") << "shot.PNG"
+                                       << ""
+                                       << "shot.PNG" << QByteArray("png");
+    QTest::newRow("a dot is no suffix") << "version 1.5"
+                                        << ""
+                                        << "version 1.5.png" << QByteArray("png");
+}
+
+void Tst_SaveFlow::suffixComesFromNameOrFilter() {
+    QFETCH(QString, typed);
+    QFETCH(QString, filter);
+    QFETCH(QString, file);
+    select("a"_qs);
+    ModalAnswers answers;
+    answerFileDialog(answers, typed, filter);
+    m_panel->onSaveCurrentImage(false, true);
+    QVERIFY(answers.isDone());
+    QCOMPARE(QDir(m_target->path()).entryList(QDir::Files), QStringList{file});
+    QImageReader reader(target(file));
+    reader.setDecideFormatFromContent(true);
+    QTEST(reader.format(), "format");
+    QCOMPARE(editor()->savedPath(), target(file));
+    QCOMPARE(m_session->preferences->GetInt(TindraPreferences::FileFormat, -1), 0);
+}
+
+void Tst_SaveFlow::cancelledDialogDoesNothing() {
+    select("a"_qs);
+    ModalAnswers answers;
+    answers.addClose();
+    m_panel->onSaveCurrentImage(false, true);
+    QVERIFY(answers.isDone());
+    QVERIFY(!editor()->isSaved());
+    QVERIFY(QDir(m_target->path()).isEmpty());
+    QCOMPARE(m_session->usage, QStringList{"cap_30_01"_qs});
+}
+
+void Tst_SaveFlow::noRowCountsAndDoesNothing() {
+    ModalAnswers answers;
+    m_panel->onSaveCurrentImage(false, true);
+    m_panel->onSaveCurrentImage(true, true);
+    QVERIFY(answers.isDone());
+    QCOMPARE(m_session->usage, (QStringList{"cap_30_01"_qs, "cap_30_01"_qs}));
+}
+
+void Tst_SaveFlow::rowThatVanishesDuringTheDialog() {
+    select("a"_qs);
+    ModalAnswers answers;
+    answers.add([this](QWidget *dialog) {
+        m_panel->removeOldestImage();
+        dialog->findChild<QLineEdit *>("fileNameEdit"_qs)->setText("shot"_qs);
+        static_cast<QDialog *>(dialog)->accept();
+    });
+    m_panel->onSaveCurrentImage(false, true);
+    QVERIFY(answers.isDone());
+    QVERIFY(QDir(m_target->path()).isEmpty());
+}
+
+void Tst_SaveFlow::formatsAreCounted_data() {
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("event");
+    QTest::newRow("png") << "a.png"
+                         << "capt_1_011";
+    QTest::newRow("jpg") << "a.JPG"
+                         << "capt_1_012";
+    QTest::newRow("bmp") << "a.bmp"
+                         << "capt_1_013";
+    QTest::newRow("gif") << "a.gif"
+                         << "capt_1_014";
+    QTest::newRow("webp") << "a.webp"
+                          << "cap_302_01";
+    QTest::newRow("others are not") << "a.jpeg"
+                                    << "";
+}
+
+void Tst_SaveFlow::formatsAreCounted() {
+    QFETCH(QString, name);
+    QFETCH(QString, event);
+    select("a"_qs);
+    SaveFlow flow(m_panel.get());
+    QVERIFY(flow.saveImageTo(editor(), target(name), false, true));
+    QCOMPARE(m_session->usage, event.isEmpty() ? QStringList() : QStringList{event});
+}
+
+void Tst_SaveFlow::jpgQualityIsATextOfANumber_data() {
+    QTest::addColumn<QString>("quality");
+    QTest::addColumn<int>("writtenAs");
+    QTest::newRow("number") << "10" << 10;
+    QTest::newRow("best") << "100" << 100;
+    QTest::newRow("no number") << "good" << 100;
+    QTest::newRow("empty") << "" << 100;
+}
+
+void Tst_SaveFlow::jpgQualityIsATextOfANumber() {
+    QFETCH(QString, quality);
+    QFETCH(int, writtenAs);
+    const QString source = workFolder() + "/noise.png"_qs;
+    QImage noise(64, 64, QImage::Format_RGB32);
+    for (int y = 0; y < noise.height(); ++y) {
+        for (int x = 0; x < noise.width(); ++x)
+            noise.setPixel(x, y, qRgb(x * 37 % 256, y * 91 % 256, x * y * 13 % 256));
+    }
+    noise.save(source);
+    m_panel->addImage(source);
+    setText(TindraPreferences::JpgQuality, quality);
+    QVERIFY(SaveFlow(m_panel.get()).saveImageTo(editor(), target("a.jpg"_qs), false, true));
+    noise.save(target("expected.jpg"_qs), "jpg", writtenAs);
+    QCOMPARE(QImage(target("a.jpg"_qs)), QImage(target("expected.jpg"_qs)));
+}
+
+void Tst_SaveFlow::resultIsShownUnlessUnwanted_data() {
+    QTest::addColumn<bool>("preference");
+    QTest::addColumn<bool>("showResult");
+    QTest::addColumn<int>("dialogs");
+    QTest::newRow("shown") << true << true << 1;
+    QTest::newRow("switched off") << false << true << 0;
+    QTest::newRow("silent") << true << false << 0;
+}
+
+void Tst_SaveFlow::resultIsShownUnlessUnwanted() {
+    QFETCH(bool, preference);
+    QFETCH(bool, showResult);
+    QFETCH(int, dialogs);
+    m_session->preferences->SetBool(TindraPreferences::ShowPostSaveDlg, preference);
+    select("a"_qs);
+    ModalAnswers answers;
+    for (int i = 0; i < dialogs; ++i)
+        answers.addPress("Close"_qs);
+    const QString path = target("a.png"_qs);
+    QVERIFY(SaveFlow(m_panel.get()).saveImageTo(editor(), path, false, showResult));
+    QVERIFY(answers.isDone());
+    QCOMPARE(answers.texts().size(), dialogs);
+    if (dialogs > 0)
+        QCOMPARE(answers.texts().first(), "Saved captured image.|"_qs + path);
+    QCOMPARE(m_session->preferences->GetBool(TindraPreferences::ShowPostSaveDlg, !preference), preference);
+}
+
+void Tst_SaveFlow::skipSwitchesTheResultOff() {
+    m_session->preferences->SetBool(TindraPreferences::ShowPostSaveDlg, true);
+    select("a"_qs);
+    ModalAnswers answers;
+    answers.addTickAndPress("Close"_qs);
+    const SaveFlow flow(m_panel.get());
+    QVERIFY(flow.saveImageTo(editor(), target("a.png"_qs), false, true));
+    QVERIFY(flow.saveImageTo(editor(), target("b.png"_qs), false, true));
+    QVERIFY(answers.isDone());
+}
+
+void Tst_SaveFlow::failureNamesItsKind_data() {
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("no such folder") << "missing/a.png"
+                                    << "failed to access save file.";
+    QTest::newRow("writable, but no format") << "existing.xyz"
+                                             << "failed to save image.";
+}
+
+void Tst_SaveFlow::failureNamesItsKind() {
+    QFETCH(QString, name);
+    QFETCH(QString, message);
+    QFile existing(target("existing.xyz"_qs));
+    QVERIFY(existing.open(QIODevice::WriteOnly));
+    existing.close();
+    select("a"_qs);
+    ModalAnswers answers;
+    answers.addPress("Ok"_qs);
+    QVERIFY(!SaveFlow(m_panel.get()).saveImageTo(editor(), target(name), true, true));
+    QVERIFY(answers.isDone());
+    QCOMPARE(answers.texts(), QStringList{message});
+    QVERIFY(!editor()->isSaved());
+    QVERIFY(!SaveFlow(m_panel.get()).saveImageTo(nullptr, target("b.png"_qs), true, true));
+}
+
+QTEST_MAIN(Tst_SaveFlow)
+#include "tst_saveflow.moc"
