@@ -1,15 +1,16 @@
 #include "services/usagestatistics.h"
 
-#include <QMutex>
 #include <QString>
+
+#include <mutex>
 
 namespace {
 
 using Recorder = std::function<void(const QString &)>;
 
 /// Recursive, since a recorder may report an event of its own or take itself out.
-QRecursiveMutex &mutex() {
-    static QRecursiveMutex instance;
+std::recursive_mutex &mutex() {
+    static std::recursive_mutex instance;
     return instance;
 }
 
@@ -22,13 +23,13 @@ Recorder &currentRecorder() {
 
 void recordUsage(const char *code) {
     // Held during the call: once a recorder is replaced, what it needs may go at once.
-    const QMutexLocker locker(&mutex());
+    const std::lock_guard<std::recursive_mutex> locker(mutex());
     const Recorder recorder = currentRecorder();
     if (recorder)
         recorder(QString::fromLatin1(code));
 }
 
 void setUsageRecorder(std::function<void(const QString &code)> recorder) {
-    const QMutexLocker locker(&mutex());
+    const std::lock_guard<std::recursive_mutex> locker(mutex());
     currentRecorder() = std::move(recorder);
 }
