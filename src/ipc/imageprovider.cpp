@@ -1,5 +1,6 @@
 #include "ipc/imageprovider.h"
 
+#include "ipc/imagedecoder.h"
 #include "platform/namedlock.h"
 #include "platform/sharedimageblock.h"
 
@@ -7,16 +8,11 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
-#include <QImageReader>
 #include <QSharedMemory>
 
-#include <cmath>
 #include <memory>
 
 namespace {
-
-constexpr double BytesToMegabytes = 9.5367431640625e-7;
-constexpr int DecodedDepth = 32;
 
 std::unique_ptr<ImageProvider> &holder() {
     static std::unique_ptr<ImageProvider> provider;
@@ -27,17 +23,9 @@ void releaseImages() {
     holder().reset();
 }
 
-/// Decodes the image if its header claims a size that the budget could ever hold. Without a claimed size
-/// nobody knows how much memory the decoder would take, so such bytes count as no image.
+/// One decode, whose pixels become the pixmap's own.
 QPixmap decode(QIODevice *device) {
-    QImageReader reader(device);
-    reader.setDecideFormatFromContent(true);
-    const QSize claimed = reader.size();
-    if (claimed.isEmpty() ||
-        imageMegabytes(claimed.width(), claimed.height(), DecodedDepth) > ImageProvider::BudgetMegabytes)
-        return QPixmap();
-    QImage image = reader.read();
-    return QPixmap::fromImage(std::move(image));
+    return QPixmap::fromImage(decodeImage(device, ImageProvider::BudgetMegabytes));
 }
 
 QPixmap decodeBytes(const char *bytes, int size) {
@@ -61,11 +49,6 @@ double megabytes(const QPixmap &pixmap) {
 }
 
 } // namespace
-
-double imageMegabytes(int width, int height, int depth) {
-    const int bytesPerPixel = depth / 8;
-    return std::floor(double(bytesPerPixel) * height * width * BytesToMegabytes);
-}
 
 ImageProvider *ImageProvider::instance() {
     if (!holder()) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ipc/imagedecoder.h"
+
 #include <QMap>
 #include <QObject>
 #include <QPixmap>
@@ -41,6 +43,3 @@ private:
     QMap<QString, QPixmap> m_images;
     double m_usedMegabytes = 0;
 };
-
-/// Size of an image in the provider's count: whole megabytes of (depth / 8) * height * width bytes.
-double imageMegabytes(int width, int height, int depth);
