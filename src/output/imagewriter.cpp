@@ -43,21 +43,17 @@ bool writeAll(QFile &file, const QByteArray &bytes) {
     return file.seek(0) && file.write(bytes) == bytes.size() && file.resize(bytes.size()) && file.flush();
 }
 
-/// Writes into the file itself, for places where no second file can stand beside it and take its name: a
-/// folder closed to us, a mounted file, a name at the limit of the file system. What stood there comes back
-/// if the disk fills up on the way.
+/// Writes into the existing file itself, for places where no second file can stand beside it and take its
+/// name: a folder closed to us, a mounted file, a name at the limit of the file system. What stood there
+/// comes back if the disk fills up on the way.
 bool writeInPlace(const QString &path, const QByteArray &bytes) {
     QFile file(path);
-    const bool existed = file.exists();
-    if (!file.open(existed ? QIODevice::ReadWrite : QIODevice::WriteOnly | QIODevice::NewOnly))
+    if (!file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly))
         return false;
-    const QByteArray before = existed ? file.readAll() : QByteArray();
+    const QByteArray before = file.readAll();
     if (writeAll(file, bytes))
         return true;
-    if (existed)
-        writeAll(file, before);
-    else
-        file.remove();
+    writeAll(file, before);
     return false;
 }
 
@@ -77,7 +73,7 @@ bool writeImage(const QImage &image, const QString &path, int quality) {
             return true;
         if (file.error() != QFileDevice::RenameError)
             return false;
-    } else if (target.exists() && !target.isWritable()) {
+    } else if (!target.isWritable()) {
         return false;
     }
     QBuffer encoded;
