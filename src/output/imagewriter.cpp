@@ -67,12 +67,10 @@ bool writeImage(const QImage &image, const QString &path, int quality) {
 
     QSaveFile file(path);
     if (file.open(QIODevice::WriteOnly)) {
-        if (!encode(image, suffix, quality, &file))
+        if (!encode(image, suffix, quality, &file) || !file.flush())
             return false;
         if (file.commit())
             return true;
-        if (file.error() != QFileDevice::RenameError)
-            return false;
     } else if (!target.isWritable()) {
         return false;
     }

@@ -1,5 +1,9 @@
 #include "ui/messagedialog.h"
 
+#include "ui/snaptoscreen.h"
+#include "ui/uistyler.h"
+#include "ui/wrappinglabel.h"
+
 #include <QApplication>
 #include <QCheckBox>
 #include <QDialogButtonBox>
@@ -33,9 +37,6 @@ constexpr double WidthReserve = 0.2;
 const QMargins ShortTextMargins(0, 26, 20, 25);
 const QMargins LongTextMargins(0, 22, 20, 20);
 constexpr int ShortTextLines = 2;
-
-/// Lets a line break behind every character of a word too long for the line, such as a file name.
-constexpr QChar BreakPoint(0x200B);
 
 constexpr MessageDialog::StandardButtons AllButtons[] = {
     MessageDialog::Ok,     MessageDialog::Save,           MessageDialog::SaveAll, MessageDialog::Open,
@@ -105,45 +106,9 @@ bool isAccepting(QDialogButtonBox::ButtonRole role) {
     return role == QDialogButtonBox::AcceptRole || role == QDialogButtonBox::YesRole;
 }
 
-int longestLine(const QString &text, const QFontMetrics &metrics) {
-    int width = 0;
-    for (const QString &line : text.split(QLatin1Char('\n')))
-        width = qMax(width, metrics.size(Qt::TextExpandTabs, line).width());
-    return width;
-}
-
-/// The text with break points in the words that are wider than a line.
-QString breakable(const QString &text, const QFontMetrics &metrics, int lineWidth) {
-    QString result;
-    QString word;
-    const auto flush = [&] {
-        const bool tooWide = metrics.horizontalAdvance(word) > lineWidth;
-        for (const QChar character : qAsConst(word)) {
-            result += character;
-            if (tooWide && !character.isHighSurrogate())
-                result += BreakPoint;
-        }
-        word.clear();
-    };
-    for (const QChar character : text) {
-        if (!character.isSpace()) {
-            word += character;
-            continue;
-        }
-        flush();
-        result += character;
-    }
-    flush();
-    return result;
-}
-
-QLabel *makeTextLabel(const QString &objectName, QWidget *parent) {
-    auto *label = new QLabel(parent);
+WrappingLabel *makeTextLabel(const QString &objectName, QWidget *parent) {
+    auto *label = new WrappingLabel(parent);
     label->setObjectName(objectName);
-    // A path may hold anything, tags included.
-    label->setTextFormat(Qt::PlainText);
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    label->setWordWrap(true);
     return label;
 }
 
@@ -167,8 +132,8 @@ public:
     MessageDialog *q;
     QLabel *icon;
     QVBoxLayout *textLayout;
-    QLabel *text;
-    QLabel *informativeText;
+    WrappingLabel *text;
+    WrappingLabel *informativeText;
     QWidget *bottom;
     QHBoxLayout *cbLayout;
     QDialogButtonBox *btnBox;
@@ -263,15 +228,11 @@ void MessageDialog::Private::computeSizes() {
                                    scaled(margins.bottom()));
     textLayout->setSpacing(0);
 
-    const int natural =
-        qMax(longestLine(message, text->fontMetrics()), longestLine(detail, informativeText->fontMetrics()));
+    const int natural = qMax(WrappingLabel::naturalWidth(message, text->fontMetrics()),
+                             WrappingLabel::naturalWidth(detail, informativeText->fontMetrics()));
     const int width = qBound(scaled(MinimumTextWidth), natural + 1, scaled(MaximumTextWidth));
-    text->setText(breakable(message, text->fontMetrics(), width));
-    informativeText->setText(breakable(detail, informativeText->fontMetrics(), width));
-    for (QLabel *label : {text, informativeText}) {
-        label->setMinimumWidth(width);
-        label->setMinimumHeight(label->heightForWidth(width));
-    }
+    text->setWrappedText(message, width);
+    informativeText->setWrappedText(detail, width);
     for (QAbstractButton *button : qAsConst(buttons)) {
         const QFontMetrics metrics(button->font());
         const int textWidth = metrics.size(Qt::TextShowMnemonic, button->text()).width();
@@ -313,6 +274,7 @@ MessageDialog::MessageDialog(QWidget *parent) : QDialog(parent), d(std::make_uni
     setTitle(tr("Tindra"));
     connect(d->btnBox, &QDialogButtonBox::clicked, this,
             [this](QAbstractButton *button) { done(d->results.value(button, NoButton)); });
+    UIStyler::setScaleCallback(this, [this](const double &scale) { onScaleChanged(scale); });
 }
 
 MessageDialog::~MessageDialog() = default;
@@ -428,6 +390,7 @@ void MessageDialog::onScaleChanged(double scale) {
     if (d->firstShow || d->baseWidth <= 0 || d->baseHeight <= 0 || scale <= 0)
         return;
     setFixedSize(int((scale + WidthReserve) * d->baseWidth), int(scale * d->baseHeight));
+    snapToScreen(this);
 }
 
 namespace {
