@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QObject>
+#include <QUrl>
+#include <QVector>
+
+/// Takes the files and folders that the program asks the desktop to open, as long as it lives.
+class OpenedUrls : public QObject {
+    Q_OBJECT
+public:
+    OpenedUrls();
+    ~OpenedUrls() override;
+
+    QVector<QUrl> urls;
+
+public slots:
+    void open(const QUrl &url);
+};
