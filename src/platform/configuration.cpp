@@ -30,7 +30,8 @@ bool isFileName(const QString &component) {
 
 Address parseKey(const QString &key) {
     QStringList components = key.split(QLatin1Char('\\'), Qt::SkipEmptyParts);
-    for (const QLatin1String root : {QLatin1String("HKEY_CURRENT_USER"), QLatin1String("SOFTWARE")}) {
+    for (const QLatin1String root : {QLatin1String("HKEY_CURRENT_USER"), QLatin1String("HKEY_LOCAL_MACHINE"),
+                                     QLatin1String("SOFTWARE")}) {
         if (!components.isEmpty() && components.first().compare(root, Qt::CaseInsensitive) == 0)
             components.removeFirst();
     }
@@ -104,7 +105,11 @@ ConfigurationLocation::~ConfigurationLocation() {
 }
 
 QVariant ConfigurationLocation::value(const QString &name) const {
-    return m_settings ? m_settings->value(name) : QVariant();
+    if (!m_settings)
+        return QVariant();
+    const QVariant value = m_settings->value(name);
+    // A text with a comma that somebody wrote without quotes, such as a path, reads as a list.
+    return value.type() == QVariant::StringList ? value.toStringList().join(QLatin1Char(',')) : value;
 }
 
 void ConfigurationLocation::setValue(const QString &name, const QVariant &value) {

@@ -17,7 +17,8 @@ enum class ConfigurationScope {
 /// One location of the product's settings, addressed by a path of backslash-separated components such
 /// as "SOFTWARE\Norvane\Tindra\Config".
 ///
-/// A leading "HKEY_CURRENT_USER" or "SOFTWARE" (any case) is dropped. The next component names the vendor's
+/// A leading "HKEY_CURRENT_USER" or "HKEY_LOCAL_MACHINE" and a leading "SOFTWARE" (any case) are dropped; the
+/// scope alone says where to look. The next component names the vendor's
 /// folder, the one after it the file in it, the rest nested groups: the example is the group `Config` of
 /// `Norvane/Tindra.conf`, an INI file in UTF-8, and "…\Config\SizePresets" the group `SizePresets` inside
 /// that. The capture process opens the same file under the same rule.

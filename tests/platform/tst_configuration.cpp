@@ -61,6 +61,7 @@ private slots:
     void relativeConfigurationHomeIsIgnored();
     void textsComeBack_data();
     void textsComeBack();
+    void unquotedCommaIsPartOfTheText();
     void fileIsReadableText();
     void nestedGroups();
     void valuesOfOthersSurviveASave();
@@ -103,6 +104,9 @@ void Tst_Configuration::keyNamesFileAndGroup_data() {
                                   << QByteArray("[Config]\nSizePresets\\name=found\n");
     QTest::newRow("root, other case")
         << QStringLiteral("HKEY_CURRENT_USER\\Software\\Norvane\\Tindra\\Config") << tindra
+        << QByteArray("[Config]\nname=found\n");
+    QTest::newRow("root of the machine")
+        << QStringLiteral("HKEY_LOCAL_MACHINE\\SOFTWARE\\Norvane\\Tindra\\Config") << tindra
         << QByteArray("[Config]\nname=found\n");
     QTest::newRow("no leading word") << QStringLiteral("Norvane\\Tindra\\Config") << tindra
                                      << QByteArray("[Config]\nname=found\n");
@@ -167,6 +171,11 @@ void Tst_Configuration::textsComeBack() {
     QFETCH(QString, text);
     write(QStringLiteral("name"), text);
     QCOMPARE(read(QStringLiteral("name")), text);
+}
+
+void Tst_Configuration::unquotedCommaIsPartOfTheText() {
+    writeFile(settingsPath(), "[Config]\nFilePath=/home/a,b\n");
+    QCOMPARE(read(QStringLiteral("FilePath")), QStringLiteral("/home/a,b"));
 }
 
 void Tst_Configuration::fileIsReadableText() {
