@@ -18,10 +18,10 @@ enum class ConfigurationScope {
 /// as "SOFTWARE\Norvane\Tindra\Config".
 ///
 /// A leading "HKEY_CURRENT_USER" or "HKEY_LOCAL_MACHINE" and a leading "SOFTWARE" (any case) are dropped; the
-/// scope alone says where to look. The next component names the vendor's
-/// folder, the one after it the file in it, the rest nested groups: the example is the group `Config` of
-/// `Norvane/Tindra.conf`, an INI file in UTF-8, and "…\Config\SizePresets" the group `SizePresets` inside
-/// that. The capture process opens the same file under the same rule.
+/// scope alone says where to look. The next component names the vendor's folder, the one after it the file in
+/// it, the rest nested groups: the example is the group `Config` of `Norvane/Tindra.conf`, an INI file in
+/// UTF-8, and "…\Config\SizePresets" the group `SizePresets` inside that. The capture process opens the same
+/// file under the same rule.
 ///
 /// Values that cannot be read count as missing, failed writes are silent, and values that others keep in the
 /// same file stay as they are. Changes reach the file when the object goes, merged with what others wrote
