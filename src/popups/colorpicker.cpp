@@ -58,8 +58,8 @@ void ColorPicker::build() {
     colors->setObjectName(QStringLiteral("colorLayout_"));
     colors->setSpacing(10);
     colors->addWidget(m_square);
-    colors->addWidget(m_slider);
     colors->addStretch();
+    colors->addWidget(m_slider);
     auto *text = new QHBoxLayout;
     text->setSpacing(6);
     text->addWidget(m_preview);

@@ -47,6 +47,8 @@ void ColorSelectButton::paintEvent(QPaintEvent *event) {
     ItemButton::paintEvent(event);
     QStyleOptionButton option;
     initStyleOption(&option);
+    // With a menu the style forgets the padding that keeps the colour off the arrow.
+    option.features &= ~QStyleOptionButton::HasMenu;
     QPainter painter(this);
     paintColorChip(painter, style()->subElementRect(QStyle::SE_PushButtonContents, &option, this), m_color,
                    isEnabled());

@@ -1,5 +1,7 @@
 #include "popups/colorsquare.h"
 
+#include "ui/stylecolors.h"
+
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -162,4 +164,10 @@ void ColorSquare::paintEvent(QPaintEvent *event) {
     painter.drawEllipse(centre, CursorRadius + 1.0, CursorRadius + 1.0);
     painter.setPen(QPen(light ? Qt::black : Qt::white, 1.5));
     painter.drawEllipse(centre, CursorRadius, CursorRadius);
+    if (!hasFocus())
+        return;
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.setPen(StyleColors::instance().color(QStringLiteral("color13")));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(square.adjusted(0, 0, -1, -1));
 }

@@ -191,7 +191,9 @@ void Popup::showEvent(QShowEvent *event) {
         if (button->window() == window())
             button->installEventFilter(this);
     }
-    adjustSize();
+    // As a page of another panel it has the size that the layout there gives it.
+    if (isWindow() || m_owner)
+        adjustSize();
 }
 
 void Popup::paintEvent(QPaintEvent *) {

@@ -96,7 +96,12 @@ void ToolButton::paintEvent(QPaintEvent *) {
     QStyleOptionButton option;
     initStyleOption(&option);
     QStylePainter painter(this);
-    painter.drawControl(QStyle::CE_PushButton, option);
+    painter.drawControl(QStyle::CE_PushButtonBevel, option);
+    QStyleOptionButton label(option);
+    // The style would move the text aside for the menu's arrow, which stands below it here.
+    label.features &= ~QStyleOptionButton::HasMenu;
+    label.rect = style()->subElementRect(QStyle::SE_PushButtonContents, &label, this);
+    painter.drawControl(QStyle::CE_PushButtonLabel, label);
     if (!hasFocus())
         return;
     QStyleOptionFocusRect focus;

@@ -1,0 +1,184 @@
+#include "popups/basiccolors.h"
+#include "popups/colorpicker.h"
+#include "popups/colorselectpopup.h"
+#include "popups/croppopup.h"
+#include "popups/figurepopup.h"
+#include "popups/linepopup.h"
+#include "popups/mosaicpopup.h"
+#include "popups/textpopup.h"
+#include "popups/toolbutton.h"
+#include "preferences/tindrapreferences.h"
+#include "support/fakeplatform.h"
+#include "ui/coachmarkwidget.h"
+#include "ui/menu.h"
+#include "ui/uistyler.h"
+
+#include <QHBoxLayout>
+#include <QScreen>
+#include <QTest>
+
+#include <functional>
+
+using Maker = std::function<Popup *()>;
+Q_DECLARE_METATYPE(Maker)
+
+/// The panels under the real style sheet at several scales: the sizes that the sheet names are met and
+/// nothing is cut off. With TINDRA_TEST_PICTURES set, pictures of them are left in that folder.
+class Tst_PopupLook : public QObject {
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void init();
+    void panelFitsItsMenu_data();
+    void panelFitsItsMenu();
+    void toolButton();
+    void sizesOfTheSheet();
+
+private:
+    /// The scale that the screen of this run asks for.
+    static double scale();
+    static void picture(QWidget *widget, const QString &name);
+};
+
+void Tst_PopupLook::initTestCase() {
+    FakePlatform::install();
+    UIStyler::install(qApp);
+    UIStyler::setColorsIniPath(qApp, QStringLiteral(":/style/editor_variables.ini"));
+    UIStyler::setStyleSheetPaths(
+        qApp, {QStringLiteral(":/style/editor.qss"), QStringLiteral(":/style/editor_non_dwm_shadows.qss")});
+}
+
+void Tst_PopupLook::init() {
+    TindraPreferences::resetForTesting();
+    TindraPreferences::instance()->Init();
+    TindraPreferences::instance()->SetCustomColors(TindraPreferences::PenCustomColorKey(),
+                                                   {QColor(10, 200, 190), QColor(120, 60, 10)});
+    TindraPreferences::instance()->SetCustomColors(TindraPreferences::FigureFillCustomColorKey(),
+                                                   {QColor(10, 200, 190)});
+}
+
+double Tst_PopupLook::scale() {
+    return QGuiApplication::primaryScreen()->logicalDotsPerInchX() / 96.0;
+}
+
+void Tst_PopupLook::picture(QWidget *widget, const QString &name) {
+    const QString folder = qEnvironmentVariable("TINDRA_TEST_PICTURES");
+    if (!folder.isEmpty())
+        widget->grab().save(QStringLiteral("%1/%2-%3.png").arg(folder, name).arg(scale()));
+}
+
+void Tst_PopupLook::panelFitsItsMenu_data() {
+    QTest::addColumn<Maker>("make");
+    QTest::addColumn<bool>("inMenu");
+    const QVector<QPair<QByteArray, Maker>> makers{
+        {"figure", [] { return new FigurePopup; }},
+        {"line", [] { return new LinePopup; }},
+        {"mosaic", [] { return new MosaicPopup; }},
+        {"picker", [] { return new ColorPicker; }},
+        {"color",
+         [] {
+             auto *popup = new ColorSelectPopup;
+             popup->setBasicColors(BasicColors::pen());
+             popup->setCustomColorKey(TindraPreferences::PenCustomColorKey());
+             popup->selectColor(Qt::red);
+             return popup;
+         }},
+        {"text", [] { return new TextPopup; }},
+        {"crop",
+         [] {
+             auto *popup = new CropPopup;
+             popup->setMaximumCropSize({1920, 1080});
+             popup->setCropSize({1280, 720});
+             return popup;
+         }},
+    };
+    for (const auto &maker : makers) {
+        const bool floats = maker.first == "text" || maker.first == "crop";
+        QTest::newRow(maker.first) << maker.second << !floats;
+    }
+}
+
+void Tst_PopupLook::panelFitsItsMenu() {
+    QFETCH(Maker, make);
+    QFETCH(bool, inMenu);
+    Popup *popup = make();
+    QWidget holder;
+    QScopedPointer<QWidget> floating(inMenu ? nullptr : popup);
+    QWidget *window = popup;
+    if (inMenu)
+        window = popup->toMenu(&holder);
+    if (inMenu)
+        static_cast<QMenu *>(window)->popup(QPoint(10, 10));
+    else
+        window->show();
+    QTest::qWait(20);
+    QVERIFY(window->isVisible());
+    picture(window, QString::fromLatin1(QTest::currentDataTag()));
+    QVERIFY(popup->width() >= popup->sizeHint().width() && popup->height() >= popup->sizeHint().height());
+    QVERIFY(window->rect().contains(popup->geometry().translated(inMenu ? QPoint() : -popup->pos())));
+    const auto children = popup->findChildren<QWidget *>();
+    for (QWidget *child : children) {
+        if (child->window() != window || !child->isVisible())
+            continue;
+        const QRect place(child->mapTo(popup, QPoint()), child->size());
+        QVERIFY2(popup->rect().contains(place), qPrintable(child->objectName()));
+        QVERIFY2(child->width() >= child->minimumSizeHint().width() || !child->inherits("QLabel"),
+                 qPrintable(child->objectName()));
+    }
+}
+
+void Tst_PopupLook::toolButton() {
+    QWidget window;
+    QHBoxLayout layout(&window);
+    layout.setSpacing(4);
+    QMenu menu;
+    const QStringList names{
+        QStringLiteral("save"),   QStringLiteral("undo"),        QStringLiteral("aitools"),
+        QStringLiteral("figure"), QStringLiteral("highlighter"), QStringLiteral("line"),
+        QStringLiteral("text"),   QStringLiteral("crop"),        QStringLiteral("mosaic"),
+        QStringLiteral("help"),   QStringLiteral("menu")};
+    QList<ToolButton *> buttons;
+    for (const QString &name : names) {
+        auto *button = new ToolButton(&window);
+        button->setObjectName(name);
+        button->setText(name);
+        button->setCheckable(true);
+        layout.addWidget(button);
+        buttons.append(button);
+    }
+    buttons[1]->setEnabled(false);
+    for (const int split : {3, 4, 8}) {
+        buttons[split]->setShowMenuButton(true);
+        buttons[split]->setMenu(&menu);
+    }
+    buttons[5]->setMenu(&menu);
+    buttons[4]->setChecked(true);
+    window.show();
+    auto coachmark = new CoachmarkWidget(TindraPreferences::OnceAiToolsCoachmark, &window);
+    coachmark->setText(QStringLiteral("Enhance images beautifully with AI features!"));
+    coachmark->setAnchor(buttons[2], CoachmarkWidget::BelowAnchor, 20);
+    window.resize(window.sizeHint() + QSize(0, int(60 * scale())));
+    layout.setAlignment(Qt::AlignTop);
+    coachmark->show();
+    coachmark->raise();
+    QTest::qWait(20);
+    picture(&window, QStringLiteral("toolbuttons"));
+    for (ToolButton *button : qAsConst(buttons)) {
+        const auto *image = button->findChild<QWidget *>(QStringLiteral("image_"));
+        QCOMPARE(image->width(), int(28 * scale()));
+        QVERIFY(button->rect().contains(image->geometry()));
+    }
+}
+
+void Tst_PopupLook::sizesOfTheSheet() {
+    ColorPicker picker;
+    picker.show();
+    QTest::qWait(10);
+    QCOMPARE(picker.findChild<QWidget *>(QStringLiteral("colorSquare_"))->size(),
+             QSize(int(132 * scale()), int(100 * scale())));
+    QCOMPARE(picker.findChild<QWidget *>(QStringLiteral("colorSlider_"))->size(),
+             QSize(int(16 * scale()), int(100 * scale())));
+}
+
+QTEST_MAIN(Tst_PopupLook)
+#include "tst_popuplook.moc"
