@@ -14,6 +14,8 @@ namespace {
 
 constexpr QLatin1String captureService("com.norvane.Tindra.Capture");
 constexpr QLatin1String captureObject("/com/norvane/Tindra/Capture");
+/// Makes this program post one event and end.
+constexpr QLatin1String postAndEnd("--post-and-end");
 
 struct Event {
     quint32 message;
@@ -93,6 +95,7 @@ private slots:
     void absentCaptureProcessIsNotPresent();
     void absentCaptureProcessIsNotStarted();
     void postsEventsInOrder();
+    void lastEventBeforeTheEndArrives();
     void sendBringsTheAnswer();
     void sendWithoutCaptureProcessGivesZero();
     void findsTheBusInTheRuntimeFolder();
@@ -212,6 +215,15 @@ void Tst_CaptureChannel::postsEventsInOrder() {
     QVERIFY(capture.events() == expected);
 }
 
+void Tst_CaptureChannel::lastEventBeforeTheEndArrives() {
+    // The program's last event is posted right before it ends.
+    RunningCapture capture(m_address);
+    constexpr int count = 40;
+    for (int i = 0; i < count; ++i)
+        QCOMPARE(QProcess::execute(QCoreApplication::applicationFilePath(), {postAndEnd}), 0);
+    QTRY_COMPARE(capture.events().size(), count);
+}
+
 void Tst_CaptureChannel::sendBringsTheAnswer() {
     RunningCapture capture(m_address);
     QCOMPARE(m_channel->send(0x868, 7, -41), qint64(-42));
@@ -265,5 +277,18 @@ void Tst_CaptureChannel::silentBusHoldsNobodyUp() {
     ::kill(pid_t(m_bus->processId()), SIGCONT);
 }
 
-QTEST_GUILESS_MAIN(Tst_CaptureChannel)
+int main(int argc, char **argv) {
+    QCoreApplication application(argc, argv);
+    if (application.arguments().contains(postAndEnd)) {
+        const auto channel = makeCaptureChannel();
+        QTimer::singleShot(0, &application, [&application, &channel] {
+            const bool posted = channel->isCaptureProcessPresent() && channel->post(0x867, 0, 0);
+            application.exit(posted ? 0 : 1);
+        });
+        return application.exec();
+    }
+    Tst_CaptureChannel test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "tst_capturechannel.moc"

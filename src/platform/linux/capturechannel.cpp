@@ -3,6 +3,7 @@
 #include "platform/linux/linuxservices.h"
 #include "platform/linux/sessionbus.h"
 
+#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QVariant>
@@ -28,7 +29,11 @@ public:
 
 private:
     static QDBusConnection bus();
+    static bool hasOwner(const QDBusConnection &connection);
+    void deliverBeforeTheEnd();
     static QDBusMessage call(const QString &method, quint32 message, quint64 wParam, qint64 lParam);
+
+    bool m_deliversBeforeTheEnd = false;
 };
 
 /// The connection to the session bus, made anew when the bus has gone away in between.
@@ -50,10 +55,7 @@ QDBusMessage DBusCaptureChannel::call(const QString &method, quint32 message, qu
     return request;
 }
 
-bool DBusCaptureChannel::isCaptureProcessPresent() {
-    const QDBusConnection connection = bus();
-    if (!connection.isConnected())
-        return false;
+bool DBusCaptureChannel::hasOwner(const QDBusConnection &connection) {
     QDBusMessage request = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
         QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"));
@@ -62,9 +64,32 @@ bool DBusCaptureChannel::isCaptureProcessPresent() {
     return reply.type() == QDBusMessage::ReplyMessage && reply.arguments().value(0).toBool();
 }
 
+bool DBusCaptureChannel::isCaptureProcessPresent() {
+    const QDBusConnection connection = bus();
+    return connection.isConnected() && hasOwner(connection);
+}
+
 bool DBusCaptureChannel::post(quint32 message, quint64 wParam, qint64 lParam) {
     const QDBusConnection connection = bus();
-    return connection.isConnected() && connection.send(call(QStringLiteral("Post"), message, wParam, lParam));
+    if (!connection.isConnected())
+        return false;
+    deliverBeforeTheEnd();
+    return connection.send(call(QStringLiteral("Post"), message, wParam, lParam));
+}
+
+/// A thread of the bus library writes the events out, and the end of the program would cut it short: about
+/// half of the events posted right before it were lost. The bus answers in order, so an answer means that
+/// it has taken everything before the question.
+void DBusCaptureChannel::deliverBeforeTheEnd() {
+    if (m_deliversBeforeTheEnd)
+        return;
+    m_deliversBeforeTheEnd = true;
+    QObject::connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit,
+                     QCoreApplication::instance(), [] {
+                         const QDBusConnection known(connectionName);
+                         if (known.isConnected())
+                             hasOwner(known);
+                     });
 }
 
 qint64 DBusCaptureChannel::send(quint32 message, quint64 wParam, qint64 lParam) {
