@@ -1,5 +1,5 @@
-# Functions for scripts that use the editor's window as a person would; sourced by bash, after editor_pid is
-# set and with TMPDIR naming a folder of the script's own.
+# Functions for scripts that use the editor's window as a person would; sourced by bash, with a display and a
+# TMPDIR of the script's own (tests/support/isolated).
 
 fail() {
     echo "${0##*/}: $*" >&2
@@ -17,10 +17,16 @@ wait_for() {
     fail "$complaint"
 }
 
-window=
+window= editor_pid=
+# The first window on the display; sets `window` and `editor_pid`.
 find_window() {
-    window=$(wmctrl -lp | awk -v pid="$editor_pid" '$3 == pid { print $1; exit }')
-    [ -n "$window" ]
+    read -r window editor_pid < <(wmctrl -lp | awk 'NR == 1 { print $1, $3 }')
+}
+
+# end_editor: for a trap; waits, so that the display outlives the editor.
+end_editor() {
+    [ -n "$editor_pid" ] && kill "$editor_pid" 2>/dev/null || return 0
+    wait_for "the editor did not end" is_gone
 }
 
 # look FILE.png: a picture of the window.
@@ -43,6 +49,8 @@ drag() {
     shift 2
     while [ $# -ge 2 ]; do
         xdotool mousemove --window "$window" "$1" "$2"
+        # As slow as a hand: what comes faster is taken together on its way.
+        sleep 0.03
         shift 2
     done
     xdotool mouseup 1
