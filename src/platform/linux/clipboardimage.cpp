@@ -52,8 +52,21 @@ public:
     bool setImage(const QImage &image, QWindow *owner) override;
 
 private:
+    quint32 claimTime();
+
     QMetaObject::Connection m_releaseAtExit;
+    quint32 m_lastClaim = 0;
 };
+
+/// The server's time now, which is later than anything the keeper of the last copy claims.
+quint32 LinuxClipboardImage::claimTime() {
+    quint32 now = 0;
+    do {
+        now = quint32(QX11Info::getTimestamp());
+    } while (m_lastClaim != 0 && now - m_lastClaim <= platform::KeeperDelay);
+    m_lastClaim = now;
+    return now;
+}
 
 bool LinuxClipboardImage::setImage(const QImage &image, QWindow *owner) {
     if (image.isNull() || !owner)
@@ -66,8 +79,8 @@ bool LinuxClipboardImage::setImage(const QImage &image, QWindow *owner) {
         m_releaseAtExit = QObject::connect(qApp, &QCoreApplication::aboutToQuit, qApp, releaseSelection);
     // The server refuses a claim older than the newest one, and the last event that this program saw may
     // be long past when the capture process asks for a copy.
-    QX11Info::setAppTime(quint32(QX11Info::getTimestamp()));
-    const auto copyTime = quint32(QX11Info::appTime());
+    const quint32 copyTime = claimTime();
+    QX11Info::setAppTime(copyTime);
     QGuiApplication::clipboard()->setImage(image);
     if (platform::clipboardSelectionOwner() != platform::SelectionOwner::ThisProcess)
         return false;

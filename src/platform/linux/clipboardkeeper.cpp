@@ -25,8 +25,7 @@ SelectionOwner takeSelection(const QImage &image, quint32 time) {
 /// Takes the selection over from the program that copied, unless somebody has copied since: the server
 /// ignores a claim that is older than the newest. With nobody left holding it, there is nothing to respect.
 bool takeOver(const QImage &image, quint32 copyTime) {
-    // One tick later than the copy, because its program takes no notice of a loss at the very same time.
-    SelectionOwner owner = takeSelection(image, copyTime + 1);
+    SelectionOwner owner = takeSelection(image, copyTime + platform::KeeperDelay);
     if (owner == SelectionOwner::Nobody)
         owner = takeSelection(image, quint32(QX11Info::getTimestamp()));
     return owner == SelectionOwner::ThisProcess;

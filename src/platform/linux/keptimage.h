@@ -21,6 +21,10 @@ struct KeptImageHeader {
 
 constexpr int KeptImageBytesPerPixel = 4;
 
+/// Milliseconds by which the keeper's claim is later than the copy: the program that copied takes no notice
+/// of a loss at the very same time.
+constexpr quint32 KeeperDelay = 1;
+
 /// The argument by which the program knows that it is to be the keeper.
 constexpr char ClipboardKeeperArgument[] = "--keep-clipboard";
 
