@@ -271,13 +271,26 @@ void Editor::announceGrowth(const DrawingFreehandItem &stroke, int firstSegment)
     emit changed({});
 }
 
-bool Editor::eraseAt(QPoint pos) {
+QGraphicsItem *Editor::erasableAt(QPoint pos) const {
     const QRectF reach(pos.x() - EraserReach, pos.y() - EraserReach, 2 * EraserReach + 1,
                        2 * EraserReach + 1);
     const QList<QGraphicsItem *> hit = items(reach, Qt::IntersectsItemShape, Qt::DescendingOrder);
-    if (hit.isEmpty())
+    if (m_cropRect.isEmpty() || QRectF(m_cropRect).contains(reach))
+        return hit.isEmpty() ? nullptr : hit.first();
+    // Outside the crop: the search above ends at the bounding rectangles, which end at the crop, but strokes
+    // can be erased there too.
+    for (QGraphicsItem *item : items(Qt::DescendingOrder)) {
+        const auto *stroke = dynamic_cast<DrawingFreehandItem *>(item);
+        if (hit.contains(item) || (stroke && stroke->isHit(reach)))
+            return item;
+    }
+    return nullptr;
+}
+
+bool Editor::eraseAt(QPoint pos) {
+    QGraphicsItem *item = erasableAt(pos);
+    if (!item)
         return false;
-    QGraphicsItem *item = hit.first();
     // Only when the tool was changed in the middle of a drag: what is erased must not grow on.
     if (item == graphicsItem(m_currentItem))
         m_currentItem = nullptr;

@@ -143,6 +143,8 @@ private:
     /// Makes the item of a tool and turns the editor to it; null for a tool without one.
     NewItem createItem(ShapeType shape, const QRectF &sceneRect);
     void markUnsaved();
+    /// The topmost item in the eraser's reach of that point.
+    QGraphicsItem *erasableAt(QPoint pos) const;
     /// Takes the topmost item at that point out of the scene, for Redo to bring back.
     bool eraseAt(QPoint pos);
     void growCurrentItem(QPoint pos, bool shift);

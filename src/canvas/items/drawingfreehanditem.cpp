@@ -44,6 +44,11 @@ QPainterPath DrawingFreehandItem::shape() const {
     return path;
 }
 
+bool DrawingFreehandItem::isHit(const QRectF &area) const {
+    // The rectangle of a segment reaches one pixel beyond its points.
+    return m_itemRect.adjusted(-1, -1, 1, 1).intersects(area) && shape().intersects(area);
+}
+
 void DrawingFreehandItem::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *) {
     paintSegments(painter, 0);
 }

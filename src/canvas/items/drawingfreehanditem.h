@@ -25,6 +25,8 @@ public:
     /// One rectangle a segment, built anew on each call; unlike figures, strokes can also be hit outside
     /// the visible part of the image.
     QPainterPath shape() const override;
+    /// Whether the hit area meets that area, inside or outside the visible part.
+    bool isHit(const QRectF &area) const;
     void paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget) override;
 
     QRectF drawStart(QPoint pos) override;
