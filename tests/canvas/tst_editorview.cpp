@@ -1,0 +1,599 @@
+#include "canvas/canvasmenu.h"
+#include "canvas/capturefixture.h"
+#include "canvas/editorview.h"
+#include "canvas/fakeitems.h"
+#include "popups/itembutton.h"
+#include "preferences/tindrapreferences.h"
+#include "support/imagecompare.h"
+
+#include <QContextMenuEvent>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTimer>
+#include <QWheelEvent>
+#include <QtTest>
+
+namespace {
+
+constexpr int Notch = 120;
+const QColor Around(90, 120, 30);
+
+/// Counts how often the scene is painted anew.
+class CountingView : public EditorView {
+public:
+    int scenePaints = 0;
+
+protected:
+    void drawBackground(QPainter *painter, const QRectF &rect) override {
+        ++scenePaints;
+        EditorView::drawBackground(painter, rect);
+    }
+};
+
+/// Counts the paints of a widget.
+class PaintCounter : public QObject {
+public:
+    int paints = 0;
+    bool eventFilter(QObject *, QEvent *event) override {
+        paints += event->type() == QEvent::Paint;
+        return false;
+    }
+};
+
+} // namespace
+
+Q_DECLARE_METATYPE(ShapeTypes::ShapeType)
+
+class Tst_EditorView : public QObject {
+    Q_OBJECT
+private slots:
+    void initTestCase() { qRegisterMetaType<Editor::ShapeType>("Editor::ShapeType"); }
+    void init();
+    void cleanup();
+
+    void cursorOfTool_data();
+    void cursorOfTool();
+    void toolIsPassedOnOnlyWithAnEditor();
+    void shownCaptureTakesTheLastUsedTool();
+
+    void zoomStaysWithinItsSteps();
+    void zoomIsKeptPerCapture();
+    void scrollPositionIsKeptPerCapture();
+    void controlWheelZoomsAroundTheMouse();
+    void wheelScrolls_data();
+    void wheelScrolls();
+    void wheelWithoutEditorDoesNothing();
+    void cropZoomsOutToFitAndStaysThere();
+    void cropOfAnImageThatFitsKeepsTheZoom();
+
+    void undoAndRedoStateFollowsTheLists();
+    void undoIsOffWhileTextOrCropIsOpen();
+    void viewShowsImageAndWhatLiesAround();
+    void enlargedPixelsAreSharp();
+    void reducedImageIsSmoothedOnceTheViewIsQuiet();
+    void idleViewDoesNotRepaint();
+    void strokeIsAddedWithoutPaintingTheScene();
+    void exposureDoesNotPaintTheScene();
+    void eachCauseOfARepaintShows();
+    void withoutEditorOnlyTheBackgroundIsShown();
+    void editorThatDiesWhileShownIsForgotten();
+
+    void historyButtonStandsAtTheTopRight();
+    void historyButtonAsksForThePanelAndHides();
+    void menuEntriesInOrder();
+    void menuChecksThePresentTool_data();
+    void menuChecksThePresentTool();
+    void menuIsDisabledWithoutEditor();
+    void menuEntriesAskTheMainWindow();
+    void emptyViewShowsNoToolCursor();
+
+private:
+    void load(TestEditor &editor, const QSize &size, const QString &key);
+    void sendWheel(const QPoint &pos, int delta, Qt::KeyboardModifiers modifiers);
+    QImage shown() const {
+        return m_view->viewport()->grab().toImage().convertToFormat(QImage::Format_RGB32);
+    }
+    void withMenuOpen(const std::function<void(CanvasMenu *)> &check);
+
+    std::unique_ptr<TestEditor> m_editor;
+    std::unique_ptr<CountingView> m_view;
+};
+
+void Tst_EditorView::init() {
+    capture::resetWorld();
+    m_editor = std::make_unique<TestEditor>();
+    load(*m_editor, QSize(200, 140), QStringLiteral("capture"));
+    m_view = std::make_unique<CountingView>();
+    m_view->setFrameShape(QFrame::NoFrame);
+    m_view->resize(400, 300);
+    QPalette palette = m_view->viewport()->palette();
+    palette.setColor(m_view->viewport()->backgroundRole(), Around);
+    m_view->viewport()->setPalette(palette);
+    m_view->show();
+    m_view->setEditor(m_editor.get());
+    QCoreApplication::processEvents();
+}
+
+void Tst_EditorView::cleanup() {
+    m_view.reset();
+    m_editor.reset();
+}
+
+void Tst_EditorView::load(TestEditor &editor, const QSize &size, const QString &key) {
+    capture::load(editor, key, capture::picture(size));
+}
+
+void Tst_EditorView::sendWheel(const QPoint &pos, int delta, Qt::KeyboardModifiers modifiers) {
+    QWheelEvent event(pos, m_view->viewport()->mapToGlobal(pos), QPoint(), QPoint(0, delta), Qt::NoButton,
+                      modifiers, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(m_view->viewport(), &event);
+}
+
+void Tst_EditorView::cursorOfTool_data() {
+    QTest::addColumn<int>("shape");
+    QTest::addColumn<int>("cursor");
+    QTest::addColumn<QString>("picture");
+    const auto row = [](const char *name, Editor::ShapeType shape, Qt::CursorShape cursor,
+                        const char *picture = "") {
+        QTest::newRow(name) << int(shape) << int(cursor) << QString::fromLatin1(picture);
+    };
+    row("eraser", Editor::Eraser, Qt::BitmapCursor, "point_eraser");
+    row("pen", Editor::Pen, Qt::BitmapCursor, "point_pen");
+    row("highlighter", Editor::Highlighter, Qt::BitmapCursor, "point_highlighter");
+    row("line", Editor::Line, Qt::BitmapCursor, "point_pen");
+    row("arrow", Editor::Arrow, Qt::BitmapCursor, "point_pen");
+    row("rectangle", Editor::Rectangle, Qt::CrossCursor);
+    row("circle", Editor::Circle, Qt::CrossCursor);
+    row("balloon", Editor::SpeechBalloon, Qt::CrossCursor);
+    row("mosaic", Editor::Mosaic, Qt::CrossCursor);
+    row("text", Editor::Text, Qt::IBeamCursor);
+    row("open text", Editor::TextEditing, Qt::ArrowCursor);
+    row("closed text", Editor::TextFinished, Qt::IBeamCursor);
+    row("crop", Editor::Crop, Qt::ArrowCursor);
+}
+
+void Tst_EditorView::cursorOfTool() {
+    QFETCH(int, shape);
+    QFETCH(int, cursor);
+    QFETCH(QString, picture);
+    QSignalSpy spy(m_view.get(), &EditorView::changeShape);
+    m_editor->setShape(static_cast<Editor::ShapeType>(shape));
+    QCOMPARE(spy.count(), 1);
+    QCOMPARE(spy.first().first().value<Editor::ShapeType>(), static_cast<Editor::ShapeType>(shape));
+    QCOMPARE(int(m_view->viewport()->cursor().shape()), cursor);
+    if (!picture.isEmpty()) {
+        const QPixmap expected(QStringLiteral(":/res/EditorView/%1.svg").arg(picture));
+        QVERIFY(!expected.isNull());
+        QCOMPARE(m_view->viewport()->cursor().pixmap().toImage(), expected.toImage());
+        QCOMPARE(m_view->viewport()->cursor().hotSpot(), QPoint(expected.width() / 2, expected.height() / 2));
+    }
+}
+
+void Tst_EditorView::toolIsPassedOnOnlyWithAnEditor() {
+    m_view->setEditor(nullptr);
+    QSignalSpy spy(m_view.get(), &EditorView::changeShape);
+    m_view->onChangeShape(Editor::Pen);
+    m_editor->setShape(Editor::Pen); // no longer ours
+    QCOMPARE(spy.count(), 0);
+}
+
+void Tst_EditorView::shownCaptureTakesTheLastUsedTool() {
+    TestEditor other;
+    load(other, QSize(50, 50), QStringLiteral("other"));
+    other.setShape(Editor::Highlighter);
+    TindraPreferences::instance()->SetInt(TindraPreferences::LastDrawingItem, Editor::Pen);
+    QSignalSpy spy(m_view.get(), &EditorView::changeShape);
+    m_view->setEditor(&other);
+    QCOMPARE(other.shapeType(), Editor::Pen);
+    QCOMPARE(spy.count(), 1);
+    m_view->setEditor(nullptr);
+}
+
+void Tst_EditorView::zoomStaysWithinItsSteps() {
+    QCOMPARE(m_view->transform().m11(), 1.0);
+    for (int i = 0; i < 20; ++i)
+        m_view->onZoomIn();
+    QCOMPARE(m_view->transform().m11(), 4.0);
+    for (int i = 0; i < 6; ++i)
+        m_view->onZoomIn();
+    QCOMPARE(m_view->transform().m11(), 8.0);
+    QCOMPARE(m_editor->zoomStep(), 44);
+    for (int i = 0; i < 50; ++i)
+        m_view->onZoomOut();
+    QCOMPARE(m_view->transform(), QTransform::fromScale(0.1, 0.1));
+    QCOMPARE(m_editor->zoomStep(), 0);
+    m_view->onZoomReset();
+    QCOMPARE(m_view->transform(), QTransform());
+}
+
+void Tst_EditorView::zoomIsKeptPerCapture() {
+    TestEditor other;
+    load(other, QSize(50, 50), QStringLiteral("other"));
+    m_view->onZoomOut();
+    m_view->setEditor(&other);
+    QCOMPARE(m_view->transform().m11(), 1.0); // never shown before
+    m_view->onZoomIn();
+    m_view->setEditor(m_editor.get());
+    QCOMPARE(m_view->transform().m11(), 0.96);
+    m_view->setEditor(&other);
+    QCOMPARE(m_view->transform().m11(), 1.15);
+    m_view->setEditor(nullptr);
+}
+
+void Tst_EditorView::scrollPositionIsKeptPerCapture() {
+    TestEditor large;
+    load(large, QSize(1000, 900), QStringLiteral("large"));
+    m_view->setEditor(&large);
+    QCOMPARE(m_view->horizontalScrollBar()->value(), 0); // a new capture starts at its top left
+    m_view->horizontalScrollBar()->setValue(300);
+    m_view->verticalScrollBar()->setValue(200);
+    const QPointF before = m_view->mapToScene(m_view->viewport()->rect().center());
+    m_view->setEditor(m_editor.get());
+    m_view->setEditor(&large);
+    const QPointF after = m_view->mapToScene(m_view->viewport()->rect().center());
+    QVERIFY2(qAbs(after.x() - before.x()) <= 1 && qAbs(after.y() - before.y()) <= 1,
+             qPrintable(QStringLiteral("%1, %2").arg(after.x()).arg(after.y())));
+    m_view->setEditor(nullptr);
+}
+
+void Tst_EditorView::controlWheelZoomsAroundTheMouse() {
+    TestEditor large;
+    load(large, QSize(1000, 900), QStringLiteral("large"));
+    m_view->setEditor(&large);
+    m_view->setTransformationAnchor(QGraphicsView::AnchorViewCenter);
+    const QPoint pos(130, 90);
+    QCursor::setPos(m_view->viewport()->mapToGlobal(pos));
+    capture::Mouse(m_view->viewport()).move(pos);
+    sendWheel(pos, Notch, Qt::ControlModifier);
+    QCOMPARE(m_view->transform().m11(), 1.15);
+    sendWheel(pos, 0, Qt::ControlModifier);
+    QCOMPARE(m_view->transform().m11(), 1.3);
+    sendWheel(pos, -Notch, Qt::ControlModifier);
+    QCOMPARE(m_view->transform().m11(), 1.15);
+    QCOMPARE(m_view->transformationAnchor(), QGraphicsView::AnchorViewCenter);
+    m_view->setEditor(nullptr);
+}
+
+void Tst_EditorView::wheelScrolls_data() {
+    QTest::addColumn<int>("modifiers");
+    QTest::addColumn<bool>("sideways");
+    QTest::newRow("plain") << int(Qt::NoModifier) << false;
+    QTest::newRow("Shift") << int(Qt::ShiftModifier) << true;
+    QTest::newRow("Alt") << int(Qt::AltModifier) << false;
+}
+
+void Tst_EditorView::wheelScrolls() {
+    QFETCH(int, modifiers);
+    QFETCH(bool, sideways);
+    TestEditor large;
+    load(large, QSize(1000, 900), QStringLiteral("large"));
+    m_view->setEditor(&large);
+    sendWheel(QPoint(50, 50), -Notch, Qt::KeyboardModifiers(modifiers));
+    QCOMPARE(m_view->horizontalScrollBar()->value() > 0, sideways);
+    QCOMPARE(m_view->verticalScrollBar()->value() > 0, !sideways);
+    QCOMPARE(m_view->transform().m11(), 1.0);
+    m_view->setEditor(nullptr);
+}
+
+void Tst_EditorView::wheelWithoutEditorDoesNothing() {
+    m_view->onZoomReset();
+    m_view->setEditor(nullptr);
+    sendWheel(QPoint(50, 50), Notch, Qt::ControlModifier);
+    m_view->setEditor(m_editor.get());
+    QCOMPARE(m_view->transform().m11(), 1.0);
+}
+
+void Tst_EditorView::cropZoomsOutToFitAndStaysThere() {
+    TestEditor large;
+    load(large, QSize(1000, 600), QStringLiteral("large"));
+    m_view->setEditor(&large);
+    large.setShape(Editor::Crop);
+    large.startCrop();
+    // 400 of 1000 pixels: (0.4 - 0.1) * 20 / 0.9 = 6.7 steps, of 37 %.
+    QCOMPARE(large.zoomStep(), 6);
+    QCOMPARE(m_view->transform().m11(), 0.37);
+    large.finishCurrentItem(false);
+    QCOMPARE(m_view->transform().m11(), 0.37);
+    m_view->setEditor(nullptr);
+}
+
+void Tst_EditorView::cropOfAnImageThatFitsKeepsTheZoom() {
+    m_view->onZoomIn();
+    m_editor->setShape(Editor::Crop);
+    m_editor->startCrop();
+    QCOMPARE(m_view->transform().m11(), 1.15);
+}
+
+void Tst_EditorView::undoAndRedoStateFollowsTheLists() {
+    QList<bool> undo, redo;
+    connect(m_view.get(), &EditorView::canUndo, this, [&](bool can) { undo.append(can); });
+    connect(m_view.get(), &EditorView::canRedo, this, [&](bool can) { redo.append(can); });
+    m_editor->setShape(Editor::Pen);
+    capture::Mouse mouse(m_view->viewport());
+    mouse.drag({{150, 100}, {200, 130}, {210, 130}});
+    QCoreApplication::processEvents();
+    QCOMPARE(undo.last(), true);
+    QCOMPARE(redo.last(), false);
+    m_editor->undo();
+    QCoreApplication::processEvents();
+    QCOMPARE(undo.last(), false);
+    QCOMPARE(redo.last(), true);
+    // Another capture brings its own state at once.
+    TestEditor other;
+    m_view->setEditor(&other);
+    QCOMPARE(redo.last(), false);
+    m_view->setEditor(m_editor.get());
+    QCOMPARE(redo.last(), true);
+}
+
+void Tst_EditorView::undoIsOffWhileTextOrCropIsOpen() {
+    m_editor->setShape(Editor::Pen);
+    capture::Mouse(m_view->viewport()).drag({{150, 100}, {200, 130}, {210, 130}});
+    bool undo = true;
+    connect(m_view.get(), &EditorView::canUndo, this, [&](bool can) { undo = can; });
+    m_editor->setShape(Editor::Crop);
+    m_view->onEditorChanged();
+    QVERIFY(!undo);
+    m_editor->setShape(Editor::Pen);
+    m_view->onEditorChanged();
+    QVERIFY(undo);
+    m_editor->setShape(Editor::TextEditing);
+    m_view->onEditorChanged();
+    QVERIFY(!undo);
+}
+
+void Tst_EditorView::viewShowsImageAndWhatLiesAround() {
+    QImage expected(400, 300, QImage::Format_RGB32);
+    expected.fill(Around);
+    QPainter(&expected).drawImage(100, 80, capture::picture(QSize(200, 140)));
+    COMPARE_IMAGES(shown(), expected, "centred");
+    m_editor->applyCrop(QRect(10, 20, 100, 60));
+    QCoreApplication::processEvents();
+    expected.fill(Around);
+    QPainter(&expected).drawImage(150, 120, capture::picture(QSize(200, 140)).copy(10, 20, 100, 60));
+    COMPARE_IMAGES(shown(), expected, "crop");
+}
+
+void Tst_EditorView::enlargedPixelsAreSharp() {
+    for (int i = 0; i < 24; ++i)
+        m_view->onZoomIn(); // 800 %
+    m_view->horizontalScrollBar()->setValue(0);
+    m_view->verticalScrollBar()->setValue(0);
+    QCoreApplication::processEvents();
+    const QImage picture = capture::picture(QSize(200, 140));
+    const QImage view = shown();
+    for (int y = 0; y < 240; ++y) {
+        for (int x = 0; x < 240; ++x)
+            QCOMPARE(view.pixel(x, y), picture.pixel(x / 8, y / 8));
+    }
+}
+
+void Tst_EditorView::reducedImageIsSmoothedOnceTheViewIsQuiet() {
+    for (int i = 0; i < 10; ++i)
+        m_view->onZoomOut(); // 55 %
+    QCoreApplication::processEvents();
+    const QImage expected = capture::picture(QSize(200, 140))
+                                .scaled(110, 77, Qt::KeepAspectRatio, Qt::SmoothTransformation)
+                                .convertToFormat(QImage::Format_RGB32);
+    const QPoint topLeft = m_view->mapFromScene(QPointF(0, 0));
+    QTRY_COMPARE(shown().copy(QRect(topLeft, expected.size())), expected);
+}
+
+void Tst_EditorView::idleViewDoesNotRepaint() {
+    m_view->onZoomOut();
+    QTest::qWait(200);
+    PaintCounter counter;
+    m_view->viewport()->installEventFilter(&counter);
+    const int scenePaints = m_view->scenePaints;
+    QTest::qWait(300);
+    QCOMPARE(counter.paints, 0);
+    QCOMPARE(m_view->scenePaints, scenePaints);
+}
+
+void Tst_EditorView::strokeIsAddedWithoutPaintingTheScene() {
+    m_editor->setShape(Editor::Pen);
+    capture::Mouse mouse(m_view->viewport());
+    mouse.press({150, 100});
+    QCoreApplication::processEvents();
+    const int scenePaints = m_view->scenePaints;
+    PaintCounter counter;
+    m_view->viewport()->installEventFilter(&counter);
+    for (int i = 1; i <= 20; ++i) {
+        mouse.move({150 + i * 3, 100 + i});
+        QCoreApplication::processEvents();
+        QCOMPARE(counter.paints, i);
+    }
+    mouse.release({215, 120});
+    QCoreApplication::processEvents();
+    QCOMPARE(m_view->scenePaints, scenePaints);
+}
+
+void Tst_EditorView::exposureDoesNotPaintTheScene() {
+    const int scenePaints = m_view->scenePaints;
+    m_view->viewport()->update();
+    QCoreApplication::processEvents();
+    m_view->viewport()->repaint(QRect(10, 10, 100, 100));
+    QCOMPARE(m_view->scenePaints, scenePaints);
+}
+
+void Tst_EditorView::eachCauseOfARepaintShows() {
+    int known = m_view->scenePaints;
+    const auto painted = [&] {
+        QCoreApplication::processEvents(); // the scene tells what has changed
+        QCoreApplication::processEvents(); // and that is painted
+        const bool anew = m_view->scenePaints > known;
+        known = m_view->scenePaints;
+        return anew;
+    };
+    m_view->onZoomIn();
+    QVERIFY(painted());
+    m_view->resize(330, 240);
+    QVERIFY(painted());
+    m_editor->update();
+    QVERIFY(painted());
+    QEvent style(QEvent::StyleChange);
+    QCoreApplication::sendEvent(m_view.get(), &style);
+    QVERIFY(painted());
+    QPalette palette = m_view->viewport()->palette();
+    palette.setColor(m_view->viewport()->backgroundRole(), Qt::magenta);
+    m_view->viewport()->setPalette(palette);
+    QVERIFY(painted());
+    QCOMPARE(shown().pixelColor(1, 1), QColor(Qt::magenta));
+    load(*m_editor, QSize(150, 100), QStringLiteral("another picture"));
+    QVERIFY(painted());
+}
+
+void Tst_EditorView::withoutEditorOnlyTheBackgroundIsShown() {
+    m_view->setEditor(nullptr);
+    QCoreApplication::processEvents();
+    QImage expected(400, 300, QImage::Format_RGB32);
+    expected.fill(Around);
+    COMPARE_IMAGES(shown(), expected, "empty");
+}
+
+void Tst_EditorView::editorThatDiesWhileShownIsForgotten() {
+    m_editor.reset();
+    QVERIFY(!m_view->editor());
+    QCoreApplication::processEvents();
+    QImage expected(400, 300, QImage::Format_RGB32);
+    expected.fill(Around);
+    COMPARE_IMAGES(shown(), expected, "gone");
+    m_view->onZoomIn();
+    m_view->onChangeSceneRect();
+    m_view->onEditorChanged();
+}
+
+void Tst_EditorView::historyButtonStandsAtTheTopRight() {
+    auto *button = m_view->findChild<ItemButton *>(QStringLiteral("historyShow_"));
+    QVERIFY(button);
+    QVERIFY(!button->isVisible());
+    m_view->onClickHistoryHide();
+    QVERIFY(button->isVisible());
+    QCOMPARE(button->geometry().right(), 400 - 10 - 1);
+    QCOMPARE(button->geometry().top(), 10);
+    QCOMPARE(button->cursor().shape(), Qt::PointingHandCursor);
+    m_view->resize(500, 300);
+    QCOMPARE(button->geometry().right(), 500 - 10 - 1);
+    TestEditor large;
+    load(large, QSize(1000, 900), QStringLiteral("large"));
+    m_view->setEditor(&large); // a scroll bar comes up
+    m_view->resize(501, 300);
+    QCOMPARE(button->geometry().right(), 501 - m_view->verticalScrollBar()->width() - 10 - 1);
+    m_view->setEditor(nullptr);
+}
+
+void Tst_EditorView::historyButtonAsksForThePanelAndHides() {
+    m_view->onClickHistoryHide();
+    QSignalSpy spy(m_view.get(), &EditorView::clickHistoryShow);
+    auto *button = m_view->findChild<ItemButton *>(QStringLiteral("historyShow_"));
+    button->click();
+    QCOMPARE(spy.count(), 1);
+    QVERIFY(!button->isVisible());
+}
+
+void Tst_EditorView::withMenuOpen(const std::function<void(CanvasMenu *)> &check) {
+    bool checked = false;
+    QTimer::singleShot(0, this, [&] {
+        auto *menu = qobject_cast<CanvasMenu *>(QApplication::activePopupWidget());
+        if (menu) {
+            checked = true;
+            check(menu);
+            menu->close();
+        }
+    });
+    QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(20, 20), m_view->mapToGlobal(QPoint(20, 20)));
+    QCoreApplication::sendEvent(m_view->viewport(), &event);
+    QVERIFY(checked);
+}
+
+void Tst_EditorView::menuEntriesInOrder() {
+    const auto texts = [](const CanvasMenu &menu) {
+        QStringList result;
+        for (const QAction *action : menu.actions())
+            result.append(action->isSeparator() ? QStringLiteral("-") : action->text());
+        return result.join(QLatin1Char('|'));
+    };
+    const QString common =
+        QStringLiteral("Figure (&S)|Pen (&D)|Highlighter (&H)|Line Width (&L)|-|Text (&T)|Crop (&C)|"
+                       "Mosaic (&M)|-|Eraser (&E)|Reset (&R)|-|Print (&P)");
+    QCOMPARE(texts(CanvasMenu(false)), common);
+    QCOMPARE(texts(CanvasMenu(true)), QStringLiteral("AI tools|-|") + common);
+    const CanvasMenu menu(true);
+    QList<CanvasMenu::Entry> checkable;
+    for (int entry = 0; entry < CanvasMenu::EntryCount; ++entry) {
+        if (menu.action(static_cast<CanvasMenu::Entry>(entry))->isCheckable())
+            checkable.append(static_cast<CanvasMenu::Entry>(entry));
+    }
+    const QList<CanvasMenu::Entry> expected{CanvasMenu::Figure, CanvasMenu::Pen,  CanvasMenu::Highlighter,
+                                            CanvasMenu::Text,   CanvasMenu::Crop, CanvasMenu::Mosaic,
+                                            CanvasMenu::Eraser};
+    QCOMPARE(checkable, expected);
+}
+
+void Tst_EditorView::menuChecksThePresentTool_data() {
+    QTest::addColumn<int>("shape");
+    QTest::addColumn<int>("entry");
+    QTest::newRow("eraser") << int(Editor::Eraser) << int(CanvasMenu::Eraser);
+    QTest::newRow("pen") << int(Editor::Pen) << int(CanvasMenu::Pen);
+    QTest::newRow("highlighter") << int(Editor::Highlighter) << int(CanvasMenu::Highlighter);
+    QTest::newRow("line") << int(Editor::Line) << int(CanvasMenu::Figure);
+    QTest::newRow("arrow") << int(Editor::Arrow) << int(CanvasMenu::Figure);
+    QTest::newRow("rectangle") << int(Editor::Rectangle) << int(CanvasMenu::Figure);
+    QTest::newRow("circle") << int(Editor::Circle) << int(CanvasMenu::Figure);
+    QTest::newRow("balloon") << int(Editor::SpeechBalloon) << int(CanvasMenu::Figure);
+    QTest::newRow("mosaic") << int(Editor::Mosaic) << int(CanvasMenu::Mosaic);
+    QTest::newRow("text") << int(Editor::Text) << int(CanvasMenu::Text);
+    QTest::newRow("open text") << int(Editor::TextEditing) << -1;
+    QTest::newRow("closed text") << int(Editor::TextFinished) << -1;
+    QTest::newRow("crop") << int(Editor::Crop) << int(CanvasMenu::Crop);
+}
+
+void Tst_EditorView::menuChecksThePresentTool() {
+    QFETCH(int, shape);
+    QFETCH(int, entry);
+    m_editor->setShape(static_cast<Editor::ShapeType>(shape));
+    withMenuOpen([entry](CanvasMenu *menu) {
+        QVERIFY(menu->isEnabled());
+        QCOMPARE(menu->objectName(), QStringLiteral("contextMenu_"));
+        for (int i = 0; i < CanvasMenu::EntryCount; ++i) {
+            if (const QAction *action = menu->action(static_cast<CanvasMenu::Entry>(i)))
+                QCOMPARE(action->isChecked(), i == entry);
+        }
+    });
+}
+
+void Tst_EditorView::menuIsDisabledWithoutEditor() {
+    m_view->setEditor(nullptr);
+    withMenuOpen([](CanvasMenu *menu) { QVERIFY(!menu->isEnabled()); });
+    m_view->setEditor(m_editor.get());
+    withMenuOpen([](CanvasMenu *menu) { QVERIFY(menu->isEnabled()); });
+}
+
+void Tst_EditorView::menuEntriesAskTheMainWindow() {
+    QStringList asked;
+    connect(m_view.get(), &EditorView::contextMenuText, this, [&] { asked.append(QStringLiteral("text")); });
+    connect(m_view.get(), &EditorView::contextMenuCrop, this, [&] { asked.append(QStringLiteral("crop")); });
+    connect(m_view.get(), &EditorView::contextMenuEraser, this,
+            [&] { asked.append(QStringLiteral("eraser")); });
+    connect(m_view.get(), &EditorView::contextMenuReset, this,
+            [&] { asked.append(QStringLiteral("reset")); });
+    connect(m_view.get(), &EditorView::contextMenuPrint, this,
+            [&] { asked.append(QStringLiteral("print")); });
+    const auto *menu = m_view->findChild<CanvasMenu *>();
+    for (int entry = 0; entry < CanvasMenu::EntryCount; ++entry) {
+        if (QAction *action = menu->action(static_cast<CanvasMenu::Entry>(entry)))
+            action->trigger();
+    }
+    QCOMPARE(asked.join(QLatin1Char(' ')), QStringLiteral("text crop eraser reset print"));
+}
+
+void Tst_EditorView::emptyViewShowsNoToolCursor() {
+    m_editor->setShape(Editor::Rectangle);
+    m_view->onEmptyEditor(false);
+    QCOMPARE(m_view->viewport()->cursor().shape(), Qt::CrossCursor);
+    m_view->onEmptyEditor(true);
+    QCOMPARE(m_view->viewport()->cursor().shape(), Qt::ArrowCursor);
+}
+
+QTEST_MAIN(Tst_EditorView)
+#include "tst_editorview.moc"

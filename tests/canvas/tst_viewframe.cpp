@@ -1,0 +1,78 @@
+#include "canvas/viewframe.h"
+
+#include <QtTest>
+
+class Tst_ViewFrame : public QObject {
+    Q_OBJECT
+private slots:
+    void newCircumstancesMakeEverythingStale();
+    void staleIsTakenOnce();
+    void staleStaysWithinThePicture();
+    void tornRegionIsRounded();
+    void clearGivesThePictureBack();
+};
+
+void Tst_ViewFrame::newCircumstancesMakeEverythingStale() {
+    ViewFrame frame;
+    QVERIFY(frame.isNull());
+    const QRect all(0, 0, 100, 80);
+    const auto taken = [&] { return frame.takeStale(all); };
+    frame.adapt(all.size(), QTransform(), Qt::white);
+    QCOMPARE(taken(), QRegion(all));
+    frame.adapt(all.size(), QTransform(), Qt::white);
+    QVERIFY(taken().isEmpty());
+    frame.adapt(all.size(), QTransform::fromTranslate(1, 0), Qt::white);
+    QCOMPARE(taken(), QRegion(all));
+    frame.adapt(all.size(), QTransform::fromTranslate(1, 0), Qt::black);
+    QCOMPARE(taken(), QRegion(all));
+    frame.adapt(QSize(90, 80), QTransform::fromTranslate(1, 0), Qt::black);
+    QCOMPARE(taken(), QRegion(0, 0, 90, 80));
+    QCOMPARE(frame.image().size(), QSize(90, 80));
+}
+
+void Tst_ViewFrame::staleIsTakenOnce() {
+    ViewFrame frame;
+    frame.adapt(QSize(100, 80), QTransform(), Qt::white);
+    frame.takeStale(QRect(0, 0, 100, 80));
+    frame.markStale(QRect(10, 10, 40, 40));
+    QVERIFY(frame.isStale(QRect(45, 45, 20, 20)));
+    QVERIFY(!frame.isStale(QRect(50, 50, 20, 20)));
+    QCOMPARE(frame.takeStale(QRect(0, 0, 30, 80)), QRegion(10, 10, 20, 40));
+    QVERIFY(!frame.isStale(QRect(10, 10, 20, 40)));
+    QVERIFY(frame.isStale(QRect(30, 10, 1, 1))); // what was not exposed is still to be painted
+    QCOMPARE(frame.takeStale(QRect(0, 0, 100, 80)), QRegion(30, 10, 20, 40));
+    QVERIFY(frame.takeStale(QRect(0, 0, 100, 80)).isEmpty());
+}
+
+void Tst_ViewFrame::staleStaysWithinThePicture() {
+    ViewFrame frame;
+    frame.adapt(QSize(100, 80), QTransform(), Qt::white);
+    frame.takeStale(QRect(0, 0, 100, 80));
+    frame.markStale(QRect(-20, 70, 50, 50));
+    QCOMPARE(frame.takeStale(QRect(-100, -100, 500, 500)), QRegion(0, 70, 30, 10));
+}
+
+void Tst_ViewFrame::tornRegionIsRounded() {
+    ViewFrame frame;
+    frame.adapt(QSize(100, 80), QTransform(), Qt::white);
+    frame.takeStale(QRect(0, 0, 100, 80));
+    for (int i = 0; i < 40; ++i)
+        frame.markStale(QRect(i * 2, i * 2, 1, 1));
+    const QRegion taken = frame.takeStale(QRect(0, 0, 100, 80));
+    QVERIFY(taken.rectCount() <= 16);
+    for (int i = 0; i < 40; ++i)
+        QVERIFY(taken.contains(QPoint(i * 2, i * 2)));
+}
+
+void Tst_ViewFrame::clearGivesThePictureBack() {
+    ViewFrame frame;
+    frame.adapt(QSize(100, 80), QTransform(), Qt::white);
+    frame.clear();
+    QVERIFY(frame.isNull());
+    QVERIFY(!frame.isStale());
+    frame.adapt(QSize(100, 80), QTransform(), Qt::white);
+    QCOMPARE(frame.takeStale(QRect(0, 0, 100, 80)), QRegion(0, 0, 100, 80));
+}
+
+QTEST_GUILESS_MAIN(Tst_ViewFrame)
+#include "tst_viewframe.moc"
