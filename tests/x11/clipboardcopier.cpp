@@ -1,9 +1,10 @@
 // A program that copies pictures as the editor does, and is its own clipboard keeper.
 //
-// usage: clipboardcopier stay|quit IMAGE…
+// usage: [TINDRA_TEST_KEEPER=PROGRAM] clipboardcopier stay|quit IMAGE…
 //
 // Copies the images one right after the other, says "copied" or "failed", and stays until it is killed, or
-// quits at once. A file that it holds open without the close-on-exec mark stands for a lock.
+// quits at once. Another program may be named as the keeper. A file that it holds open without the
+// close-on-exec mark stands for a lock.
 
 #include "platform/clipboardimage.h"
 #include "platform/clipboardkeeper.h"
@@ -24,6 +25,7 @@ int main(int argc, char **argv) {
     QGuiApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     ::open(qPrintable(qEnvironmentVariable("TMPDIR") + QStringLiteral("/a-lock")), O_CREAT | O_RDWR, 0600);
+    platform::setClipboardKeeperProgram(qEnvironmentVariable("TINDRA_TEST_KEEPER"));
     QWindow window;
     window.create();
     bool copied = true;

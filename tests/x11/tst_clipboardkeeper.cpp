@@ -55,14 +55,14 @@ void copyElsewhere(const QByteArray &text) {
 }
 
 /// The processes that keep the clipboard for our copier.
-QList<qint64> keepers() {
+QList<qint64> keepers(const QString &program = Copier) {
     QList<qint64> found;
     for (const QString &entry : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
         QFile commandLine(QStringLiteral("/proc/%1/cmdline").arg(entry));
         if (!commandLine.open(QIODevice::ReadOnly))
             continue;
         const QList<QByteArray> arguments = commandLine.readAll().split('\0');
-        if (arguments.value(0) == Copier.toLocal8Bit() && arguments.value(1) == "--keep-clipboard")
+        if (arguments.value(0) == program.toLocal8Bit() && arguments.value(1) == "--keep-clipboard")
             found.append(entry.toLongLong());
     }
     return found;
@@ -115,6 +115,7 @@ private slots:
     void exitDoesNotWaitForAClipboardManager();
     void exitDoesNotWaitOnceTheKeeperHasTakenOver();
     void keeperHoldsNothingOfItsProgram();
+    void editorKeepsThePicture();
     void editorHasTheKeeperMode_data();
     void editorHasTheKeeperMode();
 
@@ -272,6 +273,17 @@ void Tst_ClipboardKeeper::keeperHoldsNothingOfItsProgram() {
         QVERIFY2(!descriptor.symLinkTarget().endsWith(QLatin1String("a-lock")),
                  qPrintable(descriptor.path()));
     QCOMPARE(QFileInfo(process + QStringLiteral("cwd")).symLinkTarget(), QStringLiteral("/"));
+}
+
+void Tst_ClipboardKeeper::editorKeepsThePicture() {
+    qputenv("TINDRA_TEST_KEEPER", Editor.toLocal8Bit());
+    copy(QStringLiteral("quit"), {m_imagePath});
+    qunsetenv("TINDRA_TEST_KEEPER");
+    QTRY_COMPARE(keepers(Editor).size(), 1);
+    QTRY_COMPARE(pastedImage("png").size(), m_image.size());
+    COMPARE_IMAGES(pastedImage("png"), m_image, "png");
+    copyElsewhere("a text");
+    QTRY_VERIFY(keepers(Editor).isEmpty());
 }
 
 void Tst_ClipboardKeeper::editorHasTheKeeperMode_data() {
