@@ -18,6 +18,14 @@ xcb_atom_t atom(const char *name) {
     return result;
 }
 
+/// The argument that makes this program the other one.
+const QString OtherProgram = QStringLiteral("--other-program");
+
+void showWindow(QWindow &window) {
+    window.setGeometry(100, 100, 300, 200);
+    window.show();
+}
+
 /// A list of windows that the window manager keeps on the root window.
 QVector<WId> rootWindows(const char *property) {
     const auto cookie = xcb_get_property(QX11Info::connection(), 0, xcb_window_t(QX11Info::appRootWindow()),
@@ -64,12 +72,10 @@ private:
 
 void Tst_ForegroundWindow::init() {
     m_window = std::make_unique<QWindow>();
-    m_window->resize(300, 200);
-    m_window->setPosition(100, 100);
-    m_window->show();
+    showWindow(*m_window);
     QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
     QTRY_COMPARE(activeWindow(), m_window->winId());
-    m_other.start(QStringLiteral("xclock"), {QStringLiteral("-geometry"), QStringLiteral("300x200+100+100")});
+    m_other.start(QCoreApplication::applicationFilePath(), {OtherProgram});
     QTRY_COMPARE(rootWindows("_NET_CLIENT_LIST").size(), 2);
     const QVector<WId> windows = rootWindows("_NET_CLIENT_LIST");
     const WId other = windows[0] == m_window->winId() ? windows[1] : windows[0];
@@ -111,5 +117,15 @@ void Tst_ForegroundWindow::hiddenWindowStaysHidden() {
     QCOMPARE(activeWindow(), other);
 }
 
-QTEST_MAIN(Tst_ForegroundWindow)
+int main(int argc, char **argv) {
+    QGuiApplication application(argc, argv);
+    if (QCoreApplication::arguments().value(1) == OtherProgram) {
+        QWindow window;
+        showWindow(window);
+        return QGuiApplication::exec();
+    }
+    Tst_ForegroundWindow test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "tst_foregroundwindow.moc"
