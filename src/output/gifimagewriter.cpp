@@ -168,7 +168,8 @@ bool GifImageWriter::save(QIODevice *device, int flags) const {
         ready = addSavedImage(gif, i, Qt::ImageConversionFlags(flags));
 
     gif->SColorMap = globalMap.get();
-    // The library copies the map over our pointer, and closes the file itself only when all went well.
+    // The library loses the table of a frame when the next one has none, which single pictures never meet.
+    // It copies the global map over our pointer, and closes the file itself only when all went well.
     if (ready && EGifSpew(gif) == GIF_OK)
         return !sink.failed;
     if (gif->SColorMap == globalMap.get())

@@ -352,13 +352,13 @@ void Tst_GifImageWriter::localTableOnlyWhenItDiffers() {
     without.fill(0);
     GifImageWriter writer;
     writer.setGlobalColorTable(table);
-    for (const QImage &image : {same, other, without})
+    for (const QImage &image : {same, without, other})
         writer.addFrame(image, -1);
     const GifBlocks gif = GifBlocks::parse(saved(writer));
     QCOMPARE(gif.images.size(), 3);
     QCOMPARE(gif.images[0].localColors, 0);
-    QCOMPARE(gif.images[1].localColors, 2);
-    QCOMPARE(gif.images[2].localColors, 0);
+    QCOMPARE(gif.images[1].localColors, 0);
+    QCOMPARE(gif.images[2].localColors, 2);
 }
 
 void Tst_GifImageWriter::canvasSize() {
