@@ -8,8 +8,8 @@ struct CaptureFit {
     int panelWidth; ///< of the recent captures
     int toolbarHeight;
     QPoint point;    ///< where on the desktop the capture was taken
-    QSize frame;     ///< what the window frame adds to the client area, on both sides together
     QRect available; ///< of the screen that holds the point
+    QSize frame;     ///< what the window frame adds to the client area, on both sides together
 };
 
 /// The client geometry that shows the capture at full size with room around it, close to where it was

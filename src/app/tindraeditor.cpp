@@ -1,6 +1,6 @@
 #include "app/tindraeditor.h"
 
-#include "app/captureplacement.h"
+#include "app/capturefitting.h"
 #include "app/commandexecutor.h"
 #include "app/commandline.h"
 #include "app/exitroutine.h"
@@ -40,7 +40,7 @@ QRect availableAt(const QPoint &point) {
 
 TindraEditor::TindraEditor(QWidget *parent)
     : QMainWindow(parent), m_view(new EditorView), m_history(new HistoryWidget), m_toolbar(nullptr),
-      m_tools(m_view), m_exit(new ExitRoutine(this, m_history)) {
+      m_tools(m_view), m_exit(new ExitRoutine(this, m_history)), m_fitting(new CaptureFitting(this)) {
     buildLayout();
     // The session manager would be told to call the end of the session off, as no close is ever accepted.
     QGuiApplication::setFallbackSessionManagementEnabled(false);
@@ -134,6 +134,8 @@ void TindraEditor::AddNewPixmap(const QString &path, const QPoint &point, bool s
         return;
     if (!skip)
         showForCapture(path, added);
+    else
+        settleSize();
     if (added)
         fitTo(pixmap.size(), point);
     keepOnScreen(this);
@@ -157,9 +159,7 @@ void TindraEditor::showForCapture(const QString &path, bool added) {
 }
 
 void TindraEditor::fitTo(const QSize &image, const QPoint &point) {
-    const QSize frame = frameGeometry().size() - size();
-    setGeometry(
-        fittedGeometry({image, m_history->width(), m_toolbar->height(), point, frame, availableAt(point)}));
+    m_fitting->apply({image, m_history->width(), m_toolbar->height(), point, availableAt(point), {}});
 }
 
 void TindraEditor::leaveSpecialState() {
@@ -167,9 +167,17 @@ void TindraEditor::leaveSpecialState() {
         showNormal();
 }
 
+// Before the first show neither style nor layout have had their say about the sizes.
+void TindraEditor::settleSize() {
+    ensurePolished();
+    layout()->activate();
+    resize(size().expandedTo(minimumSize()).expandedTo(minimumSizeHint()));
+}
+
 void TindraEditor::bringUp() {
     if (!isVisible()) {
         leaveSpecialState();
+        settleSize();
         centreOnScreen(this, frameGeometry().size());
         keepOnScreen(this);
         show();

@@ -5,6 +5,7 @@
 
 #include <QMainWindow>
 
+class CaptureFitting;
 class EditorView;
 class ExitRoutine;
 class History;
@@ -88,6 +89,7 @@ private:
     void connectHistory();
     void finishOpenItem();
     void leaveSpecialState();
+    void settleSize();
     void showForCapture(const QString &path, bool added);
     void fitTo(const QSize &image, const QPoint &point);
 
@@ -96,6 +98,7 @@ private:
     Toolbar *m_toolbar;
     ToolSelection m_tools;
     ExitRoutine *m_exit;
+    CaptureFitting *m_fitting;
     bool m_hideBlocked = false;
     bool m_capturesRestored = false;
 };

@@ -2,10 +2,10 @@
 
 #include "preferences/tindrapreferences.h"
 
-#include <QAction>
 #include <QButtonGroup>
 #include <QColor>
 #include <QIcon>
+#include <QShortcut>
 #include <QToolButton>
 
 namespace {
@@ -71,11 +71,9 @@ QToolButton *Toolbar::addFunction(const QString &name, const QString &label, con
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::NoFocus);
     if (!shortcut.isEmpty()) {
-        // An action rather than the button's own shortcut, which works at most every 100 ms.
-        auto *action = new QAction(button);
-        action->setShortcut(shortcut);
-        connect(action, &QAction::triggered, button, &QToolButton::clicked);
-        button->addAction(action);
+        // Not the button's own shortcut, which works at most every 100 ms.
+        const auto *key = new QShortcut(shortcut, button);
+        connect(key, &QShortcut::activated, button, [button] { emit button->clicked(); });
     }
     addWidget(button);
     m_buttons.insert(name, button);

@@ -45,6 +45,7 @@ HistoryWidget::HistoryWidget(QWidget *parent)
       m_historyListWidget(named(new HistoryListWidget(this), QStringLiteral("historyListWidget_"))),
       m_historySaveImages(named(new QPushButton(this), QStringLiteral("historySaveImages_"))),
       m_historyDeleteImages(named(new QPushButton(this), QStringLiteral("historyDeleteImages_"))) {
+    setAttribute(Qt::WA_StyledBackground);
     auto *panel = new QHBoxLayout(this);
     panel->setContentsMargins(0, 0, 0, 0);
     panel->setSpacing(0);

@@ -2,6 +2,7 @@
 
 #include "ipc/imageprovider.h"
 #include "output/filenameutil.h"
+#include "platform/configuration.h"
 #include "preferences/tindrapreferences.h"
 #include "services/usagestatistics.h"
 #include "services/workfolder.h"
@@ -49,6 +50,7 @@ public:
 private:
     static TindraPreferences *freshPreferences() {
         TindraPreferences::resetForTesting();
+        ConfigurationLocation(QStringLiteral("SOFTWARE\\Norvane\\Tindra")).remove(QStringLiteral("Config"));
         TindraPreferences::instance()->Init();
         return TindraPreferences::instance();
     }
