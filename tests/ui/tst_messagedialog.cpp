@@ -337,7 +337,7 @@ void Tst_MessageDialog::checkBox() {
 
 void Tst_MessageDialog::textsArePlainAndSelectable() {
     MessageDialog dialog;
-    const QString text = QStringLiteral("/home/<b>me</b>/&file.png");
+    const QString text = QStringLiteral("/media/<b>me</b>/&file.png");
     dialog.setText(text);
     dialog.setInformativeText(text);
     open(dialog);
@@ -391,9 +391,8 @@ void Tst_MessageDialog::margins() {
 }
 
 void Tst_MessageDialog::longPathWraps() {
-    const QString folders = QStringLiteral("/home/somebody/pictures and screens/") +
-                            QString(60, QLatin1Char('d')) + QLatin1Char('/') +
-                            QString(240, QLatin1Char('x')) + QStringLiteral(".png");
+    const QString folders = QStringLiteral("/media/pictures and screens/") + QString(60, QLatin1Char('d')) +
+                            QLatin1Char('/') + QString(240, QLatin1Char('x')) + QStringLiteral(".png");
     MessageDialog dialog;
     dialog.setText(QStringLiteral("Saved captured image."));
     dialog.setInformativeText(folders);
