@@ -10,6 +10,7 @@ class ColorSelectButton;
 class QButtonGroup;
 class QGridLayout;
 class QHBoxLayout;
+class QMenu;
 class QPushButton;
 
 /// The choice of a colour: up to ten named ones, the last four of the user's own, and a way to any other.
