@@ -11,6 +11,9 @@
 
 namespace {
 
+/// A file that is taken away time and again is nothing to lock.
+constexpr int maximumAttempts = 16;
+
 /// Whether the open file is still the one that others find under that path.
 bool isFileOfPath(int descriptor, const QByteArray &path) {
     struct stat opened;
@@ -62,7 +65,7 @@ bool NamedLock::acquire(bool wait) {
     if (m_path.isEmpty() || m_descriptor >= 0)
         return false;
     const QByteArray path = QFile::encodeName(m_path);
-    for (;;) {
+    for (int attempt = 0; attempt < maximumAttempts; ++attempt) {
         const int descriptor =
             ::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR);
         if (descriptor < 0)
@@ -78,6 +81,7 @@ bool NamedLock::acquire(bool wait) {
         // Somebody tidied the folder while we waited: others now lock a newer file.
         ::close(descriptor);
     }
+    return false;
 }
 
 } // namespace platform
