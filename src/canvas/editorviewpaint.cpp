@@ -61,13 +61,10 @@ void EditorView::onStrokeExtended(const DrawingFreehandItem *item, int firstSegm
     const QRect rect = deviceRect(item->segmentsRect(firstSegment));
     if (rect.isEmpty())
         return;
-    if (m_frame.isStale(rect)) {
-        m_frame.markStale(rect);
-    } else {
-        QPainter painter(&m_frame.image());
-        painter.setWorldTransform(viewportTransform());
-        item->paintSegments(&painter, firstSegment);
-    }
+    // Where the frame is stale this is for nothing: the next paint brings the whole stroke there.
+    QPainter painter(&m_frame.image());
+    painter.setWorldTransform(viewportTransform());
+    item->paintSegments(&painter, firstSegment);
     viewport()->update(rect);
 }
 

@@ -20,8 +20,6 @@ public:
 
     void markStale(const QRegion &region);
     void markAllStale();
-    bool isStale(const QRect &rect) const { return m_stale.intersects(rect); }
-    bool isStale() const { return !m_stale.isEmpty(); }
     /// The stale part of `exposed`, which no longer counts as stale: the caller paints it now.
     QRegion takeStale(const QRegion &exposed);
 
