@@ -147,10 +147,16 @@ void DesignedSizes::adjust(QWidget *root, double scale) {
         if (QWidget *widget = widgetOfWindow(root, object)) {
             if (widget->property(IsDisadjust).toBool())
                 return false;
+            // The toolkit makes some buttons of its dialogs so late that nobody has seen them yet; without
+            // sizes of their own they would shrink to nothing.
+            if (claim(widget))
+                saveWidget(widget);
             adjustWidget(widget, scale);
             return true;
         }
         if (QLayout *layout = layoutOfWindow(root, object)) {
+            if (claim(layout))
+                saveLayout(layout);
             adjustLayout(layout, scale);
             return true;
         }

@@ -1,3 +1,4 @@
+#include "ui/designedsizes.h"
 #include "ui/uistyler.h"
 #include "ui/uistylerproperties.h"
 
@@ -93,6 +94,7 @@ private slots:
     void sheetsArePreprocessedAndAppended();
     void missingAndEmptySheetsAreSkipped();
     void lateChildrenAreTakenIn();
+    void unseenChildrenKeepTheirSizes();
     void childrenBeforeTheFirstShowWait();
     void visibleWindowFollowsTheScreen();
     void hiddenWindowWaitsForItsShow();
@@ -347,6 +349,17 @@ void Tst_UIStyler::missingAndEmptySheetsAreSkipped() {
     QCOMPARE(w.window.styleSheet(), QStringLiteral("/* last */"));
     UIStyler::setStyleSheetPaths(qApp, {});
     QCOMPARE(qApp->property(QssPaths).toStringList().size(), 3);
+}
+
+void Tst_UIStyler::unseenChildrenKeepTheirSizes() {
+    QWidget window;
+    DesignedSizes::save(&window);
+    // Made after the sizes were noted, as the toolkit's file dialog does with its buttons.
+    auto *unseen = new QPushButton(&window);
+    unseen->setMaximumWidth(30);
+    DesignedSizes::adjust(&window, 2.0);
+    QCOMPARE(unseen->maximumWidth(), 60);
+    QCOMPARE(unseen->maximumHeight(), QWIDGETSIZE_MAX);
 }
 
 void Tst_UIStyler::lateChildrenAreTakenIn() {
