@@ -130,6 +130,9 @@ void TindraEditor::treatCommand(QString cmdline) {
 void TindraEditor::AddNewPixmap(const QString &path, const QPoint &point, bool skip) {
     const QPixmap pixmap = ImageProvider::instance()->pixmap(path);
     const bool added = !pixmap.isNull() && m_history->addImage(path);
+    // A refused capture must not go on taking its share of the memory budget.
+    if (!added && !m_history->hasImage(path))
+        ImageProvider::instance()->dropFromMemory(path);
     if (isVisible())
         return;
     if (!skip)

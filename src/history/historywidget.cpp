@@ -120,6 +120,14 @@ bool HistoryWidget::addImage(const QString &key) {
     return true;
 }
 
+bool HistoryWidget::hasImage(const QString &key) const {
+    for (int row = 0; row < m_historyListWidget->count(); ++row) {
+        if (m_historyListWidget->rowItem(row)->editor()->imageKey() == key)
+            return true;
+    }
+    return false;
+}
+
 void HistoryWidget::removeOldestImage() {
     m_historyListWidget->removeItem(m_historyListWidget->rowItem(m_historyListWidget->count() - 1), false,
                                     true);

@@ -28,6 +28,8 @@ public:
     /// Adds and selects the capture of that image key. False if the list is full and may not drop its
     /// oldest capture.
     bool addImage(const QString &key);
+    /// Whether a row shows the image of that key.
+    bool hasImage(const QString &key) const;
     /// Takes the last row away without asking.
     void removeOldestImage();
     void clearSelection();

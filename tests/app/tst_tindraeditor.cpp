@@ -1,35 +1,20 @@
-#include "app/tindraeditor.h"
-#include "canvas/editorview.h"
-#include "history/historylistwidget.h"
-#include "history/historylistwidgetitem.h"
-#include "history/historywidget.h"
-#include "support/literals.h"
-#include "support/modalanswers.h"
-#include "support/session.h"
-
-#include <QScreen>
-#include <QTemporaryDir>
-#include <QToolButton>
-#include <QtTest>
+#include "app/windowtest.h"
 
 namespace {
-
-using Messages = QVector<quint32>;
-constexpr int NoQuit = 99;
 constexpr int HideBlock = 500; // milliseconds
+}
 
-} // namespace
-
-/// The window as commands, keys and buttons drive it, and what the capture process hears of it.
-class Tst_TindraEditor : public QObject {
+/// The window as commands and keys drive it, and what the capture process hears of it.
+class Tst_TindraEditor : public WindowTest {
     Q_OBJECT
 private slots:
-    void init();
-    void cleanup();
+    void init() { WindowTest::init(); }
+    void cleanup() { WindowTest::cleanup(); }
 
     // Structure
     void beginsHiddenAndEmpty();
     void widgetsCarryTheirNames();
+
     // Commands
     void voidLinesDoNothing_data();
     void voidLinesDoNothing();
@@ -51,111 +36,19 @@ private slots:
     void brokenCaptureIsReported();
     void brokenCaptureIsSilentWhileVisible();
     void fullListIsReported();
+    void refusedCaptureFreesItsMemory();
     void restoredCapturesAreToldOnce();
+
     // Placement
     void windowIsFittedToTheCapture();
     void hugeCaptureFillsTheScreen();
-    // Tools
-    void toolsAreSetAndRemembered_data();
-    void toolsAreSetAndRemembered();
-    void cropIsNotRemembered();
-    void figuresReportUnusualColors();
-    void widthsAndStrengthsAreCounted_data();
-    void widthsAndStrengthsAreCounted();
-    void lastToolIsCheckedAtStart();
-    void undoStateReachesTheButtons();
-    void drawingsLiveWithTheirCapture();
-    void copyGoesToTheClipboard();
-    void panelIsHiddenAndShown();
+
     // Keys
     void keysAct_data();
     void keysAct();
     void escapeEndsTheOpenItemFirst();
     void arrowsWalkTheRows();
-    // Hiding and exiting
-    void closeOnlyHidesInTrayMode();
-    void closeExitsWithoutTrayMode();
-    void closeCommandExitsInTrayMode();
-    void exitAsksAboutUnsavedImages_data();
-    void exitAsksAboutUnsavedImages();
-    void refusedExitLeavesTheCloseButtonHiding();
-    void exitIsRefusedWhileADialogIsOpen();
-    void killAsksNothingAndKeepsTheFiles_data();
-    void killAsksNothingAndKeepsTheFiles();
-    void exitClearsTheWorkFolder();
-    void exitSavesThePreferences();
-    void endOfTheSessionAsksNothing();
-
-private:
-    void treat(const QString &line) { emit m_window->commandArrived("tindra "_qs + line); }
-    QString capture(const QString &name, const QSize &size = {40, 30}) {
-        return Session::captureFile(name, size);
-    }
-    void addCapture(const QString &name) { treat("/path \"%1\" /point 10 10"_qs.arg(capture(name))); }
-    void markSaved(int row = 0) { list()->rowItem(row)->editor()->setSavedPath("/saved.png"_qs); }
-    HistoryListWidget *list() const { return m_window->findChild<HistoryListWidget *>(); }
-    EditorView *view() const { return m_window->findChild<EditorView *>(); }
-    Editor *scene() const { return view()->editor(); }
-    QToolButton *button(const char *name) const {
-        return m_window->findChild<QToolButton *>(QLatin1String(name));
-    }
-    Messages messages() const { return m_session->platform->postedMessages(); }
-    void forgetMessages() { m_session->platform->posted.clear(); }
-    void drawStroke();
-    void activate();
-    /// Whether the action ends the event loop by itself.
-    bool quits(const std::function<void()> &action);
-    TindraPreferences *preferences() const { return m_session->preferences; }
-
-    std::unique_ptr<Session> m_session;
-    std::unique_ptr<QTemporaryDir> m_target;
-    std::unique_ptr<TindraEditor> m_window;
 };
-
-void Tst_TindraEditor::init() {
-    m_session = std::make_unique<Session>();
-    m_target = std::make_unique<QTemporaryDir>();
-    preferences()->SetString(TindraPreferences::AutoSavePath, m_target->path());
-    preferences()->SetString(TindraPreferences::FilePath, m_target->path());
-    m_window = std::make_unique<TindraEditor>();
-    m_session->usage.clear();
-}
-
-void Tst_TindraEditor::cleanup() {
-    m_window.reset();
-    m_session.reset();
-}
-
-void Tst_TindraEditor::drawStroke() {
-    treat("/updateprefvalue 0 1"_qs); // any line: the window must not mind
-    m_window->onPenSelected(Qt::blue);
-    const auto send = [this](QEvent::Type type, const QPointF &pos) {
-        const QPoint viewPos = view()->mapFromScene(pos);
-        const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
-        const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
-        QMouseEvent event(type, viewPos, view()->viewport()->mapToGlobal(viewPos), button, held,
-                          Qt::NoModifier);
-        QCoreApplication::sendEvent(view()->viewport(), &event);
-    };
-    send(QEvent::MouseButtonPress, {5, 5});
-    send(QEvent::MouseMove, {15, 15});
-    send(QEvent::MouseMove, {25, 10});
-    send(QEvent::MouseButtonRelease, {25, 10});
-    QCoreApplication::processEvents();
-}
-
-void Tst_TindraEditor::activate() {
-    m_window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-}
-
-bool Tst_TindraEditor::quits(const std::function<void()> &action) {
-    QTimer::singleShot(0, this, action);
-    QTimer patience;
-    connect(&patience, &QTimer::timeout, this, [] { QCoreApplication::exit(NoQuit); });
-    patience.start(400);
-    return QApplication::exec() != NoQuit;
-}
 
 void Tst_TindraEditor::beginsHiddenAndEmpty() {
     QVERIFY(!m_window->isVisible());
@@ -388,6 +281,20 @@ void Tst_TindraEditor::fullListIsReported() {
     QVERIFY(!scene());
 }
 
+void Tst_TindraEditor::refusedCaptureFreesItsMemory() {
+    for (int i = 0; i < 100; ++i)
+        m_window->AddNewPixmap(Session::captureInMemory("m%1"_qs.arg(i)), {}, true);
+    ModalAnswers answers;
+    answers.addPress("Ok"_qs);
+    answers.addPress("Ok"_qs);
+    m_window->AddNewPixmap(Session::captureInMemory("late"_qs), {}, true);
+    QVERIFY(!ImageProvider::instance()->dropFromMemory("late"_qs));
+    // One that a row shows stays.
+    m_window->AddNewPixmap("m7"_qs, {}, true);
+    QVERIFY(answers.isDone());
+    QVERIFY(ImageProvider::instance()->dropFromMemory("m7"_qs));
+}
+
 void Tst_TindraEditor::restoredCapturesAreToldOnce() {
     m_window->setCapturesRestored();
     ModalAnswers answers;
@@ -419,171 +326,6 @@ void Tst_TindraEditor::hugeCaptureFillsTheScreen() {
     treat("/point 5 5 /path "_qs + capture("a"_qs, {2000, 1500}));
     const QRect available = m_window->screen()->availableGeometry();
     QCOMPARE(m_window->frameGeometry(), available);
-}
-
-void Tst_TindraEditor::toolsAreSetAndRemembered_data() {
-    QTest::addColumn<int>("tool");
-    QTest::addColumn<int>("remembered");
-    QTest::newRow("eraser is not remembered") << int(Editor::Eraser) << int(Editor::Rectangle);
-    QTest::newRow("pen") << int(Editor::Pen) << int(Editor::Pen);
-    QTest::newRow("highlighter") << int(Editor::Highlighter) << int(Editor::Highlighter);
-    QTest::newRow("arrow") << int(Editor::Arrow) << int(Editor::Arrow);
-    QTest::newRow("mosaic") << int(Editor::Mosaic) << int(Editor::Mosaic);
-    QTest::newRow("text") << int(Editor::Text) << int(Editor::Text);
-}
-
-void Tst_TindraEditor::toolsAreSetAndRemembered() {
-    QFETCH(int, tool);
-    addCapture("a"_qs);
-    switch (tool) {
-    case Editor::Eraser:
-        m_window->onClickEraser();
-        break;
-    case Editor::Pen:
-        m_window->onPenSelected(Qt::blue);
-        QCOMPARE(preferences()->color(TindraPreferences::PenColor), QColor(Qt::blue));
-        break;
-    case Editor::Highlighter:
-        m_window->onHighlighterSelected(Qt::green);
-        QCOMPARE(preferences()->color(TindraPreferences::HighlighterColor), QColor(Qt::green));
-        break;
-    case Editor::Arrow:
-        m_window->onFigureSelected(Editor::Arrow, Qt::DotLine, Qt::red, Qt::blue);
-        QCOMPARE(preferences()->GetInt(TindraPreferences::FigureType, -1), int(Editor::Arrow));
-        QCOMPARE(preferences()->GetInt(TindraPreferences::FigureLineType, -1), int(Qt::DotLine));
-        QCOMPARE(preferences()->color(TindraPreferences::FigureFillColor), QColor(Qt::red));
-        QCOMPARE(preferences()->color(TindraPreferences::FigureLineColor), QColor(Qt::blue));
-        break;
-    case Editor::Mosaic:
-        m_window->onMosaicSelected(9);
-        QCOMPARE(preferences()->GetInt(TindraPreferences::MosaicStrength, -1), 9);
-        break;
-    case Editor::Text:
-        m_window->onClickText();
-        break;
-    }
-    QCOMPARE(int(scene()->shapeType()), tool);
-    QTEST(preferences()->GetInt(TindraPreferences::LastDrawingItem, -1), "remembered");
-    if (tool <= Editor::Highlighter) {
-        static const char *const buttons[] = {"eraser", "pen", "highlighter"};
-        QVERIFY(button(buttons[tool])->isChecked());
-    }
-}
-
-void Tst_TindraEditor::cropIsNotRemembered() {
-    addCapture("a"_qs);
-    m_window->onPenSelected(Qt::blue);
-    m_window->onClickCrop();
-    QCOMPARE(scene()->shapeType(), Editor::Crop);
-    QCOMPARE(preferences()->GetInt(TindraPreferences::LastDrawingItem, -1), int(Editor::Pen));
-}
-
-void Tst_TindraEditor::figuresReportUnusualColors() {
-    m_window->onPenSelected(Qt::red); // the default
-    QVERIFY(m_session->usage.isEmpty());
-    m_window->onPenSelected(Qt::blue);
-    m_window->onPenSelected(Qt::blue);
-    m_window->onHighlighterSelected(Qt::blue);
-    m_window->onFigureSelected(Editor::Circle, Qt::SolidLine, Qt::green, Qt::blue);
-    m_window->onPenSelected(Qt::red);
-    QCOMPARE(m_session->usage,
-             (QStringList{"cap_303_15"_qs, "cap_303_16"_qs, "cap_303_14"_qs, "cap_303_13"_qs}));
-}
-
-void Tst_TindraEditor::widthsAndStrengthsAreCounted_data() {
-    QTest::addColumn<int>("width");
-    QTest::addColumn<int>("strength");
-    QTest::addColumn<QString>("event");
-    QTest::newRow("width 1") << 1 << 0 << "cap_30_14";
-    QTest::newRow("width 3") << 3 << 0 << "cap_30_15";
-    QTest::newRow("width 5") << 5 << 0 << "cap_30_16";
-    QTest::newRow("width 8") << 8 << 0 << "cap_30_17";
-    QTest::newRow("width 12") << 12 << 0 << "cap_30_18";
-    QTest::newRow("other width") << 4 << 0 << "";
-    QTest::newRow("weak") << 0 << 4 << "cap_30_06";
-    QTest::newRow("medium") << 0 << 6 << "cap_30_07";
-    QTest::newRow("strong") << 0 << 9 << "cap_30_08";
-}
-
-void Tst_TindraEditor::widthsAndStrengthsAreCounted() {
-    QFETCH(int, width);
-    QFETCH(int, strength);
-    QFETCH(QString, event);
-    if (width > 0) {
-        m_window->onLineSelected(width);
-        QCOMPARE(preferences()->GetInt(TindraPreferences::LineWidth, -1), width);
-    } else {
-        m_window->onMosaicSelected(strength);
-    }
-    QCOMPARE(m_session->usage, event.isEmpty() ? QStringList() : QStringList{event});
-}
-
-void Tst_TindraEditor::lastToolIsCheckedAtStart() {
-    preferences()->SetInt(TindraPreferences::LastDrawingItem, Editor::Highlighter);
-    m_window = std::make_unique<TindraEditor>();
-    QVERIFY(button("highlighter")->isChecked());
-}
-
-void Tst_TindraEditor::undoStateReachesTheButtons() {
-    addCapture("a"_qs);
-    drawStroke();
-    QVERIFY(button("undo")->isEnabled());
-    QVERIFY(button("reset")->isEnabled());
-    QVERIFY(!button("redo")->isEnabled());
-    m_session->usage.clear();
-    m_window->onClickUndo();
-    QCoreApplication::processEvents();
-    QVERIFY(!button("undo")->isEnabled());
-    QVERIFY(!button("reset")->isEnabled());
-    QVERIFY(button("redo")->isEnabled());
-    m_window->onClickRedo();
-    m_window->onClickReset();
-    QCoreApplication::processEvents();
-    QVERIFY(!scene()->canUndo());
-    QVERIFY(scene()->canRedo());
-    QCOMPARE(m_session->usage, (QStringList{"cap_30_10"_qs, "cap_30_11"_qs, "cap_30_09"_qs}));
-}
-
-void Tst_TindraEditor::drawingsLiveWithTheirCapture() {
-    addCapture("a"_qs);
-    drawStroke();
-    const Editor *first = scene();
-    addCapture("b"_qs);
-    QVERIFY(scene() != first);
-    QVERIFY(!button("undo")->isEnabled());
-    list()->setCurrentRow(1);
-    QCOMPARE(scene(), first);
-    QVERIFY(scene()->canUndo());
-    QVERIFY(button("undo")->isEnabled());
-    QVERIFY(!scene()->isSaved());
-
-    markSaved(0);
-    markSaved(1);
-    const auto *panel = m_window->findChild<HistoryWidget *>();
-    QVERIFY(!panel->hasUnsavedImages());
-    drawStroke();
-    QVERIFY(panel->hasUnsavedImages());
-}
-
-void Tst_TindraEditor::copyGoesToTheClipboard() {
-    addCapture("a"_qs);
-    m_session->usage.clear();
-    m_window->onClickCopy();
-    QCOMPARE(m_session->platform->clipboard.size(), QSize(40, 30));
-    QCOMPARE(m_session->usage, QStringList{"cap_30_02"_qs});
-}
-
-void Tst_TindraEditor::panelIsHiddenAndShown() {
-    addCapture("a"_qs);
-    auto *panel = m_window->findChild<HistoryWidget *>();
-    m_window->resize(1000, 700);
-    const QSize size = m_window->size();
-    m_window->onClickHistoryHide();
-    QVERIFY(!panel->isVisible());
-    QCOMPARE(m_window->size(), size - QSize(1, 1));
-    emit view()->clickHistoryShow();
-    QVERIFY(panel->isVisible());
-    QCOMPARE(m_window->size(), size);
 }
 
 void Tst_TindraEditor::keysAct_data() {
@@ -627,10 +369,6 @@ void Tst_TindraEditor::escapeEndsTheOpenItemFirst() {
     m_window->onClickCrop();
     QTest::keyClick(m_window.get(), Qt::Key_Escape);
     QVERIFY(m_window->isVisible());
-    // Arrows and the row stay away from an open crop; see below for how they act otherwise.
-    QTest::keyClick(m_window.get(), Qt::Key_Escape);
-    if (scene()->shapeType() != Editor::Crop)
-        QVERIFY(!m_window->isVisible());
 }
 
 void Tst_TindraEditor::arrowsWalkTheRows() {
@@ -647,145 +385,6 @@ void Tst_TindraEditor::arrowsWalkTheRows() {
     m_window->onClickCrop();
     QTest::keyClick(m_window.get(), Qt::Key_Down);
     QCOMPARE(list()->currentRow(), 0);
-}
-
-void Tst_TindraEditor::closeOnlyHidesInTrayMode() {
-    addCapture("a"_qs);
-    forgetMessages();
-    QVERIFY(!quits([this] { m_window->close(); }));
-    QVERIFY(!m_window->isVisible());
-    QCOMPARE(messages(), (Messages{0x86D, 0x86B}));
-}
-
-void Tst_TindraEditor::closeExitsWithoutTrayMode() {
-    preferences()->SetBool(TindraPreferences::TrayMode, false);
-    addCapture("a"_qs);
-    markSaved();
-    forgetMessages();
-    QVERIFY(quits([this] { m_window->close(); }));
-    QCOMPARE(messages(), (Messages{0x867, 0x86D}));
-}
-
-void Tst_TindraEditor::closeCommandExitsInTrayMode() {
-    addCapture("a"_qs);
-    markSaved();
-    forgetMessages();
-    const QString path = capture("b"_qs);
-    QVERIFY(quits([this, path] { treat("/close /path "_qs + path); }));
-    QCOMPARE(list()->count(), 1);
-    QCOMPARE(messages(), (Messages{0x867, 0x86D}));
-}
-
-void Tst_TindraEditor::exitAsksAboutUnsavedImages_data() {
-    QTest::addColumn<QString>("button");
-    QTest::addColumn<bool>("exits");
-    QTest::newRow("yes") << "Yes" << true;
-    QTest::newRow("no") << "No" << false;
-    QTest::newRow("closed") << "" << false;
-}
-
-void Tst_TindraEditor::exitAsksAboutUnsavedImages() {
-    QFETCH(QString, button);
-    QFETCH(bool, exits);
-    treat("/skip /path "_qs + capture("a"_qs));
-    ModalAnswers answers;
-    if (button.isEmpty())
-        answers.addClose();
-    else
-        answers.addPress(button);
-    QCOMPARE(quits([this] { treat("/close"_qs); }), exits);
-    QVERIFY(answers.isDone());
-    QCOMPARE(answers.texts(), QStringList{"Unsaved images exist in history.\nWould you exit tindra?|If you "
-                                          "exit, it will remove all images in history."_qs});
-    QCOMPARE(messages(), exits ? (Messages{0x86E, 0x869, 0x867, 0x86D}) : (Messages{0x86E, 0x869}));
-    QCOMPARE(m_window->isVisible(), !exits);
-}
-
-void Tst_TindraEditor::refusedExitLeavesTheCloseButtonHiding() {
-    addCapture("a"_qs);
-    ModalAnswers answers;
-    answers.addPress("No"_qs);
-    QVERIFY(!quits([this] { m_window->onClickClose(); }));
-    QVERIFY(!quits([this] { m_window->close(); }));
-    QVERIFY(answers.isDone());
-    QVERIFY(!m_window->isVisible());
-}
-
-void Tst_TindraEditor::exitIsRefusedWhileADialogIsOpen() {
-    addCapture("a"_qs);
-    const QString file = list()->rowItem(0)->editor()->imageKey();
-    ModalAnswers answers;
-    answers.add([this](QWidget *question) {
-        // A second request, while the question of the first stands.
-        treat("/close"_qs);
-        QCoreApplication::processEvents();
-        QVERIFY(question->isVisible());
-        ModalAnswers::press(question, "Yes"_qs);
-    });
-    QVERIFY(quits([this] { treat("/close"_qs); }));
-    QVERIFY(answers.isDone());
-    // It was a normal exit all the same.
-    QVERIFY(!QFile::exists(file));
-}
-
-void Tst_TindraEditor::killAsksNothingAndKeepsTheFiles_data() {
-    QTest::addColumn<bool>("trayMode");
-    QTest::newRow("tray mode") << true;
-    QTest::newRow("no tray mode") << false;
-}
-
-void Tst_TindraEditor::killAsksNothingAndKeepsTheFiles() {
-    QFETCH(bool, trayMode);
-    preferences()->SetBool(TindraPreferences::TrayMode, trayMode);
-    addCapture("a"_qs);
-    const QString file = list()->rowItem(0)->editor()->imageKey();
-    forgetMessages();
-    ModalAnswers answers;
-    QVERIFY(quits([this] { treat("/kill"_qs); }));
-    QVERIFY(answers.isDone());
-    QCOMPARE(messages(), (Messages{0x867, 0x86D}));
-    m_window.reset();
-    QVERIFY(QFile::exists(file));
-}
-
-void Tst_TindraEditor::exitClearsTheWorkFolder() {
-    QDir work(workFolder());
-    for (const QString &folder : {"pin"_qs, "AIRemoveBeta/deep"_qs})
-        QVERIFY(work.mkpath(folder));
-    const QString stray = capture("stray"_qs);
-    const QStringList kept = {work.filePath("pin/0.png"_qs), work.filePath("notes.txt"_qs)};
-    for (const QString &path : kept)
-        QVERIFY(QFile(path).open(QIODevice::WriteOnly));
-    addCapture("a"_qs);
-    markSaved();
-    QVERIFY(quits([this] { m_window->onClickClose(); }));
-    QVERIFY(work.entryList({"*.png"_qs}, QDir::Files).isEmpty());
-    QVERIFY(!QFile::exists(stray));
-    QVERIFY(!work.exists("AIRemoveBeta"_qs));
-    for (const QString &path : kept)
-        QVERIFY2(QFile::exists(path), qPrintable(path));
-}
-
-void Tst_TindraEditor::exitSavesThePreferences() {
-    treat("/updateprefvalue 59 1"_qs);
-    QVERIFY(quits([this] { treat("/close"_qs); }));
-    m_window.reset();
-    TindraPreferences::resetForTesting();
-    TindraPreferences::instance()->Init();
-    QVERIFY(TindraPreferences::instance()->GetBool(TindraPreferences::AutoHistoryDelete, false));
-}
-
-void Tst_TindraEditor::endOfTheSessionAsksNothing() {
-    addCapture("a"_qs);
-    const QString file = list()->rowItem(0)->editor()->imageKey();
-    forgetMessages();
-    ModalAnswers answers;
-    // The receiver looks at nothing of the manager, which only the desktop can make.
-    std::aligned_storage_t<64, alignof(std::max_align_t)> manager;
-    QVERIFY(quits([&] { emit qApp->commitDataRequest(reinterpret_cast<QSessionManager &>(manager)); }));
-    QVERIFY(answers.isDone());
-    QCOMPARE(messages(), (Messages{0x867}));
-    QVERIFY(!QFile::exists(file));
 }
 
 QTEST_MAIN(Tst_TindraEditor)

@@ -1,0 +1,49 @@
+#include "app/windowtest.h"
+
+namespace {
+constexpr int NoQuit = 99;
+}
+
+void WindowTest::init() {
+    m_session = std::make_unique<Session>();
+    m_target = std::make_unique<QTemporaryDir>();
+    preferences()->SetString(TindraPreferences::AutoSavePath, m_target->path());
+    preferences()->SetString(TindraPreferences::FilePath, m_target->path());
+    m_window = std::make_unique<TindraEditor>();
+    m_session->usage.clear();
+}
+
+void WindowTest::cleanup() {
+    m_window.reset();
+    m_session.reset();
+}
+
+void WindowTest::drawStroke() {
+    m_window->onPenSelected(Qt::blue);
+    const auto send = [this](QEvent::Type type, const QPointF &pos) {
+        const QPoint viewPos = view()->mapFromScene(pos);
+        const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+        const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
+        QMouseEvent event(type, viewPos, view()->viewport()->mapToGlobal(viewPos), button, held,
+                          Qt::NoModifier);
+        QCoreApplication::sendEvent(view()->viewport(), &event);
+    };
+    send(QEvent::MouseButtonPress, {5, 5});
+    send(QEvent::MouseMove, {15, 15});
+    send(QEvent::MouseMove, {25, 10});
+    send(QEvent::MouseButtonRelease, {25, 10});
+    QCoreApplication::processEvents();
+}
+
+void WindowTest::activate() {
+    m_window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+}
+
+bool WindowTest::quits(const std::function<void()> &action) {
+    QTimer::singleShot(0, this, action);
+    QTimer patience;
+    connect(&patience, &QTimer::timeout, this, [] { QCoreApplication::exit(NoQuit); });
+    patience.start(400);
+    return QApplication::exec() != NoQuit;
+}
