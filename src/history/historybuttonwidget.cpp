@@ -102,6 +102,13 @@ void HistoryButtonWidget::enableMenu() {
     m_print->setEnabled(enabled);
 }
 
+// The style sheet says late, and again at each change of scale, how large the button is.
+bool HistoryButtonWidget::event(QEvent *event) {
+    if (event->type() == QEvent::LayoutRequest && m_item)
+        m_item->setSizeHint(sizeHint());
+    return QWidget::event(event);
+}
+
 void HistoryButtonWidget::contextMenuEvent(QContextMenuEvent *event) {
     if (!m_item)
         return;

@@ -63,6 +63,7 @@ public slots:
     void onContextMenuPrintImages();
 
 protected:
+    bool event(QEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 

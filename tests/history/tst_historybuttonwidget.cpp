@@ -14,6 +14,7 @@ class Tst_HistoryButtonWidget : public QObject {
 private slots:
     void init();
     void cleanup();
+    void rowIsAsHighAsItsButton();
     void thumbnailComesAfterTheRow();
     void firstUpdateDependsOnTheArea_data();
     void firstUpdateDependsOnTheArea();
@@ -53,6 +54,13 @@ void Tst_HistoryButtonWidget::init() {
 void Tst_HistoryButtonWidget::cleanup() {
     m_list.reset();
     m_session.reset();
+}
+
+void Tst_HistoryButtonWidget::rowIsAsHighAsItsButton() {
+    add(Session::captureFile("a"_qs));
+    m_list->show();
+    m_button->setFixedSize(156, 156); // as the style sheet does on a screen of twice the density
+    QTRY_COMPARE(m_list->rowItem(0)->sizeHint().height(), 156);
 }
 
 void Tst_HistoryButtonWidget::thumbnailComesAfterTheRow() {
