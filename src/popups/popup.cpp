@@ -18,31 +18,20 @@
 
 namespace {
 
-/// How far `to` lies from `from` in the direction of an arrow key, sideways steps counting double; the
-/// largest integer when it does not lie that way at all.
-int distanceAlong(int key, QPoint from, QPoint to) {
-    const QPoint step = to - from;
-    int ahead = 0;
-    int aside = 0;
-    switch (key) {
-    case Qt::Key_Left:
-        ahead = -step.x();
-        aside = step.y();
-        break;
-    case Qt::Key_Right:
-        ahead = step.x();
-        aside = step.y();
-        break;
-    case Qt::Key_Up:
-        ahead = -step.y();
-        aside = step.x();
-        break;
-    default:
-        ahead = step.y();
-        aside = step.x();
-        break;
+/// How hard it is to get from one widget to another with an arrow key; the largest integer when the other
+/// does not lie that way at all. Sideways that is only what stands in the same row, upwards and downwards
+/// the next row counts before the nearest column.
+int distanceAlong(int key, const QRect &from, const QRect &to) {
+    constexpr int rowWeight = 8;
+    constexpr int never = std::numeric_limits<int>::max();
+    const QPoint step = to.center() - from.center();
+    const bool sameRow = from.top() <= to.bottom() && to.top() <= from.bottom();
+    if (key == Qt::Key_Left || key == Qt::Key_Right) {
+        const int ahead = key == Qt::Key_Left ? -step.x() : step.x();
+        return sameRow && ahead > 0 ? ahead : never;
     }
-    return ahead > 0 ? ahead + 2 * std::abs(aside) : std::numeric_limits<int>::max();
+    const int ahead = key == Qt::Key_Up ? -step.y() : step.y();
+    return !sameRow && ahead > 0 ? rowWeight * ahead + std::abs(step.x()) : never;
 }
 
 } // namespace
@@ -241,14 +230,15 @@ bool Popup::focusNextPrevChild(bool next) {
 
 void Popup::moveFocus(QWidget *from, int key) {
     const auto buttons = findChildren<QAbstractButton *>();
-    const QPoint start = from->mapTo(this, from->rect().center());
+    const QRect start(from->mapTo(this, QPoint()), from->size());
     QAbstractButton *nearest = nullptr;
     int least = std::numeric_limits<int>::max();
     for (QAbstractButton *button : buttons) {
         if (button->window() != window() || !button->isVisible() || !button->isEnabled() ||
             button->focusPolicy() == Qt::NoFocus)
             continue;
-        const int distance = distanceAlong(key, start, button->mapTo(this, button->rect().center()));
+        const QRect place(button->mapTo(this, QPoint()), button->size());
+        const int distance = distanceAlong(key, start, place);
         if (distance < least) {
             least = distance;
             nearest = button;

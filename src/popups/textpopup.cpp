@@ -48,7 +48,9 @@ void TextPopup::addSizeBox(QHBoxLayout *row) {
     m_size->setCompleter(nullptr);
     for (const int size : sizes())
         m_size->addItem(QString::number(size), size);
+    // The mouse reaches the field, the keys reach the box, which passes them on.
     m_size->lineEdit()->installEventFilter(this);
+    m_size->installEventFilter(this);
     row->addWidget(m_size);
 }
 
@@ -152,16 +154,15 @@ void TextPopup::stopTyping() {
         return;
     windowHandle()->setFlag(Qt::WindowDoesNotAcceptFocus, true);
     m_size->clearFocus();
-    if (m_windowBefore)
-        m_windowBefore->activateWindow();
+    QWidget *target = m_windowBefore ? m_windowBefore.data() : parentWidget();
+    if (target)
+        target->activateWindow();
 }
 
 bool TextPopup::eventFilter(QObject *watched, QEvent *event) {
-    if (watched != m_size->lineEdit())
-        return Popup::eventFilter(watched, event);
-    if (event->type() == QEvent::MouseButtonPress)
+    if (watched == m_size->lineEdit() && event->type() == QEvent::MouseButtonPress)
         startTyping();
-    if (event->type() == QEvent::KeyPress && isTyping()) {
+    if (watched == m_size && event->type() == QEvent::KeyPress && isTyping()) {
         switch (static_cast<QKeyEvent *>(event)->key()) {
         case Qt::Key_Return:
         case Qt::Key_Enter:

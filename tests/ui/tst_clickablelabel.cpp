@@ -1,0 +1,52 @@
+#include "ui/clickablelabel.h"
+
+#include <QApplication>
+#include <QHoverEvent>
+#include <QSignalSpy>
+#include <QTest>
+
+class Tst_ClickableLabel : public QObject {
+    Q_OBJECT
+private slots:
+    void pressIsAClick();
+    void mouseComesAndGoes();
+    void eventsReachTheLabelAsWell();
+};
+
+void Tst_ClickableLabel::pressIsAClick() {
+    ClickableLabel label(QStringLiteral("text"));
+    QSignalSpy clicked(&label, &ClickableLabel::clicked);
+    QTest::mousePress(&label, Qt::LeftButton);
+    QCOMPARE(clicked.count(), 1);
+    QTest::mouseRelease(&label, Qt::LeftButton);
+    QCOMPARE(clicked.count(), 1);
+}
+
+void Tst_ClickableLabel::mouseComesAndGoes() {
+    ClickableLabel label;
+    QVERIFY(label.testAttribute(Qt::WA_Hover));
+    QSignalSpy hover(&label, &ClickableLabel::hover);
+    QSignalSpy leaved(&label, &ClickableLabel::leaved);
+    QHoverEvent enter(QEvent::HoverEnter, QPointF(1, 1), QPointF(-1, -1));
+    QApplication::sendEvent(&label, &enter);
+    QCOMPARE(hover.count(), 1);
+    QCOMPARE(label.cursor().shape(), Qt::PointingHandCursor);
+    QHoverEvent leave(QEvent::HoverLeave, QPointF(-1, -1), QPointF(1, 1));
+    QApplication::sendEvent(&label, &leave);
+    QCOMPARE(leaved.count(), 1);
+    QCOMPARE(hover.count(), 1);
+    QCOMPARE(label.cursor().shape(), Qt::ArrowCursor);
+}
+
+void Tst_ClickableLabel::eventsReachTheLabelAsWell() {
+    ClickableLabel label(QStringLiteral("<a href='x'>link</a>"));
+    label.setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::TextSelectableByMouse);
+    label.resize(label.sizeHint());
+    label.show();
+    QSignalSpy link(&label, &QLabel::linkActivated);
+    QTest::mouseClick(&label, Qt::LeftButton, {}, QPoint(6, label.height() / 2));
+    QCOMPARE(link.count(), 1);
+}
+
+QTEST_MAIN(Tst_ClickableLabel)
+#include "tst_clickablelabel.moc"
