@@ -33,6 +33,8 @@ Editor::Editor(QObject *parent) : QGraphicsScene(parent) {
 }
 
 Editor::~Editor() {
+    // While everything is still there: whoever attached a popup to an open item hears of its end.
+    finishCurrentItem(false);
     clearImage();
 }
 
@@ -101,8 +103,10 @@ void Editor::setShape(ShapeType shape) {
 }
 
 void Editor::restoreLastShape() {
-    const TindraPreferences &preferences = *TindraPreferences::instance();
-    setShape(static_cast<ShapeType>(preferences.GetInt(TindraPreferences::LastDrawingItem, Rectangle)));
+    const int stored = TindraPreferences::instance()->GetInt(TindraPreferences::LastDrawingItem, Rectangle);
+    // A settings file can hold any number. An open text or crop without its item, or no tool at all, would
+    // leave an editor that takes no press.
+    setShape(stored >= Eraser && stored <= Text ? static_cast<ShapeType>(stored) : Rectangle);
 }
 
 void Editor::startCrop() {
@@ -171,12 +175,14 @@ void Editor::mousePressEvent(QGraphicsSceneMouseEvent *event) {
     }
     if (!left)
         return;
+    // Also for a tool that makes no item: the release counts it as used.
+    m_pressPos = pos;
+    m_lastPos = pos;
+    m_lastShift = false;
     const NewItem item = createItem(m_shapeType, QRectF(visibleRect()));
     m_currentItem = item.drawing;
     if (!item.drawing)
         return;
-    m_pressPos = pos;
-    m_lastPos = pos;
     item.drawing->drawStart(pos);
     addItem(item.graphics);
     m_currentOnTop = true;
@@ -196,6 +202,7 @@ void Editor::mouseMoveEvent(QGraphicsSceneMouseEvent *event) {
             return;
         growCurrentItem(pos, shift);
         m_lastPos = pos;
+        m_lastShift = shift;
         // Keeps the views from looking for an item under the mouse that might set the cursor, which asks
         // every stroke there for its shape.
         event->accept();
@@ -209,14 +216,27 @@ void Editor::mouseReleaseEvent(QGraphicsSceneMouseEvent *event) {
     QGraphicsScene::mouseReleaseEvent(event);
     if (m_shapeType == TextEditing || m_shapeType == Crop || m_shapeType == Eraser)
         return;
+    endDrag(event->scenePos().toPoint(), event->modifiers() & Qt::ShiftModifier);
+}
+
+void Editor::endDrag(QPoint pos, bool shift) {
     if (m_pressPos == NoPos)
         return;
-    const QPoint pos = event->scenePos().toPoint();
     if (m_currentItem && !dropClickOfPen(pos))
-        finishStroke(pos, event->modifiers() & Qt::ShiftModifier);
+        finishStroke(pos, shift);
     m_pressPos = NoPos;
     m_lastPos = NoPos;
     reportToolUse();
+}
+
+void Editor::finishDrag() {
+    // The press that opened a text has nothing left to end, and the current item is the open one.
+    if (m_shapeType == TextEditing || m_shapeType == Crop) {
+        m_pressPos = NoPos;
+        m_lastPos = NoPos;
+        return;
+    }
+    endDrag(m_lastPos, m_lastShift);
 }
 
 bool Editor::dropClickOfPen(QPoint pos) {
@@ -363,6 +383,8 @@ void Editor::rejectCurrentItem() {
     if (!item)
         return;
     m_undoList.removeOne(item);
+    // There, if Undo or Reset took the open crop out of the scene.
+    m_redoList.removeOne(item);
     takeOutOfScene(item);
     // Later: this runs inside a signal of that very item.
     if (auto *object = dynamic_cast<QObject *>(item))

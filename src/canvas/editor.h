@@ -53,6 +53,9 @@ public:
     void startCrop();
     /// Closes an open text or crop, keeping or discarding it.
     void finishCurrentItem(bool accept);
+    /// Ends a drag that the mouse will not end here, as a release where the mouse was last would: what was
+    /// drawn stays, as a step. Without a drag nothing happens.
+    void finishDrag();
     /// The item under construction or open; not owned.
     DrawingInterface *currentItem() const { return m_currentItem; }
 
@@ -152,6 +155,7 @@ private:
     /// Whether the release ended a pen stroke where it began, which leaves nothing.
     bool dropClickOfPen(QPoint pos);
     void finishStroke(QPoint pos, bool shift);
+    void endDrag(QPoint pos, bool shift);
     void toggle(QList<QGraphicsItem *> &from, QList<QGraphicsItem *> &to);
     void takeOutOfScene(QGraphicsItem *item);
     void rejectCurrentItem();
@@ -165,6 +169,7 @@ private:
     QPoint m_savedCenter;
     QPoint m_pressPos{-1, -1};
     QPoint m_lastPos{-1, -1};
+    bool m_lastShift = false; ///< the Shift key of the last move
     DrawingInterface *m_currentItem = nullptr;
     QString m_savedPath;
     int m_zoomStep = -1;

@@ -5,22 +5,24 @@
 
 #include <QCoreApplication>
 #include <QCursor>
+#include <QEventLoop>
 #include <QGuiApplication>
 #include <QPointer>
 
 namespace {
 
 /// The wait cursor while it lives. Events are processed on both sides, so that the windows show it and
-/// stay painted.
+/// stay painted. The user's have to wait: a stroke drawn now is not in the file, but would count as saved
+/// with it.
 class WaitCursor {
 public:
     WaitCursor() {
         QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-        QCoreApplication::processEvents();
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     }
     ~WaitCursor() {
         QGuiApplication::restoreOverrideCursor();
-        QCoreApplication::processEvents();
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     }
     WaitCursor(const WaitCursor &) = delete;
     WaitCursor &operator=(const WaitCursor &) = delete;

@@ -58,13 +58,17 @@ void EditorView::connectMenu() {
 }
 
 void EditorView::setEditor(Editor *editor) {
-    if (m_editor)
+    if (m_editor) {
+        // A capture can arrive in the middle of a drag, and its end will be another scene's.
+        m_editor->finishDrag();
         m_editor->setSavedCenter(mapToScene(viewport()->rect().center()).toPoint());
+    }
     for (const QMetaObject::Connection &connection : qAsConst(m_editorConnections))
         disconnect(connection);
     m_editorConnections.clear();
     m_background.clear();
     m_frame.clear();
+    m_frameImage.reset();
     m_editor = editor;
     setScene(editor);
     if (editor) {

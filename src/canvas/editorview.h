@@ -9,6 +9,8 @@
 #include <QPointer>
 #include <QVector>
 
+#include <optional>
+
 class CanvasMenu;
 class CanvasViewport;
 class DebounceFunc;
@@ -81,7 +83,10 @@ private:
     void placeHistoryButton();
     /// Sizes in device pixels, from those at 96 per inch.
     int scaled(int size) const;
+    void scheduleRefresh();
     void refreshBackground();
+    /// Whether the capture has another picture, under whatever key, than the frame was painted from.
+    bool takeImageChange();
     void repaintAll();
     void adaptFrame();
     void renderFrame(const QRegion &stale);
@@ -98,6 +103,7 @@ private:
     DebounceFunc *m_backgroundDebounce = nullptr;
     SmoothBackground m_background;
     ViewFrame m_frame;
-    QRegion m_rendered; ///< what of the frame is being painted, while it is
+    std::optional<qint64> m_frameImage; ///< `QPixmap::cacheKey` of what the frame was painted from
+    QRegion m_rendered;                 ///< what of the frame is being painted, while it is
     CanvasMenu *m_contextMenu;
 };

@@ -18,6 +18,7 @@ constexpr int DeviceMargin = 2;
 } // namespace
 
 void EditorView::paintEvent(QPaintEvent *event) {
+    scheduleRefresh();
     if (!m_editor) {
         QPainter painter(viewport());
         for (const QRect &rect : event->region())
@@ -25,7 +26,12 @@ void EditorView::paintEvent(QPaintEvent *event) {
         return;
     }
     adaptFrame();
-    const QRegion stale = m_frame.takeStale(event->region());
+    QRegion stale = m_frame.takeStale(event->region());
+    // Only then is the picture asked for anyway; what a mere exposure shows is looked at by the later job.
+    if (!stale.isEmpty() && takeImageChange()) {
+        repaintAll();
+        stale = m_frame.takeStale(event->region());
+    }
     if (!stale.isEmpty())
         renderFrame(stale);
     QPainter painter(viewport());
@@ -118,9 +124,6 @@ void EditorView::drawBackground(QPainter *painter, const QRectF &) {
     if (painting)
         return;
     const FlagGuard guard(painting);
-    if (!m_backgroundDebounce)
-        m_backgroundDebounce = new DebounceFunc([this] { refreshBackground(); }, BackgroundQuietTime, this);
-    m_backgroundDebounce->call();
     if (!m_editor)
         return;
     const QTransform transform = painter->transform();
@@ -139,10 +142,26 @@ void EditorView::drawBackground(QPainter *painter, const QRectF &) {
     painter->restore();
 }
 
+void EditorView::scheduleRefresh() {
+    if (!m_backgroundDebounce)
+        m_backgroundDebounce = new DebounceFunc([this] { refreshBackground(); }, BackgroundQuietTime, this);
+    m_backgroundDebounce->call();
+}
+
 void EditorView::refreshBackground() {
     if (!m_editor)
         return;
+    const bool otherImage = takeImageChange();
+    const bool otherCopy =
+        m_background.refresh(m_editor->flatten(false, true), m_editor->visibleRect(), m_zoom);
     // Only for a new picture, since every paint calls this again.
-    if (m_background.refresh(m_editor->flatten(false, true), m_editor->visibleRect(), m_zoom))
+    if (otherImage || otherCopy)
         repaintAll();
+}
+
+bool EditorView::takeImageChange() {
+    const qint64 image = m_editor->flatten(false, true).cacheKey();
+    const bool changed = m_frameImage && *m_frameImage != image;
+    m_frameImage = image;
+    return changed;
 }

@@ -140,8 +140,8 @@ bool HistoryListWidget::confirmRemoval(HistoryListWidgetItem *item) {
 void HistoryListWidget::takeRow(HistoryListWidgetItem *item, bool destroy) {
     const QSignalBlocker oneChangeOnly(this);
     if (destroy) {
+        // It deletes its file itself, after it has closed what is open in it.
         Editor *editor = item->editor();
-        editor->clearImage();
         editor->setParent(nullptr);
         delete editor;
     }

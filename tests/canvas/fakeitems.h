@@ -5,21 +5,26 @@
 #include "canvas/items/drawingitem.h"
 
 #include <QGraphicsObject>
+#include <QGraphicsSceneMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
 #include <QStringList>
 
+#include <memory>
+
 class DrawingCropItem;
 class DrawingTextItem;
 
-/// Items that stand in for the product's own and write down what the editor does with them.
+/// Items that stand in for the product's own and write down what the editor does with them, to the end of
+/// the editor itself: so the log belongs to all of them.
+using ItemLog = std::shared_ptr<QStringList>;
 
 /// A figure: fills the rectangle between press and mouse with green.
 class FakeFigure : public DrawingItem, public DrawingInterface {
     Q_OBJECT
 public:
-    FakeFigure(const QRectF &sceneRect, QObject *parent, QStringList *log)
-        : DrawingItem(DrawingAttributes(), sceneRect, parent), m_log(log) {}
+    FakeFigure(const QRectF &sceneRect, QObject *parent, ItemLog log)
+        : DrawingItem(DrawingAttributes(), sceneRect, parent), m_log(std::move(log)) {}
 
     QRectF clip() const { return m_sceneRect; }
     QRectF drawStart(QPoint pos) override {
@@ -61,7 +66,7 @@ private:
                           .arg(scene() ? QString() : QStringLiteral(" outside")));
     }
 
-    QStringList *m_log;
+    ItemLog m_log;
     QPointF m_start;
     QPainterPath m_hit;
 };
@@ -70,7 +75,7 @@ private:
 class FakeText : public QGraphicsObject, public DrawingInterface {
     Q_OBJECT
 public:
-    FakeText(const QRectF &sceneRect, QObject *parent, QStringList *log) : clip(sceneRect), m_log(log) {
+    FakeText(const QRectF &sceneRect, QObject *parent, ItemLog log) : clip(sceneRect), m_log(std::move(log)) {
         setParent(parent);
     }
     void close(bool succeed, bool abort) { emit finishEdit(succeed, abort); }
@@ -105,16 +110,26 @@ signals:
 public slots:
     void onChangeSceneRect(QRectF sceneRect) { clip = sceneRect; }
 
+protected:
+    // Reaches the item from the scene's own handling of the press, if it has grabbed the mouse.
+    void mousePressEvent(QGraphicsSceneMouseEvent *event) override {
+        event->accept();
+        if (boundingRect().contains(mapFromScene(event->scenePos())))
+            return;
+        ungrabMouse();
+        close(true, false);
+    }
+
 private:
-    QStringList *m_log;
+    ItemLog m_log;
 };
 
 /// A crop: the frame is set by the test. Undo and redo switch between the crop before and the accepted one.
 class FakeCrop : public DrawingItem, public DrawingInterface {
     Q_OBJECT
 public:
-    FakeCrop(const QRectF &sceneRect, const QRect &cropBefore, QObject *parent, QStringList *log)
-        : DrawingItem(DrawingAttributes(), sceneRect, parent), before(cropBefore), m_log(log) {}
+    FakeCrop(const QRectF &sceneRect, const QRect &cropBefore, QObject *parent, ItemLog log)
+        : DrawingItem(DrawingAttributes(), sceneRect, parent), before(cropBefore), m_log(std::move(log)) {}
 
     bool isDrawn() const override { return false; }
     QRectF drawStart(QPoint) override { return QRectF(); }
@@ -152,7 +167,7 @@ protected:
     }
 
 private:
-    QStringList *m_log;
+    ItemLog m_log;
     QRect m_accepted;
 };
 
@@ -160,7 +175,8 @@ private:
 class TestEditor : public Editor {
     Q_OBJECT
 public:
-    QStringList log;
+    const ItemLog sharedLog = std::make_shared<QStringList>();
+    QStringList &log = *sharedLog;
     FakeFigure *figure = nullptr;
     FakeText *text = nullptr;
     FakeCrop *crop = nullptr;
@@ -173,15 +189,15 @@ protected:
         savedPathAtCreation = savedPath();
         switch (shape) {
         case Rectangle:
-            figure = new FakeFigure(sceneRect, this, &log);
+            figure = new FakeFigure(sceneRect, this, sharedLog);
             connectDrawing(figure);
             return {figure, figure, nullptr, nullptr};
         case Text:
-            text = new FakeText(sceneRect, this, &log);
+            text = new FakeText(sceneRect, this, sharedLog);
             connectText(text);
             return {text, text, nullptr, nullptr};
         case ShapeTypes::Crop:
-            crop = new FakeCrop(sceneRect, cropRect(), this, &log);
+            crop = new FakeCrop(sceneRect, cropRect(), this, sharedLog);
             connectCrop(crop);
             return {crop, crop, nullptr, nullptr};
         case Mosaic:

@@ -41,7 +41,9 @@ private slots:
     void dragReachesTheItemInWholePixels();
     void rightButtonDrawsNothing();
     void pressDuringGestureDrawsNothing();
-    void toolWithoutItemChangesNothing();
+    void toolWithoutItemIsUsedAndChangesNothing();
+    void storedToolThatNobodyCanHoldGivesTheRectangle_data();
+    void storedToolThatNobodyCanHoldGivesTheRectangle();
 
     void clickLeavesNothingButMarksUnsaved_data();
     void clickLeavesNothingButMarksUnsaved();
@@ -50,6 +52,7 @@ private slots:
     void newItemMakesUndoneOnesUnreachable();
     void undoAndRedoMoveItems();
     void resetCanBeRedoneStepByStep();
+    void resetAfterTheEraserIsRedoneBeforeWhatWasErased();
 
     void eraserTakesTheTopmostItem();
     void eraserReachesOnePixel_data();
@@ -68,7 +71,17 @@ private slots:
     void cropCancelledByAnotherTool();
     void cropGoesBackToThePreviousTool();
     void startCropNeedsTheCropTool();
+    void cropTakenBackWhileOpenCanBeCancelled();
     void pressesBelongToTheOpenCrop();
+    void closingSaysSoBeforeTheToolChanges();
+    void editorThatDiesClosesWhatIsOpen_data();
+    void editorThatDiesClosesWhatIsOpen();
+    void pressOutsideAnOpenTextOnlyClosesIt();
+    void swapInTheMiddleOfADragKeepsTheStroke_data();
+    void swapInTheMiddleOfADragKeepsTheStroke();
+    void swapKeepsTheShiftOfTheLastMove();
+    void swapAfterAPressLeavesNothing();
+    void swapLeavesAnOpenTextAlone();
     void finishCurrentItemActsOnOpenItemsOnly();
     void cropWidensTheClipWhileItIsOpen();
 
@@ -80,6 +93,8 @@ private slots:
     void flattenSkipsTheCropItem();
     void missingImageGivesNull();
 
+    void usageCodeOfTool_data();
+    void usageCodeOfTool();
     void usageIsReportedOncePerToolAndLineStyle();
     void textUsageIsReportedAfterTheClosingClick();
 
@@ -87,8 +102,11 @@ private slots:
     void saveWithoutMarkLeavesTheCaptureUnsaved();
     void failedSaveKeepsSavedPath();
     void saveShowsTheWaitCursorAndKeepsEventsGoing();
+    void editorMayDieDuringASave();
     void saveKeepsWhatIsBeingTyped();
     void pinImageIsUntouched();
+    void pinningKeepsWhatIsOpen_data();
+    void pinningKeepsWhatIsOpen();
     void copyPutsWhatIsSeenOnTheClipboard();
     void imageFileBelongsToTheEditor();
 
@@ -224,15 +242,36 @@ void Tst_Editor::pressDuringGestureDrawsNothing() {
     QVERIFY(m_editor->canUndo());
 }
 
-void Tst_Editor::toolWithoutItemChangesNothing() {
+void Tst_Editor::toolWithoutItemIsUsedAndChangesNothing() {
     m_editor->setSavedPath(QStringLiteral("/somewhere.png"));
     m_editor->setShape(Editor::Mosaic);
     drag({{10, 20}, {30, 40}});
     QVERIFY(m_editor->items().isEmpty());
     QVERIFY(!m_editor->canUndo());
     QVERIFY(m_editor->isSaved());
-    QVERIFY(m_usage.isEmpty());
+    QCOMPARE(m_usage, QStringList{QStringLiteral("cap_30_05")});
     QCOMPARE(m_editor->shapeType(), Editor::Mosaic);
+}
+
+void Tst_Editor::storedToolThatNobodyCanHoldGivesTheRectangle_data() {
+    QTest::addColumn<int>("stored");
+    QTest::addColumn<int>("tool");
+    for (int tool = Editor::Eraser; tool <= Editor::Text; ++tool)
+        QTest::addRow("tool %d", tool) << tool << tool;
+    QTest::newRow("open text") << 10 << int(Editor::Rectangle);
+    QTest::newRow("closed text") << 11 << int(Editor::Rectangle);
+    QTest::newRow("crop") << 12 << int(Editor::Rectangle);
+    QTest::newRow("no tool") << 99 << int(Editor::Rectangle);
+    QTest::newRow("negative") << -1 << int(Editor::Rectangle);
+}
+
+void Tst_Editor::storedToolThatNobodyCanHoldGivesTheRectangle() {
+    QFETCH(int, stored);
+    QFETCH(int, tool);
+    m_editor->setShape(Editor::Pen);
+    TindraPreferences::instance()->SetInt(TindraPreferences::LastDrawingItem, stored);
+    m_editor->restoreLastShape();
+    QCOMPARE(int(m_editor->shapeType()), tool);
 }
 
 void Tst_Editor::clickLeavesNothingButMarksUnsaved_data() {
@@ -332,6 +371,23 @@ void Tst_Editor::resetCanBeRedoneStepByStep() {
     click(30, 30);
     m_editor->reset();
     QVERIFY(m_editor->items().isEmpty());
+}
+
+void Tst_Editor::resetAfterTheEraserIsRedoneBeforeWhatWasErased() {
+    m_editor->setShape(Editor::Pen);
+    for (int y : {10, 30, 50})
+        drag({{10, y}, {60, y}});
+    const QList<QGraphicsItem *> drawn = m_editor->items(Qt::AscendingOrder);
+    m_editor->setShape(Editor::Eraser);
+    click(30, 30);
+    m_editor->reset();
+    // Redo gives back the latest loss first: the reset's oldest stroke, then the next, then the erased one.
+    const QList<QGraphicsItem *> expected{drawn.at(0), drawn.at(2), drawn.at(1)};
+    for (int i = 1; i <= 3; ++i) {
+        m_editor->redo();
+        QCOMPARE(m_editor->items(Qt::AscendingOrder), expected.mid(0, i));
+    }
+    QVERIFY(!m_editor->canRedo());
 }
 
 void Tst_Editor::eraserTakesTheTopmostItem() {
@@ -589,6 +645,175 @@ void Tst_Editor::startCropNeedsTheCropTool() {
     QVERIFY(m_editor->cropRect().isNull());
 }
 
+void Tst_Editor::cropTakenBackWhileOpenCanBeCancelled() {
+    m_editor->setShape(Editor::Pen);
+    drag({{10, 10}, {60, 10}});
+    openCrop();
+    const QPointer<FakeCrop> crop = m_editor->crop;
+    m_editor->reset();
+    m_editor->finishCurrentItem(false);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(!crop);
+    QCOMPARE(m_editor->shapeType(), Editor::Pen);
+    // The stroke is the only step left, and comes back.
+    m_editor->redo();
+    QCOMPARE(m_editor->items().size(), 1);
+    QVERIFY(!m_editor->canRedo());
+    m_editor->undo();
+    drag({{10, 30}, {60, 30}});
+    m_editor->redo();
+    QCOMPARE(m_editor->items().size(), 1);
+}
+
+void Tst_Editor::closingSaysSoBeforeTheToolChanges() {
+    QStringList order;
+    const auto note = [&order](const char *what) { order.append(QString::fromLatin1(what)); };
+    connect(m_editor.get(), &Editor::finishTextItem, this, [&] { note("text finished"); });
+    connect(m_editor.get(), &Editor::finishCropItem, this, [&] { note("crop finished"); });
+    connect(m_editor.get(), &Editor::changedShape, this, [&] { note("tool"); });
+    connect(m_editor.get(), &Editor::updateImageSize, this, [&] { note("size"); });
+    connect(m_editor.get(), &Editor::changeSceneRect, this, [&] { note("rectangle"); });
+    connect(m_editor.get(), &Editor::changed, this, [&](const QList<QRectF> &areas) {
+        // Only onCrop tells at once; what the scene itself tells comes with a later turn of the loop.
+        if (areas == QList<QRectF>{QRectF(20, 30, 50, 40)})
+            note("changed");
+    });
+    m_editor->setShape(Editor::Text);
+    click(30, 30);
+    order.clear();
+    m_editor->text->close(true, false);
+    const QStringList closed{QStringLiteral("text finished"), QStringLiteral("tool")};
+    QCOMPARE(order, closed);
+
+    openCrop();
+    order.clear();
+    m_editor->crop->frame = QRect(20, 30, 50, 40);
+    m_editor->finishCurrentItem(true);
+    const QStringList cropped{QStringLiteral("size"), QStringLiteral("rectangle"), QStringLiteral("changed"),
+                              QStringLiteral("crop finished"), QStringLiteral("tool")};
+    QCOMPARE(order, cropped);
+}
+
+void Tst_Editor::editorThatDiesClosesWhatIsOpen_data() {
+    QTest::addColumn<bool>("text");
+    QTest::newRow("text") << true;
+    QTest::newRow("crop") << false;
+}
+
+void Tst_Editor::editorThatDiesClosesWhatIsOpen() {
+    QFETCH(bool, text);
+    int closed = 0;
+    const auto note = [&] {
+        ++closed;
+        // The item is still there, for a popup to let go of.
+        QVERIFY(text ? m_editor->text->clip.isValid() : !m_editor->crop->isDrawn());
+    };
+    connect(m_editor.get(), &Editor::finishTextItem, this, note);
+    connect(m_editor.get(), &Editor::finishCropItem, this, note);
+    if (text) {
+        m_editor->setShape(Editor::Text);
+        click(30, 30);
+    } else {
+        openCrop();
+    }
+    const ItemLog log = m_editor->sharedLog;
+    delete m_editor.get();
+    m_editor.release();
+    QCOMPARE(closed, 1);
+    QVERIFY(log->contains(text ? QStringLiteral("text finish 0") : QStringLiteral("crop finish 0")));
+}
+
+void Tst_Editor::pressOutsideAnOpenTextOnlyClosesIt() {
+    QSignalSpy created(m_editor.get(), SIGNAL(createTextItem(DrawingTextItem *)));
+    m_editor->setShape(Editor::Text);
+    click(30, 30);
+    m_editor->text->grabMouse();
+    click(40, 40); // inside
+    QCOMPARE(m_editor->shapeType(), Editor::TextEditing);
+    click(120, 100);
+    QCOMPARE(m_editor->shapeType(), Editor::Text);
+    QCOMPARE(created.count(), 1);
+    QVERIFY(m_editor->canUndo());
+    QCOMPARE(m_editor->items().size(), 1);
+    click(120, 100);
+    QCOMPARE(created.count(), 2);
+    QCOMPARE(m_editor->shapeType(), Editor::TextEditing);
+}
+
+void Tst_Editor::swapInTheMiddleOfADragKeepsTheStroke_data() {
+    QTest::addColumn<int>("shape");
+    QTest::newRow("pen") << int(Editor::Pen);
+    QTest::newRow("highlighter") << int(Editor::Highlighter);
+    QTest::newRow("figure") << int(Editor::Rectangle);
+}
+
+void Tst_Editor::swapInTheMiddleOfADragKeepsTheStroke() {
+    QFETCH(int, shape);
+    TindraPreferences::instance()->SetInt(TindraPreferences::LastDrawingItem, shape);
+    m_editor->setShape(static_cast<Editor::ShapeType>(shape));
+    m_mouse->press(at(20, 20));
+    m_mouse->move(at(60, 40));
+    m_mouse->move(at(90, 50));
+    TestEditor arrived;
+    capture::load(arrived, QStringLiteral("arrived"), m_picture);
+    m_view->setEditor(&arrived);
+    QVERIFY(m_editor->canUndo());
+    QVERIFY(!m_editor->currentItem());
+    QCOMPARE(m_editor->items().size(), 1);
+    QCOMPARE(m_usage.size(), 1);
+    if (shape == Editor::Rectangle)
+        QCOMPARE(m_editor->log.last(), QStringLiteral("end 90,50 90,50"));
+    // The rest of the drag is nobody's.
+    m_mouse->move(at(120, 60));
+    m_mouse->release(at(120, 60));
+    QVERIFY(arrived.items().isEmpty());
+    const QImage drawn = m_editor->flatten(true, false).toImage();
+
+    m_view->setEditor(m_editor.get());
+    m_mouse->move(at(150, 100));
+    m_mouse->release(at(150, 100), Qt::RightButton);
+    QCOMPARE(m_editor->items().size(), 1);
+    COMPARE_IMAGES(m_editor->flatten(true, false).toImage(), drawn, "after the swaps");
+    m_editor->undo();
+    QVERIFY(m_editor->items().isEmpty());
+    QVERIFY(!m_editor->canUndo());
+}
+
+void Tst_Editor::swapKeepsTheShiftOfTheLastMove() {
+    m_editor->setShape(Editor::Rectangle);
+    m_mouse->press(at(20, 20));
+    m_mouse->move(at(60, 40), Qt::ShiftModifier);
+    m_view->setEditor(nullptr);
+    QCOMPARE(m_editor->log.last(), QStringLiteral("end 60,40 60,40 shift"));
+    m_view->setEditor(m_editor.get());
+    m_editor->setShape(Editor::Rectangle);
+    m_mouse->press(at(20, 20));
+    m_mouse->move(at(60, 40), Qt::ShiftModifier);
+    m_mouse->move(at(61, 41));
+    m_view->setEditor(nullptr);
+    QCOMPARE(m_editor->log.last(), QStringLiteral("end 61,41 61,41"));
+}
+
+void Tst_Editor::swapAfterAPressLeavesNothing() {
+    m_editor->setShape(Editor::Rectangle);
+    m_mouse->press(at(20, 20));
+    m_view->setEditor(nullptr);
+    QVERIFY(m_editor->items().isEmpty());
+    QVERIFY(!m_editor->canUndo());
+    QVERIFY(!m_editor->currentItem());
+}
+
+void Tst_Editor::swapLeavesAnOpenTextAlone() {
+    m_editor->setShape(Editor::Text);
+    m_mouse->press(at(30, 30));
+    DrawingInterface *text = m_editor->currentItem();
+    m_view->setEditor(nullptr);
+    QCOMPARE(m_editor->currentItem(), text);
+    QCOMPARE(m_editor->items().size(), 1);
+    QVERIFY(!m_editor->canUndo());
+    QVERIFY(!m_editor->log.contains(QStringLiteral("text end")));
+}
+
 void Tst_Editor::pressesBelongToTheOpenCrop() {
     openCrop();
     FakeCrop *crop = m_editor->crop;
@@ -723,6 +948,36 @@ void Tst_Editor::missingImageGivesNull() {
     QVERIFY(m_editor->figure->boundingRect().isEmpty());
 }
 
+void Tst_Editor::usageCodeOfTool_data() {
+    QTest::addColumn<int>("shape");
+    QTest::addColumn<int>("lineStyle");
+    QTest::addColumn<QString>("code");
+    const auto row = [](const char *name, Editor::ShapeType shape, const char *solid, const char *dotted) {
+        QTest::addRow("%s", name) << int(shape) << 1 << QString::fromLatin1(solid);
+        QTest::addRow("%s, dashed", name) << int(shape) << 2 << QString::fromLatin1(solid);
+        QTest::addRow("%s, dotted", name) << int(shape) << 3 << QString::fromLatin1(dotted);
+    };
+    row("pen", Editor::Pen, "cap_303_11", "cap_303_11");
+    row("highlighter", Editor::Highlighter, "cap_30_13", "cap_30_13");
+    row("line", Editor::Line, "cap_303_07", "cap_303_08");
+    row("arrow", Editor::Arrow, "cap_303_09", "cap_303_10");
+    row("rectangle", Editor::Rectangle, "cap_303_01", "cap_303_02");
+    row("circle", Editor::Circle, "cap_303_03", "cap_303_04");
+    row("balloon", Editor::SpeechBalloon, "cap_303_05", "cap_303_06");
+    row("mosaic", Editor::Mosaic, "cap_30_05", "cap_30_05");
+}
+
+void Tst_Editor::usageCodeOfTool() {
+    QFETCH(int, shape);
+    QFETCH(int, lineStyle);
+    QFETCH(QString, code);
+    TindraPreferences::instance()->SetInt(TindraPreferences::FigureLineType, lineStyle);
+    m_editor->setShape(static_cast<Editor::ShapeType>(shape));
+    drag({{10, 10}, {40, 40}});
+    drag({{20, 10}, {50, 40}});
+    QCOMPARE(m_usage, QStringList{code});
+}
+
 void Tst_Editor::usageIsReportedOncePerToolAndLineStyle() {
     auto &preferences = *TindraPreferences::instance();
     const auto use = [this](Editor::ShapeType shape) {
@@ -792,6 +1047,16 @@ void Tst_Editor::saveShowsTheWaitCursorAndKeepsEventsGoing() {
     QVERIFY(!QGuiApplication::overrideCursor());
 }
 
+void Tst_Editor::editorMayDieDuringASave() {
+    QTemporaryDir folder;
+    QPointer<Editor> dying = new Editor;
+    QTimer::singleShot(0, this, [&] { delete dying; });
+    const QString path = folder.filePath(QStringLiteral("a.png"));
+    QVERIFY(dying->savePixmap(QPixmap::fromImage(m_picture), path, true, -1));
+    QVERIFY(!dying);
+    COMPARE_IMAGES(QImage(path), m_picture, "saved");
+}
+
 void Tst_Editor::saveKeepsWhatIsBeingTyped() {
     QTemporaryDir folder;
     m_editor->setShape(Editor::Text);
@@ -813,11 +1078,39 @@ void Tst_Editor::pinImageIsUntouched() {
     QVERIFY(!m_editor->isSaved());
 }
 
+void Tst_Editor::pinningKeepsWhatIsOpen_data() {
+    QTest::addColumn<bool>("text");
+    QTest::newRow("text") << true;
+    QTest::newRow("crop") << false;
+}
+
+void Tst_Editor::pinningKeepsWhatIsOpen() {
+    QFETCH(bool, text);
+    QTemporaryDir folder;
+    if (text) {
+        m_editor->setShape(Editor::Text);
+        click(30, 40);
+    } else {
+        openCrop();
+        m_editor->crop->frame = QRect(10, 20, 60, 50);
+    }
+    const QString path = folder.filePath(QStringLiteral("pin.png"));
+    QVERIFY(m_editor->savePinImage(path));
+    COMPARE_IMAGES(QImage(path), m_picture, "pin");
+    QVERIFY(m_editor->canUndo());
+    QVERIFY(!m_editor->currentItem());
+    QCOMPARE(m_editor->cropRect(), text ? QRect() : QRect(10, 20, 60, 50));
+}
+
 void Tst_Editor::copyPutsWhatIsSeenOnTheClipboard() {
+    m_editor->setShape(Editor::Rectangle);
+    drag({{20, 30}, {70, 90}});
     m_editor->applyCrop(QRect(10, 10, 100, 100));
     QVERIFY(!m_editor->copyToClipboard(nullptr));
     QVERIFY(m_editor->copyToClipboard(m_view.get()));
-    COMPARE_IMAGES(m_platform->clipboard, m_picture.copy(10, 10, 100, 100), "clipboard");
+    QImage expected = m_picture;
+    QPainter(&expected).fillRect(QRect(20, 30, 50, 60), Qt::green);
+    COMPARE_IMAGES(m_platform->clipboard, expected.copy(10, 10, 100, 100), "clipboard");
 }
 
 void Tst_Editor::imageFileBelongsToTheEditor() {

@@ -2,11 +2,13 @@
 #include "canvas/capturefixture.h"
 #include "canvas/editorview.h"
 #include "canvas/fakeitems.h"
+#include "ipc/imageprovider.h"
 #include "popups/itembutton.h"
 #include "preferences/tindrapreferences.h"
 #include "support/imagecompare.h"
 
 #include <QContextMenuEvent>
+#include <QElapsedTimer>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTimer>
@@ -16,17 +18,36 @@
 namespace {
 
 constexpr int Notch = 120;
+/// Milliseconds without a paint after which the smooth background is made.
+constexpr int QuietTime = 66;
 const QColor Around(90, 120, 30);
 
-/// Counts how often the scene is painted anew.
+/// Counts how often the scene is painted anew; stands on a screen of any resolution.
 class CountingView : public EditorView {
 public:
     int scenePaints = 0;
+    int dpi = 96;
 
 protected:
+    int metric(PaintDeviceMetric which) const override {
+        return which == PdmDpiX || which == PdmDpiY ? dpi : EditorView::metric(which);
+    }
     void drawBackground(QPainter *painter, const QRectF &rect) override {
         ++scenePaints;
         EditorView::drawBackground(painter, rect);
+    }
+};
+
+/// Notes the intervals of the timers that run out.
+class TimerWatch : public QObject {
+public:
+    QSet<int> intervals;
+    TimerWatch() { qApp->installEventFilter(this); }
+    bool eventFilter(QObject *object, QEvent *event) override {
+        const auto *timer = event->type() == QEvent::Timer ? qobject_cast<QTimer *>(object) : nullptr;
+        if (timer)
+            intervals.insert(timer->interval());
+        return false;
     }
 };
 
@@ -71,7 +92,11 @@ private slots:
     void viewShowsImageAndWhatLiesAround();
     void enlargedPixelsAreSharp();
     void reducedImageIsSmoothedOnceTheViewIsQuiet();
+    void smoothCopyWaitsUntilNothingIsPainted();
     void idleViewDoesNotRepaint();
+    void otherPictureUnderTheSameKeyIsShown_data();
+    void otherPictureUnderTheSameKeyIsShown();
+    void itemIsCutAtTheCropAndWholeAfterItsUndo();
     void strokeIsAddedWithoutPaintingTheScene();
     void exposureDoesNotPaintTheScene();
     void eachCauseOfARepaintShows();
@@ -79,6 +104,8 @@ private slots:
     void editorThatDiesWhileShownIsForgotten();
 
     void historyButtonStandsAtTheTopRight();
+    void historyButtonMarginFollowsTheScale_data();
+    void historyButtonMarginFollowsTheScale();
     void historyButtonAsksForThePanelAndHides();
     void menuEntriesInOrder();
     void menuChecksThePresentTool_data();
@@ -241,15 +268,27 @@ void Tst_EditorView::controlWheelZoomsAroundTheMouse() {
     load(large, QSize(1000, 900), QStringLiteral("large"));
     m_view->setEditor(&large);
     m_view->setTransformationAnchor(QGraphicsView::AnchorViewCenter);
-    const QPoint pos(130, 90);
-    QCursor::setPos(m_view->viewport()->mapToGlobal(pos));
+    m_view->horizontalScrollBar()->setValue(200);
+    m_view->verticalScrollBar()->setValue(150);
+    QCursor::setPos(m_view->viewport()->mapToGlobal(QPoint(130, 90)));
+    QTRY_VERIFY(m_view->underMouse());
+    // Where the window system has put it.
+    const QPoint pos = m_view->viewport()->mapFromGlobal(QCursor::pos());
+    QVERIFY(QRect(100, 60, 60, 60).contains(pos));
     capture::Mouse(m_view->viewport()).move(pos);
-    sendWheel(pos, Notch, Qt::ControlModifier);
-    QCOMPARE(m_view->transform().m11(), 1.15);
-    sendWheel(pos, 0, Qt::ControlModifier);
-    QCOMPARE(m_view->transform().m11(), 1.3);
-    sendWheel(pos, -Notch, Qt::ControlModifier);
-    QCOMPARE(m_view->transform().m11(), 1.15);
+    const auto wheelTo = [&](int delta, double scale) {
+        const QPointF under = m_view->mapToScene(pos);
+        sendWheel(pos, delta, Qt::ControlModifier);
+        QCOMPARE(m_view->transform().m11(), scale);
+        // Scrolling is in whole pixels. Around the centre it would be five and more.
+        const QPointF now = m_view->mapToScene(pos);
+        QVERIFY2(qAbs(now.x() - under.x()) <= 2 && qAbs(now.y() - under.y()) <= 2,
+                 qPrintable(QStringLiteral("%1, %2").arg(now.x()).arg(now.y())));
+    };
+    wheelTo(Notch, 1.15);
+    wheelTo(0, 1.3);
+    wheelTo(Notch, 1.45);
+    wheelTo(-Notch, 1.3);
     QCOMPARE(m_view->transformationAnchor(), QGraphicsView::AnchorViewCenter);
     m_view->setEditor(nullptr);
 }
@@ -276,11 +315,22 @@ void Tst_EditorView::wheelScrolls() {
 }
 
 void Tst_EditorView::wheelWithoutEditorDoesNothing() {
-    m_view->onZoomReset();
     m_view->setEditor(nullptr);
+    const QTransform before = m_view->transform();
+    m_view->setSceneRect(0, 0, 2000, 2000);
+    const QPoint scrolled(m_view->horizontalScrollBar()->value(), m_view->verticalScrollBar()->value());
+    for (const Qt::KeyboardModifier modifier :
+         {Qt::NoModifier, Qt::ControlModifier, Qt::ShiftModifier, Qt::AltModifier})
+        sendWheel(QPoint(50, 50), -Notch, modifier);
+    QCOMPARE(m_view->transform(), before);
+    QCOMPARE(QPoint(m_view->horizontalScrollBar()->value(), m_view->verticalScrollBar()->value()), scrolled);
+    m_view->onZoomReset(); // a step taken in secret would show with the next capture
+    TestEditor other;
+    load(other, QSize(50, 50), QStringLiteral("other"));
     sendWheel(QPoint(50, 50), Notch, Qt::ControlModifier);
     m_view->setEditor(m_editor.get());
-    QCOMPARE(m_view->transform().m11(), 1.0);
+    m_view->onZoomIn();
+    QCOMPARE(m_view->transform().m11(), 1.15);
 }
 
 void Tst_EditorView::cropZoomsOutToFitAndStaysThere() {
@@ -376,7 +426,36 @@ void Tst_EditorView::reducedImageIsSmoothedOnceTheViewIsQuiet() {
                                 .scaled(110, 77, Qt::KeepAspectRatio, Qt::SmoothTransformation)
                                 .convertToFormat(QImage::Format_RGB32);
     const QPoint topLeft = m_view->mapFromScene(QPointF(0, 0));
-    QTRY_COMPARE(shown().copy(QRect(topLeft, expected.size())), expected);
+    // Looking at the view is a paint of its own, which puts the copy off.
+    const int scenePaints = m_view->scenePaints;
+    QTRY_VERIFY(m_view->scenePaints > scenePaints);
+    COMPARE_IMAGES(shown().copy(QRect(topLeft, expected.size())), expected, "smooth");
+}
+
+void Tst_EditorView::smoothCopyWaitsUntilNothingIsPainted() {
+    QTest::qWait(2 * QuietTime);
+    TimerWatch watch;
+    for (int i = 0; i < 10; ++i)
+        m_view->onZoomOut(); // 55 %
+    QElapsedTimer sincePaint, sinceStart;
+    sinceStart.start();
+    const auto paint = [&] {
+        sincePaint.start(); // before, so that the time waited can only come out too long
+        m_view->viewport()->repaint(QRect(10, 10, 5, 5));
+    };
+    paint();
+    QCoreApplication::processEvents();
+    const int known = m_view->scenePaints;
+    // Nothing of the scene is painted meanwhile: these paints only show what is there.
+    while (sinceStart.elapsed() < 4 * QuietTime && m_view->scenePaints == known) {
+        paint();
+        QTest::qWait(10);
+    }
+    if (m_view->scenePaints == known)
+        QTRY_VERIFY(m_view->scenePaints > known);
+    // A machine that is busy may make a wait longer, but none shorter.
+    QVERIFY2(sincePaint.elapsed() >= QuietTime, qPrintable(QString::number(sincePaint.elapsed())));
+    QVERIFY(watch.intervals.contains(QuietTime));
 }
 
 void Tst_EditorView::idleViewDoesNotRepaint() {
@@ -443,6 +522,68 @@ void Tst_EditorView::eachCauseOfARepaintShows() {
     QVERIFY(painted());
 }
 
+void Tst_EditorView::otherPictureUnderTheSameKeyIsShown_data() {
+    QTest::addColumn<bool>("exposed");
+    QTest::newRow("found by the job after a mere exposure") << true;
+    QTest::newRow("found by a paint of a part of the scene") << false;
+}
+
+void Tst_EditorView::otherPictureUnderTheSameKeyIsShown() {
+    QFETCH(bool, exposed);
+    QTest::qWait(2 * QuietTime); // the job of the first paints is done
+    QImage other(200, 140, QImage::Format_RGB32);
+    other.fill(Qt::cyan);
+    ImageProvider *provider = ImageProvider::instance();
+    provider->insert(QStringLiteral("capture"), QPixmap::fromImage(other));
+    provider->insert(QStringLiteral("another"), QPixmap(1, 1));
+    provider->pixmap(QStringLiteral("another")); // the one handed out last is remembered
+    QImage expected(400, 300, QImage::Format_RGB32);
+    expected.fill(Around);
+    QPainter(&expected).drawImage(100, 80, other);
+    if (exposed) {
+        const int known = m_view->scenePaints;
+        m_view->viewport()->repaint(QRect(0, 0, 5, 5));
+        QTRY_VERIFY(m_view->scenePaints > known);
+    } else {
+        m_editor->update(QRectF(10, 10, 20, 20));
+        QCoreApplication::processEvents();
+        QCoreApplication::processEvents();
+    }
+    COMPARE_IMAGES(shown(), expected, "other picture");
+}
+
+void Tst_EditorView::itemIsCutAtTheCropAndWholeAfterItsUndo() {
+    m_editor->setShape(Editor::Rectangle);
+    // The image stands at (100, 80) in the view.
+    capture::Mouse(m_view->viewport()).drag({{120, 110}, {170, 170}});
+    QImage whole(400, 300, QImage::Format_RGB32);
+    whole.fill(Around);
+    QPainter wholePainter(&whole);
+    wholePainter.drawImage(100, 80, capture::picture(QSize(200, 140)));
+    wholePainter.fillRect(QRect(120, 110, 50, 60), Qt::green);
+    wholePainter.end();
+    QCoreApplication::processEvents();
+    COMPARE_IMAGES(shown(), whole, "drawn");
+
+    const QRect crop(40, 50, 100, 60);
+    m_editor->setShape(Editor::Crop);
+    m_editor->startCrop();
+    m_editor->crop->frame = crop;
+    m_editor->finishCurrentItem(true);
+    QCoreApplication::processEvents();
+    QImage cut(400, 300, QImage::Format_RGB32);
+    cut.fill(Around);
+    QPainter(&cut).drawImage(150, 120, whole.copy(crop.translated(100, 80)));
+    COMPARE_IMAGES(shown(), cut, "cut");
+
+    m_editor->undo();
+    QCoreApplication::processEvents();
+    COMPARE_IMAGES(shown(), whole, "whole again");
+    m_editor->redo();
+    QCoreApplication::processEvents();
+    COMPARE_IMAGES(shown(), cut, "cut again");
+}
+
 void Tst_EditorView::withoutEditorOnlyTheBackgroundIsShown() {
     m_view->setEditor(nullptr);
     QCoreApplication::processEvents();
@@ -480,6 +621,24 @@ void Tst_EditorView::historyButtonStandsAtTheTopRight() {
     m_view->resize(501, 300);
     QCOMPARE(button->geometry().right(), 501 - m_view->verticalScrollBar()->width() - 10 - 1);
     m_view->setEditor(nullptr);
+}
+
+void Tst_EditorView::historyButtonMarginFollowsTheScale_data() {
+    QTest::addColumn<double>("scale");
+    QTest::addColumn<int>("margin");
+    QTest::newRow("96 DPI") << 1.0 << 10;
+    QTest::newRow("144 DPI") << 1.5 << 15;
+    QTest::newRow("192 DPI") << 2.0 << 20;
+}
+
+void Tst_EditorView::historyButtonMarginFollowsTheScale() {
+    QFETCH(double, scale);
+    QFETCH(int, margin);
+    m_view->dpi = int(scale * 96);
+    auto *button = m_view->findChild<ItemButton *>(QStringLiteral("historyShow_"));
+    m_view->onClickHistoryHide();
+    QCOMPARE(button->geometry().right(), 400 - margin - 1);
+    QCOMPARE(button->geometry().top(), margin);
 }
 
 void Tst_EditorView::historyButtonAsksForThePanelAndHides() {
