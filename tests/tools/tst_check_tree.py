@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""check_tree.py finds long sources, references to what is not in the tree, and dead links."""
+"""check_tree.py finds long sources, paths of somebody's machine, and dead links."""
 import sys
 import tempfile
 import unittest
@@ -30,11 +30,10 @@ class CheckTree(unittest.TestCase):
     def test_only_sources_have_a_longest_length(self):
         self.assertEqual(self.problems("docs/a.md", "\n" * 601), [])
 
-    def test_refuses_references_to_what_is_not_here(self):
+    def test_refuses_folders_of_one_machine(self):
         # Put together here, so that this file keeps the rule too.
-        for text in ("see Part {}".format("3.1"), "as the {} says".format("speci" + "fication"),
-                     "in {}".format("sp" + "ec.md"), "cd {}".format("/ro" + "ot/x"),
-                     "cd {}".format("/ho" + "me/me/x")):
+        for text in ("cd {}".format("/ro" + "ot/x"), "cd {}".format("/ho" + "me/me/x"),
+                     "cd {}".format("/Us" + "ers/me/x")):
             for name in ("src/a.h", "docs/a.md", "tools/a", "CMakeLists.txt"):
                 with self.subTest(text=text, name=name):
                     problems = self.problems(name, "first\n" + text + "\n")
@@ -43,7 +42,7 @@ class CheckTree(unittest.TestCase):
                     (self.top / name).unlink()
 
     def test_accepts_what_only_looks_alike(self):
-        for text in ("Part of the list", "part 2 of 3", "specific", "$HOME/x", "build/work/x", "~/work/x"):
+        for text in ("$HOME/x", "build/work/x", "~/work/x", "/usr/share/x", "/home"):
             with self.subTest(text):
                 self.assertEqual(self.problems("docs/a.md", text), [])
 

@@ -10,6 +10,8 @@
 #include <QDir>
 #include <QGuiApplication>
 #include <QImage>
+#include <QMimeData>
+#include <QPointer>
 #include <QProcess>
 #include <QX11Info>
 
@@ -24,10 +26,10 @@ QString &keeperProgram() {
 
 /// Starts the process that keeps the image when we are gone. Without one the image is still there as long
 /// as the program runs.
-void startKeeper(const QImage &image, quint32 copyTime) {
+bool startKeeper(const QImage &image, quint32 copyTime) {
     const int descriptor = platform::writeKeptImage(image, copyTime);
     if (descriptor < 0)
-        return;
+        return false;
     QProcess keeper;
     keeper.setProgram(keeperProgram().isEmpty() ? QCoreApplication::applicationFilePath() : keeperProgram());
     keeper.setArguments({QLatin1String(platform::ClipboardKeeperArgument)});
@@ -36,15 +38,18 @@ void startKeeper(const QImage &image, quint32 copyTime) {
     // Somebody may wait for the end of our output.
     keeper.setStandardOutputFile(QProcess::nullDevice());
     keeper.setStandardErrorFile(QProcess::nullDevice());
-    keeper.startDetached();
+    const bool started = keeper.startDetached();
     ::close(descriptor);
+    return started;
 }
 
 /// At the end of the program the toolkit offers what it still holds to the clipboard manager and waits up
-/// to five seconds for it. The keeper has the image, so nothing is lost by letting go.
-void releaseSelection() {
-    if (QX11Info::isPlatformX11() && QGuiApplication::clipboard()->ownsClipboard())
-        QGuiApplication::clipboard()->clear();
+/// to five seconds for it. A keeper has that image, so nothing is lost by letting go of it. Anything copied
+/// since has no keeper and is worth the wait.
+void releaseSelection(const QMimeData *kept) {
+    QClipboard *clipboard = QGuiApplication::clipboard();
+    if (kept && clipboard->ownsClipboard() && clipboard->mimeData() == kept)
+        clipboard->clear();
 }
 
 class LinuxClipboardImage : public ClipboardImage {
@@ -75,16 +80,20 @@ bool LinuxClipboardImage::setImage(const QImage &image, QWindow *owner) {
         QGuiApplication::clipboard()->setImage(image);
         return true;
     }
-    if (!m_releaseAtExit)
-        m_releaseAtExit = QObject::connect(qApp, &QCoreApplication::aboutToQuit, qApp, releaseSelection);
     // The server refuses a claim older than the newest one, and the last event that this program saw may
     // be long past when the capture process asks for a copy.
     const quint32 copyTime = claimTime();
     QX11Info::setAppTime(copyTime);
-    QGuiApplication::clipboard()->setImage(image);
+    const QPointer<QMimeData> data = new QMimeData;
+    data->setImageData(image);
+    QGuiApplication::clipboard()->setMimeData(data);
+    QObject::disconnect(m_releaseAtExit);
     if (platform::clipboardSelectionOwner() != platform::SelectionOwner::ThisProcess)
         return false;
-    startKeeper(image, copyTime);
+    if (startKeeper(image, copyTime)) {
+        m_releaseAtExit =
+            QObject::connect(qApp, &QCoreApplication::aboutToQuit, qApp, [data] { releaseSelection(data); });
+    }
     return true;
 }
 

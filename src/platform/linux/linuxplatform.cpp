@@ -11,7 +11,7 @@
 
 namespace {
 
-/// The desktop knows programs by the name of their desktop entry, not by the id of the design platform.
+/// The desktop knows programs by the name of their desktop entry, whatever id the program goes by.
 class DesktopEntryIdentity : public ApplicationIdentity {
 public:
     void setApplicationId(const QString &id) override {
