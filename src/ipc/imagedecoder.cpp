@@ -4,47 +4,66 @@
 #include <QSize>
 #include <QtEndian>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
 
 constexpr double BytesToMegabytes = 9.5367431640625e-7;
-constexpr int DecodedDepth = 32;
+/// Of a shown image; what is decoded to less is widened afterwards.
+constexpr int UsualDepth = 32;
+constexpr int DeepDepth = 64;
 
 constexpr char PngSignature[] = "\x89PNG\r\n\x1a\n";
 constexpr int PngWidthOffset = 16;
 constexpr int PngHeightOffset = 20;
+constexpr int PngChannelBitsOffset = 24;
+constexpr char DeepChannelBits = 16;
 constexpr int BitmapWidthOffset = 4;
 constexpr int BitmapHeightOffset = 8;
-constexpr int PictureHeaderSize = 24;
+constexpr int PictureHeaderSize = 25;
 constexpr int IconFirstPictureOffset = 18;
 constexpr int IconHeaderSize = 22;
 
+/// What a header says about the pixels behind it.
+struct Claim {
+    QSize size;
+    int depth = UsualDepth;
+};
+
 /// The directory of an icon file tells small sizes only; the picture in it is a whole PNG or BMP that may be
 /// of any size, and that is what the decoder follows.
-QSize sizeInsideIcon(QIODevice *device) {
+Claim claimInsideIcon(QIODevice *device) {
     const qint64 start = device->pos();
     const QByteArray directory = device->peek(IconHeaderSize);
     if (directory.size() < IconHeaderSize)
-        return QSize();
+        return {};
     const auto offset = qFromLittleEndian<quint32>(directory.constData() + IconFirstPictureOffset);
     const bool found = device->seek(start + offset);
     const QByteArray header = found ? device->peek(PictureHeaderSize) : QByteArray();
     device->seek(start);
     if (header.size() < PictureHeaderSize)
-        return QSize();
+        return {};
     if (header.startsWith(PngSignature))
-        return QSize(qFromBigEndian<qint32>(header.constData() + PngWidthOffset),
-                     qFromBigEndian<qint32>(header.constData() + PngHeightOffset));
+        return {QSize(qFromBigEndian<qint32>(header.constData() + PngWidthOffset),
+                      qFromBigEndian<qint32>(header.constData() + PngHeightOffset)),
+                header.at(PngChannelBitsOffset) == DeepChannelBits ? DeepDepth : UsualDepth};
     // The height counts colours and mask.
-    return QSize(qFromLittleEndian<qint32>(header.constData() + BitmapWidthOffset),
-                 std::abs(qFromLittleEndian<qint32>(header.constData() + BitmapHeightOffset) / 2));
+    return {QSize(qFromLittleEndian<qint32>(header.constData() + BitmapWidthOffset),
+                  std::abs(qFromLittleEndian<qint32>(header.constData() + BitmapHeightOffset) / 2))};
 }
 
-QSize claimedSize(QImageReader &reader) {
+/// Readers of a torn header answer with any number.
+int depthOf(QImage::Format format) {
+    if (format <= QImage::Format_Invalid || format >= QImage::NImageFormats)
+        return UsualDepth;
+    return std::max<int>(UsualDepth, QImage::toPixelFormat(format).bitsPerPixel());
+}
+
+Claim claimOf(QImageReader &reader) {
     if (QImageReader::imageFormat(reader.device()) == "ico")
-        return sizeInsideIcon(reader.device());
-    return reader.size();
+        return claimInsideIcon(reader.device());
+    return {reader.size(), depthOf(reader.imageFormat())};
 }
 
 } // namespace
@@ -53,8 +72,9 @@ QImage decodeImage(QIODevice *device, double limitMegabytes) {
     QImageReader reader(device);
     // What a file is called says nothing about what is in it.
     reader.setDecideFormatFromContent(true);
-    const QSize claimed = claimedSize(reader);
-    if (claimed.isEmpty() || imageMegabytes(claimed.width(), claimed.height(), DecodedDepth) > limitMegabytes)
+    const Claim claim = claimOf(reader);
+    if (claim.size.isEmpty() ||
+        imageMegabytes(claim.size.width(), claim.size.height(), claim.depth) > limitMegabytes)
         return QImage();
     return reader.read();
 }

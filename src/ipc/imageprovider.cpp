@@ -65,17 +65,18 @@ void ImageProvider::resetForTesting() {
 
 void ImageProvider::loadFromMemory(const QString &key, int size) {
     const platform::SharedImageBlock block = platform::sharedImageBlock();
+    platform::NamedLock lock(block.lockName);
+    if (!lock.lock())
+        return;
+    // Made after the lock and so detached before it goes: who leaves last removes block and key file, which
+    // must not be those that the next sender has just made.
     QSharedMemory memory;
     memory.setNativeKey(block.nativeKey);
-    if (!memory.attach(QSharedMemory::ReadOnly))
+    if (!memory.attach(QSharedMemory::ReadOnly) || !platform::isBlockOfThisUserAlone(block.nativeKey))
         return;
-    platform::NamedLock lock(block.lockName);
-    if (size <= 0 || size > memory.size() || !lock.lock())
+    if (size <= 0 || size > memory.size())
         return;
-    const QPixmap pixmap = decodeBytes(static_cast<const char *>(memory.constData()), size);
-    lock.unlock();
-    memory.detach();
-    insert(key, pixmap);
+    insert(key, decodeBytes(static_cast<const char *>(memory.constData()), size));
 }
 
 QPixmap ImageProvider::pixmap(const QString &path) {
@@ -101,19 +102,26 @@ bool ImageProvider::insert(const QString &key, const QPixmap &pixmap) {
         return false;
     m_images.insert(key, pixmap);
     m_usedMegabytes += size;
+    if (key == m_currentPath)
+        forgetCurrent();
     return true;
 }
 
 bool ImageProvider::remove(const QString &path) {
     if (path.isEmpty())
         return false;
-    QFile::remove(path);
+    // A relative one is the key of an image in memory; a file of that name is somebody else's.
+    if (QFileInfo(path).isAbsolute())
+        QFile::remove(path);
     dropFromMemory(path);
-    if (path == m_currentPath) {
-        m_currentPixmap = QPixmap();
-        m_currentPath.clear();
-    }
+    if (path == m_currentPath)
+        forgetCurrent();
     return true;
+}
+
+void ImageProvider::forgetCurrent() {
+    m_currentPixmap = QPixmap();
+    m_currentPath.clear();
 }
 
 bool ImageProvider::dropFromMemory(const QString &path) {

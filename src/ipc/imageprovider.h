@@ -21,12 +21,13 @@ public:
     /// Tests only: forgets all images, leaving files alone.
     static void resetForTesting();
 
-    /// Stores the image whose encoded bytes lie at the start of the shared block, `size` of them.
+    /// Stores the image whose encoded bytes lie at the start of the shared block, `size` of them. Does
+    /// nothing when the block is not of this user alone, or its lock is not to be had in time.
     void loadFromMemory(const QString &key, int size);
     QPixmap pixmap(const QString &path);
     /// Stores an image; false when the budget does not allow it.
     bool insert(const QString &key, const QPixmap &pixmap);
-    /// Deletes the file of that path and forgets the image.
+    /// Forgets the image, and deletes the file when the path is an absolute one.
     bool remove(const QString &path);
     /// Forgets an image held in memory; false if there is none.
     bool dropFromMemory(const QString &path);
@@ -37,6 +38,7 @@ public:
 
 private:
     ImageProvider() = default;
+    void forgetCurrent();
 
     QPixmap m_currentPixmap;
     QString m_currentPath;

@@ -39,7 +39,7 @@ bool IpcServer::Listen(const QString &name) {
         return false;
     const QString path = platform::localSocketPath(name);
     // With access options, listening replaces whatever socket has the name.
-    if (!isFree(path))
+    if (path.isEmpty() || !isFree(path))
         return false;
     QLocalServer::removeServer(path);
     m_name = name;

@@ -15,7 +15,8 @@ public:
     explicit IpcServer(QObject *parent = nullptr);
     ~IpcServer() override;
 
-    /// Starts to listen, once in a server's life; false for an empty name or when the name cannot be had.
+    /// Starts to listen, once in a server's life; false for an empty name, without a private
+    /// folder for the socket, and when the name cannot be had.
     /// The socket that a dead editor left behind is replaced, that of a living one never.
     bool Listen(const QString &name);
 

@@ -36,7 +36,10 @@ IpcSocket::~IpcSocket() {
 
 bool IpcSocket::ConnectToServer(const QString &name) {
     abort();
-    connectToServer(platform::localSocketPath(name), QIODevice::ReadWrite);
+    const QString path = platform::localSocketPath(name);
+    if (path.isEmpty())
+        return false;
+    connectToServer(path, QIODevice::ReadWrite);
     if (!waitForConnected(timeLimitMs)) {
         close();
         return false;

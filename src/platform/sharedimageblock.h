@@ -14,4 +14,8 @@ struct SharedImageBlock {
 };
 SharedImageBlock sharedImageBlock();
 
+/// Whether the block that stands under the key was made by this user and nobody else may touch it. Keys can
+/// be guessed, and a stranger may have made a block under ours first. Ask while holding the block's lock.
+bool isBlockOfThisUserAlone(const QString &nativeKey);
+
 } // namespace platform

@@ -39,8 +39,12 @@ QByteArray pngChunk(const QByteArray &type, const QByteArray &data) {
     return bigEndian(quint32(data.size())) + type + data + bigEndian(crc32(type + data));
 }
 
-QByteArray png(quint32 width, quint32 height) {
-    const QByteArray header = bigEndian(width) + bigEndian(height) + QByteArray("\x08\x06\0\0\0", 5);
+/// The kinds of colour that PNG knows.
+enum PngColor : char { PngRgb = 2, PngGrayAlpha = 4, PngRgba = 6 };
+
+QByteArray png(quint32 width, quint32 height, PngColor color = PngRgba, char channelBits = 8) {
+    const QByteArray header =
+        bigEndian(width) + bigEndian(height) + channelBits + char(color) + QByteArray(3, '\0');
     return QByteArray("\x89PNG\r\n\x1a\n", 8) + pngChunk("IHDR", header) +
            pngChunk("IDAT", qCompress(QByteArray(100, '\0')).mid(4)) + pngChunk("IEND", QByteArray());
 }
@@ -168,6 +172,11 @@ void Tst_ImageDecoder::refusesAbsurdSizesWithoutTakingMemory_data() {
     QTest::addColumn<QByteArray>("bytes");
     QTest::newRow("png") << png(100000, 100000);
     QTest::newRow("png just above the budget") << png(16384, 16640);
+    // By 32 bits a pixel these would just be within the budget.
+    QTest::newRow("png of wide pixels") << png(16384, 16384, PngRgba, 16);
+    QTest::newRow("png of wide pixels without alpha") << png(16384, 16384, PngRgb, 16);
+    QTest::newRow("png of wide grey pixels") << png(16384, 16384, PngGrayAlpha, 16);
+    QTest::newRow("icon with a png of wide pixels") << icon(png(16384, 16384, PngRgba, 16));
     QTest::newRow("bmp") << bmp(100000, 100000);
     QTest::newRow("bmp, top down") << bmp(20000, -20000);
     QTest::newRow("gif") << gif(65535, 65535);

@@ -1,4 +1,5 @@
 #include "ipc/imageprovider.h"
+#include "ipc/stranger.h"
 #include "platform/namedlock.h"
 #include "platform/sharedimageblock.h"
 #include "support/imagecompare.h"
@@ -10,11 +11,18 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/ipc.h>
+#include <sys/shm.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #include <cstring>
 
 namespace {
+
+/// Of each block that this process left: whether the lock was still held.
+QVector<bool> detaches;
 
 QImage filled(const QSize &size, const QColor &color) {
     QImage image(size, QImage::Format_RGB32);
@@ -48,6 +56,12 @@ private:
 
 } // namespace
 
+/// Stands before the system's own, for Qt too.
+extern "C" int shmdt(const void *address) noexcept {
+    detaches.append(!platform::NamedLock(platform::sharedImageBlock().lockName).tryLock());
+    return int(::syscall(SYS_shmdt, address));
+}
+
 class Tst_ImageProvider : public QObject {
     Q_OBJECT
 private slots:
@@ -61,6 +75,12 @@ private slots:
     void missingBlockLeavesTheKeyUnknown();
     void bytesThatAreNoImageGiveAnEmptyEntry();
     void waitsForTheLockOfTheBlock();
+    void givesUpOnALockThatIsKept();
+    void leavesTheBlockBeforeTheLock_data();
+    void leavesTheBlockBeforeTheLock();
+    void blockOfAStrangerIsRefused_data();
+    void blockOfAStrangerIsRefused();
+    void sameKeyTwiceShowsTheSecond();
     void sameKeyTwiceReplacesAndCountsTwice();
     void budgetIsKept();
     void fileComesBeforeMemory();
@@ -70,6 +90,7 @@ private slots:
     void currentImageIsServedWithoutAnotherLook();
     void unknownPathLeavesTheCurrentImage();
     void removeDeletesFileAndMemory();
+    void removeLeavesFilesOfRelativeNames();
     void removeOfNothing();
     void dropFromMemory();
     void isFile_data();
@@ -107,7 +128,9 @@ void Tst_ImageProvider::memoryImageOutlivesTheBlock() {
         const CaptureSide capture(bytes);
         provider().loadFromMemory(QStringLiteral("key"), bytes.size());
     }
-    QVERIFY(!QSharedMemory().isAttached());
+    QSharedMemory gone;
+    gone.setNativeKey(platform::sharedImageBlock().nativeKey);
+    QVERIFY(!gone.attach(QSharedMemory::ReadOnly));
     COMPARE_IMAGES(provider().pixmap(QStringLiteral("key")).toImage(), picture, "memory");
     QCOMPARE(provider().usedMegabytes(), 1.0);
 }
@@ -174,6 +197,82 @@ void Tst_ImageProvider::waitsForTheLockOfTheBlock() {
     writer->wait();
     QVERIFY(platform::NamedLock(lockName).tryLock());
     QVERIFY(!provider().pixmap(QStringLiteral("key")).isNull());
+}
+
+void Tst_ImageProvider::givesUpOnALockThatIsKept() {
+    const QByteArray bytes = encoded(filled(QSize(30, 20), Qt::red));
+    const CaptureSide capture(bytes);
+    platform::NamedLock stopped(platform::sharedImageBlock().lockName);
+    QVERIFY(stopped.lock());
+    QElapsedTimer timer;
+    timer.start();
+    provider().loadFromMemory(QStringLiteral("key"), bytes.size());
+    QVERIFY(timer.elapsed() >= 900);
+    QVERIFY(timer.elapsed() < 5000);
+    QVERIFY(provider().pixmap(QStringLiteral("key")).isNull());
+    QVERIFY(!provider().dropFromMemory(QStringLiteral("key")));
+}
+
+void Tst_ImageProvider::leavesTheBlockBeforeTheLock_data() {
+    QTest::addColumn<int>("told");
+    QTest::newRow("read") << 0;
+    QTest::newRow("size refused") << 1000000000;
+}
+
+void Tst_ImageProvider::leavesTheBlockBeforeTheLock() {
+    QFETCH(int, told);
+    const QByteArray bytes = encoded(filled(QSize(30, 20), Qt::red));
+    const CaptureSide capture(bytes);
+    detaches.clear();
+    provider().loadFromMemory(QStringLiteral("key"), told ? told : bytes.size());
+    QCOMPARE(detaches, QVector<bool>{true});
+}
+
+void Tst_ImageProvider::blockOfAStrangerIsRefused_data() {
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<bool>("givenToUs");
+    QTest::newRow("open to all") << 0666 << false;
+    QTest::newRow("given to us, its maker keeps his rights") << 0600 << true;
+}
+
+void Tst_ImageProvider::blockOfAStrangerIsRefused() {
+    if (!Stranger::isPossible())
+        QSKIP("only root can become another user");
+    QFETCH(int, mode);
+    QFETCH(bool, givenToUs);
+    const QString keyFile = platform::sharedImageBlock().nativeKey;
+    QVERIFY(QFile(keyFile).open(QIODevice::WriteOnly));
+    const key_t key = ::ftok(QFile::encodeName(keyFile).constData(), 'Q');
+    const QByteArray bytes = encoded(filled(QSize(30, 20), Qt::red));
+    const uid_t user = ::geteuid();
+    Stranger stranger([&] {
+        const int id = ::shmget(key, std::size_t(bytes.size()), IPC_CREAT | IPC_EXCL | mode);
+        void *address = ::shmat(id, nullptr, 0);
+        if (id < 0 || address == reinterpret_cast<void *>(-1))
+            return 1;
+        std::memcpy(address, bytes.constData(), std::size_t(bytes.size()));
+        struct shmid_ds block;
+        if (::shmctl(id, IPC_STAT, &block) != 0)
+            return 2;
+        block.shm_perm.uid = user;
+        return givenToUs && ::shmctl(id, IPC_SET, &block) != 0 ? 3 : 0;
+    });
+    QCOMPARE(stranger.wait(), 0);
+    const int id = ::shmget(key, 0, 0);
+    QVERIFY(id >= 0);
+    provider().loadFromMemory(QStringLiteral("key"), bytes.size());
+    ::shmctl(id, IPC_RMID, nullptr);
+    QFile::remove(keyFile);
+    QVERIFY(!provider().dropFromMemory(QStringLiteral("key")));
+}
+
+void Tst_ImageProvider::sameKeyTwiceShowsTheSecond() {
+    const QString key = QStringLiteral("key");
+    QVERIFY(provider().insert(key, QPixmap::fromImage(filled(QSize(10, 10), Qt::red))));
+    QCOMPARE(provider().pixmap(key).width(), 10);
+    const QImage second = filled(QSize(20, 20), Qt::blue);
+    QVERIFY(provider().insert(key, QPixmap::fromImage(second)));
+    COMPARE_IMAGES(provider().pixmap(key).toImage(), second, "second");
 }
 
 void Tst_ImageProvider::sameKeyTwiceReplacesAndCountsTwice() {
@@ -259,6 +358,17 @@ void Tst_ImageProvider::removeDeletesFileAndMemory() {
     QVERIFY(!QFile::exists(path));
     QCOMPARE(provider().usedMegabytes(), 0.0);
     QVERIFY(provider().pixmap(path).isNull());
+}
+
+void Tst_ImageProvider::removeLeavesFilesOfRelativeNames() {
+    const QString before = QDir::currentPath();
+    QDir::setCurrent(m_folder.path());
+    const QString path = writeFile(QStringLiteral("somebodys"), "x");
+    QVERIFY(provider().insert(QStringLiteral("somebodys"), QPixmap(512, 512)));
+    QVERIFY(provider().remove(QStringLiteral("somebodys")));
+    QDir::setCurrent(before);
+    QVERIFY(QFile::exists(path));
+    QCOMPARE(provider().usedMegabytes(), 0.0);
 }
 
 void Tst_ImageProvider::removeOfNothing() {

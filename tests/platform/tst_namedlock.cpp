@@ -83,6 +83,8 @@ private slots:
     void excludesAnotherObject();
     void killedHolderGivesItBack();
     void waitsForTheHolder();
+    void givesUpOnAHolderThatIsStopped_data();
+    void givesUpOnAHolderThatIsStopped();
     void isNotRecursive();
     void otherNamesAreOtherLocks();
     void goesWithItsObject();
@@ -139,6 +141,26 @@ void Tst_NamedLock::waitsForTheHolder() {
     QCOMPARE(answer, '+');
     ::close(result[0]);
     ::waitpid(waiter, nullptr, 0);
+}
+
+void Tst_NamedLock::givesUpOnAHolderThatIsStopped_data() {
+    QTest::addColumn<int>("limit");
+    QTest::newRow("short") << 100;
+    QTest::newRow("usual") << platform::NamedLock::TimeLimitMs;
+}
+
+void Tst_NamedLock::givesUpOnAHolderThatIsStopped() {
+    QFETCH(int, limit);
+    Holder holder;
+    QVERIFY(holder.holds());
+    platform::NamedLock lock(lockName());
+    QElapsedTimer timer;
+    timer.start();
+    QVERIFY(!(limit == 1000 ? lock.lock() : lock.lock(limit)));
+    QVERIFY(timer.elapsed() >= limit);
+    QVERIFY(timer.elapsed() < limit + 3000);
+    holder.end();
+    QVERIFY(lock.lock());
 }
 
 void Tst_NamedLock::isNotRecursive() {

@@ -39,6 +39,11 @@ private slots:
     void substituteStaysWhenABlockedNameGetsFree();
     void homeServesWhenAllNamesAreBlocked();
     void openTemporaryFolderIsNotTrusted();
+    void folderAboveTheTemporaryOneIsLookedAt_data();
+    void folderAboveTheTemporaryOneIsLookedAt();
+    void systemsFolderOfTheUserComesBeforeSubstitutes_data();
+    void systemsFolderOfTheUserComesBeforeSubstitutes();
+    void withoutAFolderThereIsNoSocket();
     void strangersFolderIsPassedOver();
     void socketAndBlockStandInTheFolder();
     void absoluteSocketNamesStay();
@@ -62,6 +67,7 @@ void Tst_RuntimeFolder::init() {
     // As the system's own: everybody may write, nobody may touch the other's.
     QVERIFY(setMode(path("tmp"), 01777));
     qputenv("XDG_RUNTIME_DIR", QFile::encodeName(path("run")));
+    qputenv("TINDRA_USER_FOLDERS", QFile::encodeName(path("users")));
     qputenv("XDG_CACHE_HOME", QFile::encodeName(path("cache")));
     qputenv("TMPDIR", QFile::encodeName(path("tmp")));
 }
@@ -161,6 +167,62 @@ void Tst_RuntimeFolder::openTemporaryFolderIsNotTrusted() {
     // Without the sticky bit anybody could rename our folder and put another in its place.
     QVERIFY(setMode(path("tmp"), 0777));
     QCOMPARE(platform::privateRuntimeFolder(), path("cache") + QStringLiteral("/tindra-%1").arg(::geteuid()));
+}
+
+void Tst_RuntimeFolder::folderAboveTheTemporaryOneIsLookedAt_data() {
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<bool>("linked");
+    QTest::addColumn<bool>("trusted");
+    QTest::newRow("ours alone") << 0755 << false << true;
+    QTest::newRow("everybody may write, nobody may move") << 01777 << false << true;
+    QTest::newRow("everybody may move its entries") << 0777 << false << false;
+    QTest::newRow("a group may move its entries") << 0770 << false << false;
+    QTest::newRow("by way of a link") << 0777 << true << false;
+}
+
+void Tst_RuntimeFolder::folderAboveTheTemporaryOneIsLookedAt() {
+    QFETCH(int, mode);
+    QFETCH(bool, linked);
+    QFETCH(bool, trusted);
+    qunsetenv("XDG_RUNTIME_DIR");
+    QVERIFY(QDir().mkpath(path("above/between/tmp")));
+    QVERIFY(setMode(path("above"), mode_t(mode)));
+    QString temporary = path("above/between/tmp");
+    if (linked) {
+        QVERIFY(QFile::link(temporary, path("link")));
+        temporary = path("link");
+    }
+    qputenv("TMPDIR", QFile::encodeName(temporary));
+    const QString name = QStringLiteral("/tindra-%1").arg(::geteuid());
+    QCOMPARE(platform::privateRuntimeFolder(), (trusted ? temporary : path("cache")) + name);
+}
+
+void Tst_RuntimeFolder::systemsFolderOfTheUserComesBeforeSubstitutes_data() {
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<bool>("taken");
+    QTest::newRow("private") << 0700 << true;
+    QTest::newRow("open") << 0755 << false;
+}
+
+void Tst_RuntimeFolder::systemsFolderOfTheUserComesBeforeSubstitutes() {
+    QFETCH(int, mode);
+    QFETCH(bool, taken);
+    const QString users = path("users") + QStringLiteral("/%1").arg(::geteuid());
+    QVERIFY(QDir().mkpath(users));
+    QVERIFY(setMode(users, mode_t(mode)));
+    QCOMPARE(platform::privateRuntimeFolder(), path("run"));
+    qunsetenv("XDG_RUNTIME_DIR");
+    QCOMPARE(platform::privateRuntimeFolder(), taken ? users : substitute());
+}
+
+void Tst_RuntimeFolder::withoutAFolderThereIsNoSocket() {
+    qunsetenv("XDG_RUNTIME_DIR");
+    QVERIFY(setMode(path("tmp"), 0777));
+    QVERIFY(QDir().rmdir(path("cache")));
+    QVERIFY(QFile::link(path("nothing"), path("cache")));
+    QCOMPARE(platform::privateRuntimeFolder(), QString());
+    QCOMPARE(platform::localSocketPath(QStringLiteral("TNDEMutex")), QString());
+    QVERIFY(!platform::NamedLock(QStringLiteral("TNDEMutex")).lock());
 }
 
 void Tst_RuntimeFolder::strangersFolderIsPassedOver() {

@@ -1,6 +1,8 @@
 #!/usr/bin/env python3
 """tindra-send takes each road, hands over private copies, and says what went wrong."""
+import contextlib
 import ctypes
+import fcntl
 import os
 import re
 import shutil
@@ -97,6 +99,28 @@ class TindraSend(unittest.TestCase):
         self.addCleanup(editor.stop)
         return editor
 
+    def key(self):
+        """The key that the key file has now."""
+        path = self.runtime / "TindraImageMemory"
+        path.touch(mode=0o600)
+        return Block.libc.ftok(os.fsencode(path), ord("Q"))
+
+    def as_stranger(self, body):
+        """Runs the body as another user of the machine, and waits for it."""
+        if os.geteuid() != 0:
+            if os.environ.get("CI") == "true":
+                self.fail("the tests against other users need root")
+            self.skipTest("only root can become another user")
+        child = os.fork()
+        if child == 0:
+            with contextlib.suppress(BaseException):
+                os.setgroups([])
+                os.setgid(65534)
+                os.setuid(65534)
+                os._exit(0 if body() else 1)
+            os._exit(2)
+        self.assertEqual(os.waitpid(child, 0)[1], 0)
+
     def lines(self, editor, count):
         """The messages, when so many have come."""
         for _ in range(1000):
@@ -192,6 +216,59 @@ class TindraSend(unittest.TestCase):
         self.send("--road", "memory", self.picture)
         self.assertEqual(editor.contents, [PICTURE])
 
+    def test_memory_never_goes_into_a_block_of_a_stranger(self):
+        editor = self.editor()
+        user = os.geteuid()
+        for mode, given in ((0o666, False), (0o600, False), (0o600, True)):
+            with self.subTest(mode=mode, given=given):
+                key = self.key()
+                number = os.stat(self.runtime / "TindraImageMemory").st_ino
+
+                def squat():
+                    block = Block.libc.shmget(key, 1 << 20, 0o3000 | mode)
+                    if given:  # IPC_SET: its maker keeps his rights all the same
+                        state = (ctypes.c_uint * 64)()
+                        if Block.libc.shmctl(block, 2, state) != 0:
+                            return False
+                        state[1] = user
+                        return Block.libc.shmctl(block, 1, state) == 0
+                    return block >= 0
+
+                self.as_stranger(squat)
+                foreign = Block.libc.shmget(key, 0, 0)
+                self.addCleanup(Block.libc.shmctl, foreign, 0, None)
+                editor.contents.clear()
+                self.send("--road", "memory", self.picture)
+                self.assertEqual(editor.contents, [PICTURE])
+                address = Block.libc.shmat(foreign, None, 0)
+                self.assertEqual(ctypes.string_at(address, 1 << 20), bytes(1 << 20))
+                Block.libc.shmdt(address)
+                self.assertNotEqual(os.stat(self.runtime / "TindraImageMemory").st_ino, number)
+                self.assertEqual(sorted(path.name for path in self.runtime.iterdir() if path.name[-4:] != "lock"),
+                                 ["TNDEMutex", "TindraImageMemory"])
+
+    def test_memory_leaves_the_block_of_a_resident_capture_program(self):
+        self.editor()
+        block = Block.libc.shmget(self.key(), 100, 0o3600)
+        self.addCleanup(Block.libc.shmctl, block, 0, None)
+        address = Block.libc.shmat(block, None, 0)
+        ctypes.memmove(address, b"resident", 8)
+        self.assertIn("keeps the shared memory block", self.send("--road", "memory", self.picture, code=1))
+        self.assertEqual(Block.libc.shmget(self.key(), 0, 0), block)
+        self.assertEqual(ctypes.string_at(address, 8), b"resident")
+        Block.libc.shmdt(address)
+
+    def test_memory_waits_for_the_lock_of_the_block(self):
+        editor = self.editor()
+        with open(self.runtime / "TindraImageMemory.lock", "w") as lock:
+            fcntl.flock(lock, fcntl.LOCK_EX)
+            sender = subprocess.Popen([TOOL, "--road", "memory", self.picture], env=self.environment)
+            with self.assertRaises(subprocess.TimeoutExpired):
+                sender.wait(0.5)
+            self.assertEqual(editor.lines, [])
+        self.assertEqual(sender.wait(60), 0)
+        self.assertEqual(editor.contents, [PICTURE])
+
     def test_memory_without_an_editor_makes_no_block(self):
         self.assertIn("no editor runs", self.send("--road", "memory", self.picture, code=3))
         self.assertFalse((self.runtime / "TindraImageMemory").exists())
@@ -282,6 +359,49 @@ class TindraSend(unittest.TestCase):
         self.assertEqual(self.lines(editor, 1), ['"tindra-send" "/show"'])
 
     # Places.
+
+    def test_the_folder_that_the_system_gives_the_user_serves_without_the_environment(self):
+        own = self.scratch / "users" / str(os.geteuid())
+        own.mkdir(parents=True, mode=0o700)
+        del self.environment["XDG_RUNTIME_DIR"]
+        self.environment["TINDRA_USER_FOLDERS"] = str(own.parent)
+        editor = FakeEditor(own)
+        self.addCleanup(editor.stop)
+        self.send("--show")
+        self.assertEqual(self.lines(editor, 1), ['"tindra-send" "/show"'])
+
+    def test_a_temporary_folder_that_others_may_move_is_not_used(self):
+        above = self.scratch / "above"
+        temporary = above / "tmp"
+        temporary.mkdir(parents=True)
+        above.chmod(0o777)
+        (temporary / f"tindra-{os.geteuid()}").mkdir(mode=0o700)
+        cache = self.scratch / "cache" / f"tindra-{os.geteuid()}"
+        cache.mkdir(parents=True, mode=0o700)
+        del self.environment["XDG_RUNTIME_DIR"]
+        self.environment.update(TMPDIR=str(temporary), XDG_CACHE_HOME=str(cache.parent))
+        editor = FakeEditor(cache)
+        self.addCleanup(editor.stop)
+        self.send("--show")
+        self.assertEqual(self.lines(editor, 1), ['"tindra-send" "/show"'])
+
+    def test_the_work_folder_is_the_one_that_the_editor_takes(self):
+        editor = self.editor()
+        self.work.mkdir(parents=True)
+        self.work.chmod(0o755)  # the editor takes the rights of others and keeps the folder
+        self.work.parent.chmod(0o755)
+        self.send(self.picture)
+        self.assertEqual(len(list(self.work.iterdir())), 1)
+        for folder in (self.work, self.work.parent):
+            self.assertEqual(stat.S_IMODE(folder.stat().st_mode), 0o700)
+        # A link that the user laid is meant.
+        elsewhere = self.scratch / "elsewhere"
+        elsewhere.mkdir()
+        shutil.rmtree(self.work)
+        self.work.symlink_to(elsewhere)
+        self.send(self.picture)
+        self.assertEqual(len(list(elsewhere.iterdir())), 1)
+        self.assertIn(str(self.work), self.lines(editor, 2)[1])
 
     def test_without_a_session_folder_the_substitute_is_used(self):
         temporary = self.scratch / "tmp"

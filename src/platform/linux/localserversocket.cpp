@@ -11,7 +11,7 @@ QString platform::localSocketPath(const QString &name) {
     if (name.isEmpty() || name.startsWith(QLatin1Char('/')))
         return name;
     const QString folder = privateRuntimeFolder();
-    return folder.isEmpty() ? name : folder + QLatin1Char('/') + name;
+    return folder.isEmpty() ? QString() : folder + QLatin1Char('/') + name;
 }
 
 bool platform::isPeerCurrentUser(qintptr socketDescriptor) {

@@ -1,6 +1,8 @@
 #include "platform/namedlock.h"
 
+#include <QElapsedTimer>
 #include <QFile>
+#include <QThread>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -22,34 +24,34 @@ bool isFileOfPath(int descriptor, const QByteArray &path) {
            opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
 }
 
-bool lockFile(int descriptor, bool wait) {
-    int result;
-    do {
-        result = ::flock(descriptor, wait ? LOCK_EX : LOCK_EX | LOCK_NB);
-    } while (result != 0 && errno == EINTR);
-    return result == 0;
+/// Long enough to cost nothing, short enough not to be felt.
+constexpr unsigned long pollingIntervalMs = 2;
+
+/// The system knows no wait with an end for these locks.
+bool lockFile(int descriptor, const QElapsedTimer &waiting, int limitMs) {
+    while (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
+        if (errno != EINTR && errno != EWOULDBLOCK)
+            return false;
+        if (waiting.elapsed() >= limitMs)
+            return false;
+        QThread::msleep(pollingIntervalMs);
+    }
+    return true;
 }
 
 } // namespace
 
 namespace platform {
 
-NamedLock::NamedLock(const QString &name) {
-    const QString folder = privateRuntimeFolder();
+NamedLock::NamedLock(const QString &name) : NamedLock(name, privateRuntimeFolder()) {}
+
+NamedLock::NamedLock(const QString &name, const QString &folder) {
     if (!folder.isEmpty() && !name.isEmpty() && !name.contains(QLatin1Char('/')))
         m_path = QStringLiteral("%1/%2.lock").arg(folder, name);
 }
 
 NamedLock::~NamedLock() {
     unlock();
-}
-
-bool NamedLock::lock() {
-    return acquire(true);
-}
-
-bool NamedLock::tryLock() {
-    return acquire(false);
 }
 
 void NamedLock::unlock() {
@@ -61,16 +63,18 @@ void NamedLock::unlock() {
     m_descriptor = -1;
 }
 
-bool NamedLock::acquire(bool wait) {
+bool NamedLock::lock(int limitMs) {
     if (m_path.isEmpty() || m_descriptor >= 0)
         return false;
     const QByteArray path = QFile::encodeName(m_path);
+    QElapsedTimer waiting;
+    waiting.start();
     for (int attempt = 0; attempt < maximumAttempts; ++attempt) {
         const int descriptor =
             ::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR);
         if (descriptor < 0)
             return false;
-        if (!lockFile(descriptor, wait)) {
+        if (!lockFile(descriptor, waiting, limitMs)) {
             ::close(descriptor);
             return false;
         }

@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QStandardPaths>
 #include <QStringList>
 
@@ -22,14 +23,52 @@ bool isOurPrivateFolder(const QString &path) {
            info.st_uid == ::geteuid() && (info.st_mode & 0777) == S_IRWXU;
 }
 
-/// Whether what we put into the folder stays ours: nobody else may rename or remove it.
-bool keepsOurEntries(const QString &path) {
-    struct stat info;
-    if (::stat(QFile::encodeName(path).constData(), &info) != 0 || !S_ISDIR(info.st_mode))
+bool isTrusted(uid_t user) {
+    return user == 0 || user == ::geteuid();
+}
+
+/// Whether nobody may rename or remove what another put into the folder.
+bool keepsEntriesOfItsUsers(const QString &path) {
+    const QByteArray name = QFile::encodeName(path);
+    struct stat folder;
+    struct stat entry;
+    if (::stat(name.constData(), &folder) != 0 || ::lstat(name.constData(), &entry) != 0)
         return false;
-    const bool trustedOwner = info.st_uid == 0 || info.st_uid == ::geteuid();
-    const bool othersWrite = info.st_mode & (S_IWGRP | S_IWOTH);
-    return trustedOwner && (!othersWrite || (info.st_mode & S_ISVTX));
+    const bool othersWrite = folder.st_mode & (S_IWGRP | S_IWOTH);
+    // A link leads wherever its owner likes.
+    return S_ISDIR(folder.st_mode) && isTrusted(folder.st_uid) && isTrusted(entry.st_uid) &&
+           (!othersWrite || (folder.st_mode & S_ISVTX));
+}
+
+bool keepsEntriesUpToTheRoot(QString path) {
+    while (keepsEntriesOfItsUsers(path)) {
+        if (path == QLatin1String("/"))
+            return true;
+        path = QFileInfo(path).path();
+    }
+    return false;
+}
+
+/// Whether what we put into the folder stays ours: nobody else may move it, or a folder above it.
+bool keepsOurEntries(const QString &path) {
+    const QString target = QFileInfo(path).canonicalFilePath();
+    return !target.isEmpty() && keepsEntriesUpToTheRoot(QDir::cleanPath(QDir(path).absolutePath())) &&
+           keepsEntriesUpToTheRoot(target);
+}
+
+/// Where the session's own folder may be. The second is known without the environment too, so that a start
+/// from a bare one meets the editor of the session.
+QStringList sessionFolders() {
+    QStringList paths;
+    const QString session = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    if (QDir::isAbsolutePath(session))
+        paths.append(QDir::cleanPath(session));
+    // Tests have folders of their own.
+    QString users = qEnvironmentVariable("TINDRA_USER_FOLDERS");
+    if (users.isEmpty())
+        users = QStringLiteral("/run/user");
+    paths.append(QStringLiteral("%1/%2").arg(users).arg(::geteuid()));
+    return paths;
 }
 
 bool createPrivateFolder(const QString &path) {
@@ -56,10 +95,11 @@ QStringList substituteFolders() {
 } // namespace
 
 QString platform::privateRuntimeFolder() {
-    const QString session = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    if (QDir::isAbsolutePath(session) && isOurPrivateFolder(session))
-        return QDir::cleanPath(session);
-
+    const QStringList sessions = sessionFolders();
+    for (const QString &path : sessions) {
+        if (isOurPrivateFolder(path))
+            return path;
+    }
     const QStringList candidates = substituteFolders();
     // A folder that stands already comes first: a name that somebody blocked and then gave free must not
     // part a running editor from those who look for it.
