@@ -63,10 +63,13 @@ void ExitRoutine::endSession() {
     leave(true);
 }
 
-// Order matters to those who watch: files first, then the settings, then the end of the loop.
+// Pinned captures are written before the files that they come from go. Order matters to those who watch too:
+// files first, then the settings, then the end of the loop.
 void ExitRoutine::leave(bool clearCaptures) {
-    if (clearCaptures)
+    if (clearCaptures) {
+        m_history->SavePinnedHistories();
         removeTemporaryFiles();
+    }
     TindraPreferences::instance()->SaveAll();
     QCoreApplication::quit();
 }

@@ -8,8 +8,9 @@ class QWidget;
 /// Decides whether a close of the main window ends the program, asks about unsaved captures, and carries
 /// out the end step by step.
 ///
-/// An exit deletes the captures of the session. A kill (an update, a termination signal) asks nothing and
-/// deletes nothing, whatever else was requested, so that the next start brings them all back.
+/// An exit keeps the pinned captures for the next start and deletes the others. A kill (an update, a
+/// termination signal) asks nothing and deletes nothing, whatever else was requested, so that the next start
+/// brings them all back.
 class ExitRoutine : public QObject {
     Q_OBJECT
 public:

@@ -1,5 +1,10 @@
 #pragma once
 
+#include <QStringList>
+
+/// Absolute paths of the captures that lie in the work folder, by name. Links are none: they lead out of it.
+QStringList temporaryCaptures();
+
 /// Deletes the captures of the session and the AI tools' scratch folder from the work folder, and leaves
 /// the pinned captures. Part of a normal exit only: after any other end they are what the next start
 /// brings back.

@@ -5,6 +5,7 @@
 #include "app/commandline.h"
 #include "app/exitroutine.h"
 #include "app/keyboardactions.h"
+#include "app/temporaryfiles.h"
 #include "app/toolbar.h"
 #include "canvas/editorview.h"
 #include "history/historywidget.h"
@@ -18,6 +19,7 @@
 #include "ui/windowplacement.h"
 
 #include <QCloseEvent>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QScreen>
@@ -34,6 +36,21 @@ constexpr int HideBlockAfterCapture = 500; // milliseconds
 QRect availableAt(const QPoint &point) {
     const QScreen *screen = QGuiApplication::screenAt(point);
     return (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry();
+}
+
+/// The paths that name none of the files `known`, however those are spelled.
+QStringList without(const QStringList &paths, const QStringList &known) {
+    if (known.isEmpty())
+        return paths;
+    QStringList knownFiles;
+    for (const QString &path : known)
+        knownFiles.append(QFileInfo(path).canonicalFilePath());
+    QStringList others;
+    for (const QString &path : paths) {
+        if (!knownFiles.contains(QFileInfo(path).canonicalFilePath()))
+            others.append(path);
+    }
+    return others;
 }
 
 } // namespace
@@ -61,6 +78,8 @@ TindraEditor::TindraEditor(QWidget *parent)
     new KeyboardActions(this, m_view, m_history);
     onChangeShape(Editor::ShapeType(
         TindraPreferences::instance()->GetInt(TindraPreferences::LastDrawingItem, Editor::Rectangle)));
+    // After the first command line, and inside the event loop.
+    QTimer::singleShot(0, this, &TindraEditor::restoreHistories);
 }
 
 TindraEditor::~TindraEditor() = default;
@@ -128,11 +147,7 @@ void TindraEditor::treatCommand(QString cmdline) {
 }
 
 void TindraEditor::AddNewPixmap(const QString &path, const QPoint &point, bool skip) {
-    const QPixmap pixmap = ImageProvider::instance()->pixmap(path);
-    const bool added = !pixmap.isNull() && m_history->addImage(path);
-    // A refused capture must not go on taking its share of the memory budget.
-    if (!added && !m_history->hasImage(path))
-        ImageProvider::instance()->dropFromMemory(path);
+    const bool added = addCapture(path);
     if (isVisible())
         return;
     if (!skip)
@@ -140,15 +155,70 @@ void TindraEditor::AddNewPixmap(const QString &path, const QPoint &point, bool s
     else
         settleSize();
     if (added)
-        fitTo(pixmap.size(), point);
+        fitTo(ImageProvider::instance()->pixmap(path).size(), point);
     keepOnScreen(this);
     bringToFront(this);
     if (!skip)
         tellAboutRestoredCaptures();
     if (!added) {
         m_history->clearSelection();
-        MessageDialog::warning(this, tr("Tindra"), tr("Failed to capture image."));
+        reportFailedCapture();
     }
+}
+
+bool TindraEditor::addCapture(const QString &path) {
+    const bool added = !ImageProvider::instance()->pixmap(path).isNull() && m_history->addImage(path);
+    // A refused capture must not go on taking its share of the memory budget.
+    if (!added && !m_history->hasImage(path))
+        ImageProvider::instance()->dropFromMemory(path);
+    return added;
+}
+
+void TindraEditor::reportFailedCapture() {
+    MessageDialog::warning(this, tr("Tindra"), tr("Failed to capture image."));
+}
+
+void TindraEditor::restoreHistories() {
+    // The first command line may have brought a capture already; it lies in the work folder too, and it
+    // stays in front.
+    HistoryListWidgetItem *const shown = m_history->currentItem();
+    QStringList leftOvers = without(temporaryCaptures(), m_history->imageKeys());
+    if (!leftOvers.isEmpty())
+        m_capturesRestored = true;
+
+    const int before = m_history->freeRows();
+    bool allRead = restoreCaptures(m_history->restorePinnedImages());
+    m_history->setPinnedImages(true, before - m_history->freeRows());
+    // Where the oldest captures make room for new ones, the newest are those that stay in the end.
+    if (TindraPreferences::instance()->GetBool(TindraPreferences::AutoHistoryDelete, false))
+        leftOvers = leftOvers.mid(qMax(0, leftOvers.size() - m_history->freeRows()));
+    allRead = restoreCaptures(leftOvers) && allRead;
+
+    if (shown)
+        m_history->select(shown);
+    if (isVisible()) {
+        // The first command line has shown the window before there was anything to tell.
+        tellAboutRestoredCaptures();
+        return;
+    }
+    if (m_history->currentItem()) {
+        settleSize();
+        fitTo(m_history->currentImageSize(), QPoint());
+        keepOnScreen(this);
+    }
+    if (!allRead)
+        reportFailedCapture();
+}
+
+bool TindraEditor::restoreCaptures(const QStringList &paths) {
+    bool allRead = true;
+    for (const QString &path : paths) {
+        // A full list refuses a capture, or drops its oldest one together with the file.
+        if (m_history->freeRows() == 0)
+            break;
+        allRead = addCapture(path) && allRead;
+    }
+    return allRead;
 }
 
 void TindraEditor::showForCapture(const QString &path, bool added) {

@@ -34,9 +34,7 @@ public:
     /// Tells the capture process that the window is hidden, and whether the recent captures are full.
     void postHidden() const;
 
-    /// Captures of the last run are back; the user is told when the window is seen next.
-    void setCapturesRestored() { m_capturesRestored = true; }
-    /// Tells it once.
+    /// Tells the user, once, that captures left over from the last run are back.
     void tellAboutRestoredCaptures();
 
 signals:
@@ -87,6 +85,12 @@ private:
     void connectToolbar();
     void connectView();
     void connectHistory();
+    /// Brings back the pinned captures and what an end other than an exit left in the work folder.
+    void restoreHistories();
+    /// Those that fit and can be read, each above the one before; whether none was unreadable.
+    bool restoreCaptures(const QStringList &paths);
+    bool addCapture(const QString &path);
+    void reportFailedCapture();
     void finishOpenItem();
     void leaveSpecialState();
     void settleSize();

@@ -121,11 +121,14 @@ bool HistoryWidget::addImage(const QString &key) {
 }
 
 bool HistoryWidget::hasImage(const QString &key) const {
-    for (int row = 0; row < m_historyListWidget->count(); ++row) {
-        if (m_historyListWidget->rowItem(row)->editor()->imageKey() == key)
-            return true;
-    }
-    return false;
+    return imageKeys().contains(key);
+}
+
+QStringList HistoryWidget::imageKeys() const {
+    QStringList keys;
+    for (int row = 0; row < m_historyListWidget->count(); ++row)
+        keys.append(m_historyListWidget->rowItem(row)->editor()->imageKey());
+    return keys;
 }
 
 void HistoryWidget::removeOldestImage() {
@@ -151,12 +154,20 @@ bool HistoryWidget::isFull() const {
            m_historyListWidget->count() >= HistoryLimit;
 }
 
+int HistoryWidget::freeRows() const {
+    return qMax(0, HistoryLimit - m_historyListWidget->count());
+}
+
 bool HistoryWidget::hasUnsavedImages() const {
     for (int row = 0; row < m_historyListWidget->count(); ++row) {
         if (!m_historyListWidget->rowItem(row)->editor()->isSaved())
             return true;
     }
     return false;
+}
+
+void HistoryWidget::select(HistoryListWidgetItem *item) {
+    m_historyListWidget->onHistoryClicked(item);
 }
 
 void HistoryWidget::selectNextRow() {

@@ -4,6 +4,7 @@
 #include "history/saveflow.h"
 
 #include <QSize>
+#include <QStringList>
 #include <QWidget>
 
 class HistoryListWidget;
@@ -17,7 +18,8 @@ class QVBoxLayout;
 /// adds, selects, saves and deletes captures.
 ///
 /// Every record has a live scene of its own: selecting another row only shows another scene. The pointers
-/// handed out by signals are good for the duration of the call. GUI thread only.
+/// handed out by signals are good for the duration of the call. Pinned captures outlive a normal exit as
+/// files; nothing that fails there is told to the user. GUI thread only.
 class HistoryWidget : public QWidget {
     Q_OBJECT
 public:
@@ -30,6 +32,8 @@ public:
     bool addImage(const QString &key);
     /// Whether a row shows the image of that key.
     bool hasImage(const QString &key) const;
+    /// Of all rows, top to bottom.
+    QStringList imageKeys() const;
     /// Takes the last row away without asking.
     void removeOldestImage();
     void clearSelection();
@@ -38,9 +42,24 @@ public:
     QSize currentImageSize() const;
     /// Whether the next capture would be refused.
     bool isFull() const;
+    /// How many captures fit before the list is full.
+    int freeRows() const;
     bool hasUnsavedImages() const;
+    void select(HistoryListWidgetItem *item);
     void selectNextRow();
     void selectPreviousRow();
+
+    /// Writes the picture of each pinned row, without drawings and crop, to the folder of pinned captures,
+    /// which holds nothing else afterwards. What cannot be written is left out.
+    void SavePinnedHistories();
+    /// The files in the folder of pinned captures.
+    QStringList pinnedFilePaths() const;
+    void removePinnedFiles();
+    /// Copies the pinned captures into the work folder and returns the copies. One whose number is taken
+    /// there stays behind.
+    QStringList restorePinnedImages();
+    /// Pins the first `rows` rows where they stand, or unpins the pinned block.
+    void setPinnedImages(bool pinned, int rows = HistoryLimit);
 
 signals:
     /// Another record was selected; null for none.

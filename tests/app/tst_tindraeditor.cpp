@@ -37,7 +37,6 @@ private slots:
     void brokenCaptureIsSilentWhileVisible();
     void fullListIsReported();
     void refusedCaptureFreesItsMemory();
-    void restoredCapturesAreToldOnce();
 
     // Placement
     void windowIsFittedToTheCapture();
@@ -293,25 +292,6 @@ void Tst_TindraEditor::refusedCaptureFreesItsMemory() {
     m_window->AddNewPixmap("m7"_qs, {}, true);
     QVERIFY(answers.isDone());
     QVERIFY(ImageProvider::instance()->dropFromMemory("m7"_qs));
-}
-
-void Tst_TindraEditor::restoredCapturesAreToldOnce() {
-    m_window->setCapturesRestored();
-    ModalAnswers answers;
-    answers.add([this](QWidget *dialog) {
-        // Told before the capture process hears that the window is up.
-        QCOMPARE(messages(), (Messages{0x86E}));
-        ModalAnswers::press(dialog, "Ok"_qs);
-    });
-    treat("/show"_qs);
-    treat("/show"_qs);
-    QVERIFY(answers.isDone());
-    QCOMPARE(
-        answers.texts(),
-        QStringList{"Temporarily saved recent capture list has been restored.|Part of the recent capture "
-                    "list is restored when Tindra is updated or abnormally terminated.\n\t\tPlease save "
-                    "important captured images safely in advance."_qs});
-    QCOMPARE(m_session->usage, QStringList{"cap_308_01"_qs});
 }
 
 void Tst_TindraEditor::windowIsFittedToTheCapture() {

@@ -9,7 +9,12 @@ void WindowTest::init() {
     m_target = std::make_unique<QTemporaryDir>();
     preferences()->SetString(TindraPreferences::AutoSavePath, m_target->path());
     preferences()->SetString(TindraPreferences::FilePath, m_target->path());
+    start();
+}
+
+void WindowTest::start() {
     m_window = std::make_unique<TindraEditor>();
+    QCoreApplication::processEvents(); // the last run's captures come back
     m_session->usage.clear();
 }
 

@@ -20,6 +20,8 @@ class WindowTest : public QObject {
 protected:
     void init();
     void cleanup();
+    /// A new window, as the next start of the program makes it. The one of before must be gone.
+    void start();
 
     using Messages = QVector<quint32>;
 

@@ -118,6 +118,7 @@ expect "captures" "$(captures)" 1
 send --kill
 wait_for "the editor did not end" is_gone
 expect "captures after a kill" "$(captures)" 1
+rm "$work"/*.png # what the next start makes of it is another test's matter
 window= editor_pid=
 # A capture larger than the screen gives a window that fills it, frame included.
 convert -size 2500x1500 gradient:white-lightblue "$TMPDIR/huge.png"
