@@ -39,6 +39,14 @@ bool encode(const QImage &image, const QString &suffix, int quality, QIODevice *
     return writer.write(image);
 }
 
+/// The bytes of the file; empty when the format cannot be written. In memory first, because the encoders
+/// leak when the device beneath them fails, and a full disk is no rare thing.
+QByteArray encoded(const QImage &image, const QString &suffix, int quality) {
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    return encode(image, suffix, quality, &buffer) ? buffer.data() : QByteArray();
+}
+
 bool writeAll(QFile &file, const QByteArray &bytes) {
     return file.seek(0) && file.write(bytes) == bytes.size() && file.resize(bytes.size()) && file.flush();
 }
@@ -65,18 +73,19 @@ bool writeImage(const QImage &image, const QString &path, int quality) {
     if (image.isNull() || suffix.isEmpty() || (target.exists() && !target.isFile()))
         return false;
 
+    const QByteArray bytes = encoded(image, suffix, quality);
+    if (bytes.isEmpty())
+        return false;
     QSaveFile file(path);
     if (file.open(QIODevice::WriteOnly)) {
-        if (!encode(image, suffix, quality, &file) || !file.flush())
+        if (file.write(bytes) != bytes.size() || !file.flush())
             return false;
         if (file.commit())
             return true;
     } else if (!target.isWritable()) {
         return false;
     }
-    QBuffer encoded;
-    encoded.open(QIODevice::WriteOnly);
-    return encode(image, suffix, quality, &encoded) && writeInPlace(path, encoded.data());
+    return writeInPlace(path, bytes);
 }
 
 bool writePinImage(const QImage &image, const QString &path) {
