@@ -38,9 +38,7 @@ void HistoryWidget::SavePinnedHistories() {
     for (int row = 0; row < pinned; ++row) {
         const QString path = numberedPath(folder, row);
         trace(2, tag, "%ls", path.utf16());
-        if (m_historyListWidget->rowItem(row)->editor()->savePinImage(path))
-            QFile::setPermissions(path, PrivateFile);
-        else
+        if (!m_historyListWidget->rowItem(row)->editor()->savePinImage(path))
             trace(1, tag, "Failed to save [%ls]", path.utf16());
     }
 }

@@ -9,6 +9,8 @@
 #include <QImageWriter>
 #include <QSaveFile>
 
+#include <optional>
+
 namespace {
 
 /// Light compression: a capture of a large screen has to be on disk without a visible stall.
@@ -39,12 +41,13 @@ bool encode(const QImage &image, const QString &suffix, int quality, QIODevice *
     return writer.write(image);
 }
 
-/// The bytes of the file; empty when the format cannot be written. In memory first, because the encoders
-/// leak when the device beneath them fails, and a full disk is no rare thing.
-QByteArray encoded(const QImage &image, const QString &suffix, int quality) {
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    return encode(image, suffix, quality, &buffer) ? buffer.data() : QByteArray();
+/// Of the file to be; none: those that a new file gets, or that an old one has.
+using Rights = std::optional<QFileDevice::Permissions>;
+
+/// A file system without access rights is no reason to lose the picture.
+void setRights(QFileDevice &file, Rights rights) {
+    if (rights)
+        file.setPermissions(*rights);
 }
 
 bool writeAll(QFile &file, const QByteArray &bytes) {
@@ -54,10 +57,11 @@ bool writeAll(QFile &file, const QByteArray &bytes) {
 /// Writes into the existing file itself, for places where no second file can stand beside it and take its
 /// name: a folder closed to us, a mounted file, a name at the limit of the file system. What stood there
 /// comes back if the disk fills up on the way.
-bool writeInPlace(const QString &path, const QByteArray &bytes) {
+bool writeInPlace(const QString &path, const QByteArray &bytes, Rights rights) {
     QFile file(path);
     if (!file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly))
         return false;
+    setRights(file, rights);
     const QByteArray before = file.readAll();
     if (writeAll(file, bytes))
         return true;
@@ -65,29 +69,34 @@ bool writeInPlace(const QString &path, const QByteArray &bytes) {
     return false;
 }
 
-} // namespace
-
-bool writeImage(const QImage &image, const QString &path, int quality) {
+bool write(const QImage &image, const QString &path, int quality, Rights rights) {
     const QFileInfo target(path);
     const QString suffix = target.suffix();
     if (image.isNull() || suffix.isEmpty() || (target.exists() && !target.isFile()))
         return false;
 
-    const QByteArray bytes = encoded(image, suffix, quality);
-    if (bytes.isEmpty())
-        return false;
     QSaveFile file(path);
     if (file.open(QIODevice::WriteOnly)) {
-        if (file.write(bytes) != bytes.size() || !file.flush())
+        // Before the first byte: the file is never open to others, not even for a moment.
+        setRights(file, rights);
+        if (!encode(image, suffix, quality, &file) || !file.flush())
             return false;
         if (file.commit())
             return true;
     } else if (!target.isWritable()) {
         return false;
     }
-    return writeInPlace(path, bytes);
+    QBuffer encoded;
+    encoded.open(QIODevice::WriteOnly);
+    return encode(image, suffix, quality, &encoded) && writeInPlace(path, encoded.data(), rights);
+}
+
+} // namespace
+
+bool writeImage(const QImage &image, const QString &path, int quality) {
+    return write(image, path, quality, {});
 }
 
 bool writePinImage(const QImage &image, const QString &path) {
-    return writeImage(image, path, BestQuality);
+    return write(image, path, BestQuality, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
 }

@@ -14,5 +14,6 @@ class QString;
 /// over in place. There alone, a program that is killed meanwhile leaves half a file.
 bool writeImage(const QImage &image, const QString &path, int quality);
 
-/// The same with the qualities of a pinned image, which is kept as good as it came.
+/// The same with the qualities of a pinned image, which is kept as good as it came. Nobody but the user may
+/// read or write the file: it shows what a crop or a mosaic was to hide.
 bool writePinImage(const QImage &image, const QString &path);

@@ -124,6 +124,8 @@ private slots:
     void qualityByFormat();
     void pinQualityByFormat_data();
     void pinQualityByFormat();
+    void pinIsPrivate_data();
+    void pinIsPrivate();
     void pixelsSurvive_data();
     void pixelsSurvive();
     void gifGoesThroughOurWriter_data();
@@ -211,6 +213,27 @@ void Tst_ImageWriter::pinQualityByFormat() {
     QFETCH(int, expected);
     QVERIFY(writePinImage(picture(), path(name)));
     QCOMPARE(contentOf(path(name)), encoded(picture(), format.constData(), expected));
+}
+
+void Tst_ImageWriter::pinIsPrivate_data() {
+    QTest::addColumn<int>("before"); // rights of the file that stands there, -1 for none
+    QTest::newRow("new") << -1;
+    QTest::newRow("open to all") << 0666;
+    QTest::newRow("private") << 0600;
+}
+
+void Tst_ImageWriter::pinIsPrivate() {
+    QFETCH(int, before);
+    const QString pin = path(QStringLiteral("0.png"));
+    if (before >= 0) {
+        QVERIFY(picture().save(pin));
+        QCOMPARE(::chmod(qPrintable(pin), mode_t(before)), 0);
+    }
+    const mode_t usual = ::umask(0);
+    const bool isWritten = writePinImage(picture(), pin);
+    ::umask(usual);
+    QVERIFY(isWritten);
+    QCOMPARE(modeOf(pin), 0600);
 }
 
 void Tst_ImageWriter::pixelsSurvive_data() {
