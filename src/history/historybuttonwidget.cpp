@@ -57,27 +57,32 @@ void HistoryButtonWidget::connectButton() {
 }
 
 void HistoryButtonWidget::buildMenu() {
+    using Row = HistoryButtonWidget;
     m_menu = new QMenu(this);
     // The keys are the window's; here they are only shown.
     const auto showKey = [](QAction *action, const QKeySequence &key) {
         action->setShortcut(key);
         action->setShortcutVisibleInContextMenu(true);
     };
-    showKey(m_menu->addAction(tr("Save"), this, &HistoryButtonWidget::onContextMenuSave),
-            QKeySequence(Qt::CTRL | Qt::Key_S));
-    showKey(m_menu->addAction(tr("Delete"), this, &HistoryButtonWidget::onContextMenuDelete),
-            QKeySequence(Qt::Key_Delete));
+    showKey(addEntry(tr("Save"), &Row::onContextMenuSave), QKeySequence(Qt::CTRL | Qt::Key_S));
+    showKey(addEntry(tr("Delete"), &Row::onContextMenuDelete), QKeySequence(Qt::Key_Delete));
     m_menu->addSeparator();
-    m_saveAll = m_menu->addAction(QString(), this, &HistoryButtonWidget::onContextMenuSaveImages);
-    m_deleteAll = m_menu->addAction(QString(), this, &HistoryButtonWidget::onContextMenuDeleteImages);
+    m_saveAll = addEntry(QString(), &Row::onContextMenuSaveImages);
+    m_deleteAll = addEntry(QString(), &Row::onContextMenuDeleteImages);
     m_menu->addSeparator();
-    m_openFolder = m_menu->addAction(tr("OpenSavedFolder(&O)"), this,
-                                     &HistoryButtonWidget::onContextMenuOpenSavedFolder);
-    m_openImage =
-        m_menu->addAction(tr("OpenSavedImage(&V)"), this, &HistoryButtonWidget::onContextMenuOpenSavedImage);
+    m_openFolder = addEntry(tr("OpenSavedFolder(&O)"), &Row::onContextMenuOpenSavedFolder);
+    m_openImage = addEntry(tr("OpenSavedImage(&V)"), &Row::onContextMenuOpenSavedImage);
     m_menu->addSeparator();
-    m_print = m_menu->addAction(QString(), this, &HistoryButtonWidget::onContextMenuPrintImages);
+    m_print = addEntry(QString(), &Row::onContextMenuPrintImages);
     onChangeSelectionMode(m_selectionMode);
+}
+
+QAction *HistoryButtonWidget::addEntry(const QString &text, void (HistoryButtonWidget::*slot)()) {
+    QAction *action = m_menu->addAction(text);
+    // Queued: a dialog lets captures in, one of which may drop this row, and the menu with it, while the
+    // menu still stands in its click.
+    connect(action, &QAction::triggered, this, slot, Qt::QueuedConnection);
+    return action;
 }
 
 void HistoryButtonWidget::onChangeSelectionMode(HistorySelectMode mode) {

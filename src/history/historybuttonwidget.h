@@ -74,6 +74,7 @@ private slots:
 private:
     void connectButton();
     void buildMenu();
+    QAction *addEntry(const QString &text, void (HistoryButtonWidget::*slot)());
     void enableMenu();
 
     ThrottleFunc *m_throttle;

@@ -22,6 +22,7 @@ HistoryListWidget::HistoryListWidget(QWidget *parent) : QListWidget(parent) {
     setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     UIStyler::setDisadjust(this, true);
     connect(this, &QListWidget::itemSelectionChanged, this, &HistoryListWidget::syncSelection);
+    connect(this, &QListWidget::itemSelectionChanged, this, &HistoryListWidget::onItemSelectionChanged);
 }
 
 HistoryListWidget::~HistoryListWidget() {
@@ -187,6 +188,10 @@ void HistoryListWidget::syncSelection() {
         if (HistoryButtonWidget *widget = rowWidget(rowItem(row)))
             widget->setChecked(item(row)->isSelected());
     }
+}
+
+void HistoryListWidget::onItemSelectionChanged() {
+    emit widgetSelectionChanged(selectedItem() != nullptr);
 }
 
 void HistoryListWidget::onHistoryClicked(HistoryListWidgetItem *item) {

@@ -48,6 +48,8 @@ signals:
     void changeSelectionMode(HistorySelectMode mode);
     void changeSelectChecked(bool checked);
     void updateHistoryCount();
+    /// Whether a row is selected now.
+    void widgetSelectionChanged(bool selected);
     void contextMenuSave(QListWidgetItem *item, bool autoSave = false, bool showResult = true);
     void contextMenuSaveImages();
     void contextMenuDeleteImages();
@@ -62,6 +64,7 @@ public slots:
     void onContextMenuOpenSavedImage(HistoryListWidgetItem *item);
     void onHistoryClicked(HistoryListWidgetItem *item);
     void onPinHistory(QListWidgetItem *item, bool pinned);
+    void onItemSelectionChanged();
 
 private slots:
     void syncSelection();

@@ -263,14 +263,17 @@ void HistoryWidget::onSaveImage(QListWidgetItem *item, bool autoSave, bool showR
 }
 
 void HistoryWidget::onClickDeleteImages() {
-    recordUsage(isSelecting() ? "cap_30_21" : "cap_30_23");
+    // The question lets commands in: what arrives meanwhile was not meant, and what vanishes is gone.
+    const bool selecting = isSelecting();
+    const QVector<QPointer<Editor>> meant = capturesMeant();
+    recordUsage(selecting ? "cap_30_21" : "cap_30_23");
     if (!confirmDeletion())
         return;
-    deleteRows(isSelecting());
+    deleteCaptures(meant);
     if (m_historyListWidget->count() > 0)
         m_historyListWidget->onHistoryClicked(m_historyListWidget->rowItem(0));
     onItemSelectionChanged();
-    if (isSelecting()) {
+    if (selecting) {
         m_historySelectMode->setChecked(false);
         onClickSelectMode();
     }
@@ -288,14 +291,19 @@ bool HistoryWidget::confirmDeletion() {
     return answer == ConfirmDeleteDialog::Delete;
 }
 
-void HistoryWidget::deleteRows(bool onlyChecked) {
-    const QSignalBlocker blocker(m_historyListWidget);
-    if (onlyChecked) {
-        const QVector<HistoryListWidgetItem *> checked = m_historyListWidget->checkedItems();
-        for (HistoryListWidgetItem *item : checked)
-            m_historyListWidget->removeItem(item, false, true);
-        return;
+QVector<QPointer<Editor>> HistoryWidget::capturesMeant() const {
+    QVector<QPointer<Editor>> captures;
+    const QVector<HistoryListWidgetItem *> checked = m_historyListWidget->checkedItems();
+    for (int row = 0; row < m_historyListWidget->count(); ++row) {
+        HistoryListWidgetItem *item = m_historyListWidget->rowItem(row);
+        if (!isSelecting() || checked.contains(item))
+            captures.append(item->editor());
     }
-    while (m_historyListWidget->count() > 0)
-        m_historyListWidget->removeItem(m_historyListWidget->rowItem(0), false, true);
+    return captures;
+}
+
+void HistoryWidget::deleteCaptures(const QVector<QPointer<Editor>> &captures) {
+    const QSignalBlocker blocker(m_historyListWidget);
+    for (const QPointer<Editor> &capture : captures)
+        m_historyListWidget->removeItem(m_historyListWidget->itemOf(capture), false, true);
 }

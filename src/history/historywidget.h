@@ -3,10 +3,13 @@
 #include "history/history.h"
 #include "history/saveflow.h"
 
+#include <QPointer>
 #include <QSize>
 #include <QStringList>
+#include <QVector>
 #include <QWidget>
 
+class Editor;
 class HistoryListWidget;
 class HistoryListWidgetItem;
 class QLabel;
@@ -84,7 +87,9 @@ private:
     bool isSelecting() const;
     void updateCountInfo();
     bool confirmDeletion();
-    void deleteRows(bool onlyChecked);
+    /// What a command for many captures means now: the checked rows in select mode, else all of them.
+    QVector<QPointer<Editor>> capturesMeant() const;
+    void deleteCaptures(const QVector<QPointer<Editor>> &captures);
 
     SaveFlow m_saveFlow;
     QPushButton *m_historyHide;

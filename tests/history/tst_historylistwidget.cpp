@@ -5,6 +5,7 @@
 #include "history/historylistwidgetitem.h"
 #include "support/literals.h"
 #include "support/modalanswers.h"
+#include "support/openedurls.h"
 #include "support/session.h"
 
 #include <QtTest>
@@ -22,6 +23,9 @@ private slots:
     void removalOfTheLastRowClearsTheSelection();
     void removalReportsOneChange();
     void removalKeepsTheSelectionWhileRowsAreChecked();
+    void removalOfTheSelectedRowWhileOthersAreChecked();
+    void removalOfTheOnlyCheckedRow_data();
+    void removalOfTheOnlyCheckedRow();
     void removedRowTakesItsFileAlong();
     void destroyedListLeavesTheFiles();
     void unsavedRowIsAskedAbout_data();
@@ -46,6 +50,10 @@ private slots:
     void contextMenuFollowsModeAndState_data();
     void contextMenuFollowsModeAndState();
     void openFolderShowsTheSavedFile();
+    void openImageOpensTheSavedFile();
+    void selectionIsTold();
+    void menuOutlivesARowThatIsDropped_data();
+    void menuOutlivesARowThatIsDropped();
 
 private:
     HistoryListWidgetItem *add(const QString &name) {
@@ -170,6 +178,45 @@ void Tst_HistoryListWidget::removalKeepsTheSelectionWhileRowsAreChecked() {
     m_list->onHistoryClicked(item("c"_qs));
     m_list->removeItem(item("a"_qs), false, true);
     QCOMPARE(selected(), "c"_qs);
+}
+
+void Tst_HistoryListWidget::removalOfTheSelectedRowWhileOthersAreChecked() {
+    for (const QString &name : QStringList{"a"_qs, "b"_qs, "c"_qs})
+        add(name);
+    m_list->setSelectionMode(HistorySelectModes::Select);
+    check("a"_qs);
+    m_list->onHistoryClicked(item("b"_qs));
+    QStringList seen;
+    connect(m_list.get(), &QListWidget::itemSelectionChanged, this, [&] { seen.append(selected()); });
+    m_list->removeItem(item("b"_qs), false, true);
+    QCOMPARE(rows(), "c a"_qs);
+    // The canvas hears once of the scene that went, and shows what is selected now.
+    QCOMPARE(seen, QStringList{selected()});
+    QCOMPARE(m_list->checkedItems(), QVector<HistoryListWidgetItem *>{item("a"_qs)});
+}
+
+void Tst_HistoryListWidget::removalOfTheOnlyCheckedRow_data() {
+    QTest::addColumn<QString>("checked");
+    QTest::addColumn<QString>("selectedAfter");
+    QTest::newRow("the selected one") << "b"
+                                      << "c";
+    QTest::newRow("another one") << "a"
+                                 << "b";
+    QTest::newRow("the first") << "c"
+                               << "b";
+}
+
+// With no check left, the row above the removed one is selected, wherever the selection was.
+void Tst_HistoryListWidget::removalOfTheOnlyCheckedRow() {
+    QFETCH(QString, checked);
+    for (const QString &name : QStringList{"a"_qs, "b"_qs, "c"_qs})
+        add(name);
+    m_list->setSelectionMode(HistorySelectModes::Select);
+    check(checked);
+    m_list->onHistoryClicked(item("b"_qs));
+    m_list->removeItem(item(checked), false, true);
+    QTEST(selected(), "selectedAfter");
+    QVERIFY(m_list->checkedItems().isEmpty());
 }
 
 void Tst_HistoryListWidget::removedRowTakesItsFileAlong() {
@@ -500,6 +547,75 @@ void Tst_HistoryListWidget::openFolderShowsTheSavedFile() {
     item("a"_qs)->editor()->setSavedPath(saved);
     row("a"_qs)->onContextMenuOpenSavedFolder();
     QCOMPARE(m_session->platform->shownFiles, QStringList{saved});
+}
+
+void Tst_HistoryListWidget::openImageOpensTheSavedFile() {
+    OpenedUrls opened;
+    add("a"_qs);
+    const QString saved = Session::captureFile("saved one"_qs);
+    item("a"_qs)->editor()->setSavedPath(saved);
+    row("a"_qs)->onContextMenuOpenSavedImage();
+    QCOMPARE(opened.urls, QVector<QUrl>{QUrl::fromLocalFile(saved)});
+    m_list->onContextMenuOpenSavedImage(nullptr);
+    QCOMPARE(opened.urls.size(), 1);
+}
+
+void Tst_HistoryListWidget::selectionIsTold() {
+    QVector<bool> told;
+    connect(m_list.get(), &HistoryListWidget::widgetSelectionChanged, this,
+            [&](bool selected) { told.append(selected); });
+    add("a"_qs);
+    QCOMPARE(told, QVector<bool>{true});
+    m_list->clearSelection();
+    QCOMPARE(told, (QVector<bool>{true, false}));
+}
+
+void Tst_HistoryListWidget::menuOutlivesARowThatIsDropped_data() {
+    QTest::addColumn<int>("entry");
+    QTest::newRow("save") << 0;
+    QTest::newRow("delete") << 1;
+    QTest::newRow("save all") << 3;
+    QTest::newRow("delete all") << 4;
+    QTest::newRow("open folder") << 6;
+    QTest::newRow("open image") << 7;
+    QTest::newRow("print") << 9;
+}
+
+// Each of them may open a dialog, in which a new capture drops this row and with it the menu.
+void Tst_HistoryListWidget::menuOutlivesARowThatIsDropped() {
+    QFETCH(int, entry);
+    OpenedUrls opened;
+    add("a"_qs);
+    item("a"_qs)->editor()->setSavedPath("/saved.png"_qs);
+    QContextMenuEvent open(QContextMenuEvent::Mouse, QPoint());
+    QCoreApplication::sendEvent(row("a"_qs), &open);
+    const QPointer<QMenu> menu = row("a"_qs)->findChild<QMenu *>();
+    bool isInClick = false;
+    bool hasRun = false;
+    const auto act = [&] {
+        QVERIFY(!isInClick);
+        hasRun = true;
+        // What the loop of a dialog does with the row.
+        m_list->removeItem(item("a"_qs), false, true);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    };
+    const QPointer<HistoryButtonWidget> widget = row("a"_qs);
+    connect(widget, &HistoryButtonWidget::contextMenuSave, this, act);
+    connect(widget, &HistoryButtonWidget::contextMenuDelete, this, [&] {
+        if (!hasRun)
+            act();
+    });
+    connect(widget, &HistoryButtonWidget::contextMenuSaveImages, this, act);
+    connect(widget, &HistoryButtonWidget::contextMenuDeleteImages, this, act);
+    connect(widget, &HistoryButtonWidget::contextMenuOpenSavedFolder, this, act);
+    connect(widget, &HistoryButtonWidget::contextMenuOpenSavedImage, this, act);
+    connect(widget, &HistoryButtonWidget::contextMenuPrintImages, this, act);
+    isInClick = true;
+    QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(menu->actions().at(entry)).center());
+    isInClick = false;
+    QTRY_VERIFY(hasRun);
+    QTRY_VERIFY(!widget);
+    QVERIFY(!menu);
 }
 
 QTEST_MAIN(Tst_HistoryListWidget)

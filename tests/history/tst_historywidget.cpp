@@ -41,6 +41,8 @@ private slots:
     void deleteAllAsks();
     void deleteCheckedRows();
     void deleteAllWithoutQuestion();
+    void onlyWhatWasAskedAboutIsDeleted_data();
+    void onlyWhatWasAskedAboutIsDeleted();
 
 private:
     HistoryListWidget *list() const { return m_panel->findChild<HistoryListWidget *>(); }
@@ -356,6 +358,39 @@ void Tst_HistoryWidget::deleteAllWithoutQuestion() {
     m_panel->onClickDeleteImages();
     QVERIFY(answers.isDone());
     QCOMPARE(list()->count(), 0);
+}
+
+void Tst_HistoryWidget::onlyWhatWasAskedAboutIsDeleted_data() {
+    QTest::addColumn<bool>("selecting");
+    QTest::addColumn<QStringList>("left");
+    QTest::newRow("selected") << true << QStringList{"late"_qs, "m2"_qs, "m1"_qs};
+    QTest::newRow("all") << false << QStringList{"late"_qs};
+}
+
+void Tst_HistoryWidget::onlyWhatWasAskedAboutIsDeleted() {
+    QFETCH(bool, selecting);
+    add(4);
+    if (selecting) {
+        button("historySelectMode_")->click();
+        check(0)->click();
+        check(3)->click();
+    }
+    ModalAnswers answers;
+    answers.add([&](QWidget *dialog) {
+        // One row goes, one comes, and the mode ends while the question stands.
+        list()->removeItem(list()->rowItem(0), false, true);
+        QVERIFY(m_panel->addImage(Session::captureInMemory("late"_qs)));
+        m_panel->onEmptyEditor(false);
+        ModalAnswers::press(dialog, "Yes"_qs);
+    });
+    button("historyDeleteImages_")->click();
+    QVERIFY(answers.isDone());
+    QStringList left;
+    for (int row = 0; row < list()->count(); ++row)
+        left.append(keyOf(row));
+    QTEST(left, "left");
+    QCOMPARE(m_panel->currentItem(), list()->rowItem(0));
+    QVERIFY(!button("historySelectMode_")->isChecked());
 }
 
 QTEST_MAIN(Tst_HistoryWidget)
