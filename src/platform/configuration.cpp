@@ -61,6 +61,58 @@ bool isWellFormed(const QByteArray &content) {
                        [](const QByteArray &line) { return isWellFormedLine(line.trimmed()); });
 }
 
+/// The text of a value in the file, as it stands there; the last one counts. Empty when it is not found.
+QByteArray rawValue(const QString &path, const QString &section, const QByteArray &name) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    const QByteArray head = '[' + section.toUtf8() + ']';
+    QByteArray found;
+    bool isInSection = false;
+    const QList<QByteArray> lines = file.read(LargestFile).split('\n');
+    for (const QByteArray &line : lines) {
+        const QByteArray text = line.trimmed();
+        const int equals = text.indexOf('=');
+        if (text.startsWith('['))
+            isInSection = text == head;
+        else if (isInSection && equals >= 0 && text.left(equals).trimmed() == name)
+            found = text.mid(equals + 1);
+    }
+    return found;
+}
+
+/// The commas outside quotes, each with the blanks around it.
+QStringList separatorsIn(const QByteArray &text) {
+    const auto isBlank = [&text](int i) {
+        return i >= 0 && i < text.size() && (text[i] == ' ' || text[i] == '\t');
+    };
+    QStringList separators;
+    bool isQuoted = false;
+    for (int i = 0; i < text.size(); ++i) {
+        if (text[i] == '\\') {
+            ++i; // and what it escapes
+        } else if (text[i] == '"') {
+            isQuoted = !isQuoted;
+        } else if (text[i] == ',' && !isQuoted) {
+            int first = i;
+            while (isBlank(first - 1))
+                --first;
+            while (isBlank(i + 1))
+                ++i;
+            separators.append(QString::fromLatin1(text.mid(first, i + 1 - first)));
+        }
+    }
+    return separators;
+}
+
+/// The parts of a list in one text again.
+QString joined(const QStringList &parts, const QStringList &separators) {
+    QString text = parts.value(0);
+    for (int i = 1; i < parts.size(); ++i)
+        text += separators.value(i - 1, QStringLiteral(",")) + parts[i];
+    return text;
+}
+
 /// Saving drops the lines that cannot be understood. They may be somebody's settings all the same (a file
 /// stored in another encoding, say), so the first damaged state stays beside the file.
 void keepCopyOfDamagedFile(const QString &path) {
@@ -108,8 +160,17 @@ QVariant ConfigurationLocation::value(const QString &name) const {
     if (!m_settings)
         return QVariant();
     const QVariant value = m_settings->value(name);
-    // A text with a comma that somebody wrote without quotes, such as a path, reads as a list.
-    return value.type() == QVariant::StringList ? value.toStringList().join(QLatin1Char(',')) : value;
+    return value.type() == QVariant::StringList ? textOfList(name, value.toStringList()) : value;
+}
+
+// A text with a comma that somebody wrote without quotes, such as a path, reads as a list, and the blanks at
+// the commas are lost.
+QString ConfigurationLocation::textOfList(const QString &name, const QStringList &parts) const {
+    QStringList components =
+        (m_settings->group() + QLatin1Char('/') + name).split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    const QString section = components.size() > 1 ? components.takeFirst() : QStringLiteral("General");
+    const QByteArray key = components.join(QLatin1Char('\\')).toUtf8();
+    return joined(parts, separatorsIn(rawValue(m_fileName, section, key)));
 }
 
 void ConfigurationLocation::setValue(const QString &name, const QVariant &value) {

@@ -43,6 +43,7 @@ public:
     QString fileName() const;
 
 private:
+    QString textOfList(const QString &name, const QStringList &parts) const;
     bool prepareToWrite();
 
     QString m_fileName;

@@ -95,8 +95,9 @@ void Preferences::SetString(int index, const QString &value) {
 int Preferences::Load(const QString &root, const QString &key) {
     const ConfigurationLocation location(locationName(root, key));
     int count = 0;
-    for (Item &item : m_items) {
-        if (!item.name.isEmpty() && loadItem(item, location.value(item.name)))
+    for (int index = 0; index < static_cast<int>(m_items.size()); ++index) {
+        const QString name = Name(index);
+        if (!name.isEmpty() && loadItem(index, location.value(name)))
             ++count;
     }
     return count;
@@ -104,6 +105,10 @@ int Preferences::Load(const QString &root, const QString &key) {
 
 int Preferences::Save(const QString &root, const QString &key) {
     ConfigurationLocation location(locationName(root, key));
+    return save(location);
+}
+
+int Preferences::save(ConfigurationLocation &location) {
     int count = 0;
     for (Item &item : m_items) {
         if (item.name.isEmpty() || item.saved)
@@ -145,26 +150,26 @@ void Preferences::set(int index, int type, const QVariant &value) {
     target->saved = false;
 }
 
-bool Preferences::loadItem(Item &item, const QVariant &stored) {
+bool Preferences::loadItem(int index, const QVariant &stored) {
     if (!stored.isValid())
         return false;
-    QVariant value;
-    switch (item.type) {
-    case Int:
-        value = intFromStored(stored);
-        break;
-    case Bool:
-        value = stored.toBool();
-        break;
-    case String:
-        value = storedString(stored);
-        break;
-    default:
+    switch (Type(index)) {
+    case Int: {
+        const QVariant number = intFromStored(stored);
+        if (!number.isValid())
+            return false;
+        SetInt(index, number.toInt());
         break;
     }
-    if (!value.isValid())
+    case Bool:
+        SetBool(index, stored.toBool());
+        break;
+    case String:
+        SetString(index, storedString(stored));
+        break;
+    default:
         return false;
-    item.value = value;
-    item.saved = true;
+    }
+    item(index)->saved = true;
     return true;
 }

@@ -5,6 +5,8 @@
 
 #include <vector>
 
+class ConfigurationLocation;
+
 /// A table of typed, named items addressed by index, which loads from and saves to one location of the
 /// product's settings and writes only what has changed.
 ///
@@ -49,6 +51,8 @@ public:
     int Save(const QString &root, const QString &key);
 
 protected:
+    /// `Save` into a location that is open already.
+    int save(ConfigurationLocation &location);
     /// A stored value as an int; invalid when it is no number.
     static QVariant intFromStored(const QVariant &stored);
 
@@ -62,7 +66,7 @@ private:
     const Item *item(int index) const;
     Item *item(int index);
     void set(int index, int type, const QVariant &value);
-    static bool loadItem(Item &item, const QVariant &stored);
+    bool loadItem(int index, const QVariant &stored);
 
     std::vector<Item> m_items;
 };

@@ -29,6 +29,11 @@ QString inGroup(int group, const char *name) {
     return QStringLiteral("%1/%2").arg(group).arg(QLatin1String(name));
 }
 
+/// A list's numbered group, as seen from the location of the items.
+QString groupOf(const QString &key, int group) {
+    return key.mid(itemsKey().size() + 1) + QLatin1Char('/') + QString::number(group);
+}
+
 /// Outlives its object, so that whoever asks late in the end of the process gets null instead of a ruin.
 bool instanceDestroyed = false;
 
@@ -96,9 +101,11 @@ void TindraPreferences::Reload() {
 }
 
 void TindraPreferences::SaveAll() {
-    Save(userRoot(), itemsKey());
-    saveSizePresets();
-    saveCustomColors();
+    // One for all: when another program keeps the file to itself, the wait for it is spent once.
+    ConfigurationLocation location(userRoot() + itemsKey());
+    save(location);
+    saveSizePresets(location);
+    saveCustomColors(location);
 }
 
 void TindraPreferences::GetCustomColors(const QString &key, QList<QColor> &colors) const {
@@ -148,22 +155,22 @@ void TindraPreferences::loadSizePresets() {
     m_sizePresets.clear();
     const ConfigurationLocation location(userRoot() + sizePresetsKey());
     for (int group = 0; group < SizePresetCount; ++group) {
-        const QVariant width = location.value(inGroup(group, "width"));
-        const QVariant height = location.value(inGroup(group, "height"));
+        const QVariant width = intFromStored(location.value(inGroup(group, "width")));
+        const QVariant height = intFromStored(location.value(inGroup(group, "height")));
         if (!width.isValid() || !height.isValid())
             return;
         m_sizePresets.append(QSize(width.toInt(), height.toInt()));
     }
 }
 
-void TindraPreferences::saveSizePresets() const {
-    ConfigurationLocation location(userRoot() + sizePresetsKey());
-    for (int group = 0; group < SizePresetCount; ++group) {
-        if (group < m_sizePresets.size()) {
-            location.setValue(inGroup(group, "width"), m_sizePresets[group].width());
-            location.setValue(inGroup(group, "height"), m_sizePresets[group].height());
+void TindraPreferences::saveSizePresets(ConfigurationLocation &location) const {
+    for (int i = 0; i < SizePresetCount; ++i) {
+        const QString group = groupOf(sizePresetsKey(), i);
+        if (i < m_sizePresets.size()) {
+            location.setValue(group + QStringLiteral("/width"), m_sizePresets[i].width());
+            location.setValue(group + QStringLiteral("/height"), m_sizePresets[i].height());
         } else {
-            location.remove(QString::number(group));
+            location.remove(group);
         }
     }
 }
@@ -174,23 +181,23 @@ void TindraPreferences::loadCustomColors() {
         QList<QColor> &colors = m_customColors[key];
         const ConfigurationLocation location(userRoot() + key);
         for (int group = 0; group < CustomColorCount; ++group) {
-            const QVariant stored = location.value(inGroup(group, "CustomColor"));
+            const QVariant stored = intFromStored(location.value(inGroup(group, "CustomColor")));
             if (!stored.isValid())
                 break;
-            colors.append(colorFromInt(intFromStored(stored).toInt(), true));
+            colors.append(colorFromInt(stored.toInt(), true));
         }
     }
 }
 
-void TindraPreferences::saveCustomColors() const {
+void TindraPreferences::saveCustomColors(ConfigurationLocation &location) const {
     for (const QString &key : customColorKeys()) {
         const QList<QColor> colors = m_customColors.value(key);
-        ConfigurationLocation location(userRoot() + key);
-        for (int group = 0; group < CustomColorCount; ++group) {
-            if (group < colors.size())
-                location.setValue(inGroup(group, "CustomColor"), colorToInt(colors[group]));
+        for (int i = 0; i < CustomColorCount; ++i) {
+            const QString group = groupOf(key, i);
+            if (i < colors.size())
+                location.setValue(group + QStringLiteral("/CustomColor"), colorToInt(colors[i]));
             else
-                location.remove(QString::number(group));
+                location.remove(group);
         }
     }
 }

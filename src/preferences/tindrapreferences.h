@@ -140,9 +140,9 @@ private:
 
     void defineItems();
     void loadSizePresets();
-    void saveSizePresets() const;
+    void saveSizePresets(ConfigurationLocation &location) const;
     void loadCustomColors();
-    void saveCustomColors() const;
+    void saveCustomColors(ConfigurationLocation &location) const;
     void migrate();
     static QStringList customColorKeys();
 

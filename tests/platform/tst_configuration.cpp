@@ -61,7 +61,9 @@ private slots:
     void relativeConfigurationHomeIsIgnored();
     void textsComeBack_data();
     void textsComeBack();
+    void unquotedCommaIsPartOfTheText_data();
     void unquotedCommaIsPartOfTheText();
+    void unquotedCommaInANestedGroup();
     void fileIsReadableText();
     void nestedGroups();
     void valuesOfOthersSurviveASave();
@@ -173,9 +175,33 @@ void Tst_Configuration::textsComeBack() {
     QCOMPARE(read(QStringLiteral("name")), text);
 }
 
+void Tst_Configuration::unquotedCommaIsPartOfTheText_data() {
+    QTest::addColumn<QByteArray>("written");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("no blank") << QByteArray("/home/a,b") << QStringLiteral("/home/a,b");
+    QTest::newRow("blank behind") << QByteArray("/a, b") << QStringLiteral("/a, b");
+    QTest::newRow("blanks on both sides") << QByteArray("/a ,  b") << QStringLiteral("/a ,  b");
+    QTest::newRow("each its own") << QByteArray("/a,b, c ,d") << QStringLiteral("/a,b, c ,d");
+    QTest::newRow("blanks around the whole") << QByteArray("  /a, b  ") << QStringLiteral("/a, b");
+    QTest::newRow("a part in quotes") << QByteArray("\"/a, x\", b") << QStringLiteral("/a, x, b");
+    QTest::newRow("escaped letter") << QByteArray("/\\x61, b") << QStringLiteral("/a, b");
+    QTest::newRow("hangul") << QByteArray("/\xed\x99\x88, b") << QString::fromUtf8("/\xed\x99\x88, b");
+}
+
 void Tst_Configuration::unquotedCommaIsPartOfTheText() {
-    writeFile(settingsPath(), "[Config]\nFilePath=/home/a,b\n");
-    QCOMPARE(read(QStringLiteral("FilePath")), QStringLiteral("/home/a,b"));
+    QFETCH(QByteArray, written);
+    // Other groups and names, and a line that a later one replaces, do not count.
+    writeFile(settingsPath(), "[Other]\nFilePath=x,    y\n[Config]\nFilePath=x,    y\nFilePath2=x,    y\n" +
+                                  QByteArray("FilePath = ") + written + "\n[More]\nFilePath=x,    y\n");
+    QTEST(read(QStringLiteral("FilePath")), "text");
+}
+
+void Tst_Configuration::unquotedCommaInANestedGroup() {
+    writeFile(settingsPath(), "[General]\nname=a, b\n[Config]\nDeep\\0\\name=c,  d\n");
+    QCOMPARE(read(QStringLiteral("Deep/0/name")), QStringLiteral("c,  d"));
+    QCOMPARE(read(QStringLiteral("0/name"), ConfigKey + QStringLiteral("\\Deep")), QStringLiteral("c,  d"));
+    QCOMPARE(read(QStringLiteral("name"), QStringLiteral("SOFTWARE\\Norvane\\Tindra")),
+             QStringLiteral("a, b"));
 }
 
 void Tst_Configuration::fileIsReadableText() {

@@ -34,6 +34,7 @@ private slots:
     void setterOfAnotherTypeChangesTheType();
     void textsDifferByCase();
     void nullTextIsFinal();
+    void nullTextIsFinalAtLoad();
     void loadConvertsToTheDeclaredType_data();
     void loadConvertsToTheDeclaredType();
     void loadCountsWhatItRead();
@@ -193,6 +194,18 @@ void Tst_Preferences::nullTextIsFinal() {
     preferences.Define(0, QStringLiteral("S"), QString());
     preferences.SetString(0, QStringLiteral("x"));
     QCOMPARE(preferences.GetString(0, QStringLiteral("d")), QString());
+}
+
+void Tst_Preferences::nullTextIsFinalAtLoad() {
+    store(QStringLiteral("S"), QStringLiteral("stored"));
+    Preferences preferences;
+    preferences.Resize(1);
+    preferences.Define(0, QStringLiteral("S"), QString());
+    QCOMPARE(preferences.Load(Root, Key), 1);
+    QVERIFY(preferences.GetString(0, QStringLiteral("d")).isNull());
+    // What it holds counts as saved, so the stored text stays too.
+    QCOMPARE(preferences.Save(Root, Key), 0);
+    QCOMPARE(stored(QStringLiteral("S")).toString(), QStringLiteral("stored"));
 }
 
 void Tst_Preferences::loadConvertsToTheDeclaredType_data() {

@@ -1,10 +1,13 @@
 #include "platform/configuration.h"
 #include "preferences/tindrapreferences.h"
 
+#include <QLockFile>
 #include <QtTest>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <thread>
 
 namespace {
 
@@ -82,6 +85,9 @@ private slots:
     void defaultOfItem();
     void reloadBringsWhatOthersSaved();
     void garbageFileGivesDefaults();
+    void garbageNumberEndsTheList_data();
+    void garbageNumberEndsTheList();
+    void refusedSaveIsRefusedAsAWhole();
 };
 
 void Tst_TindraPreferences::init() {
@@ -476,6 +482,50 @@ void Tst_TindraPreferences::garbageFileGivesDefaults() {
     preferences->SetInt(P::LineWidth, 5);
     preferences->SaveAll();
     QCOMPARE(fresh()->GetInt(P::LineWidth, 0), 5);
+}
+
+void Tst_TindraPreferences::garbageNumberEndsTheList_data() {
+    QTest::addColumn<QString>("garbage");
+    QTest::newRow("word") << QStringLiteral("red");
+    QTest::newRow("empty") << QStringLiteral("");
+    QTest::newRow("number with a tail") << QStringLiteral("640px");
+    QTest::newRow("beyond 32 bits") << QStringLiteral("99999999999");
+}
+
+void Tst_TindraPreferences::garbageNumberEndsTheList() {
+    QFETCH(QString, garbage);
+    for (int group = 0; group < 3; ++group) {
+        store(QStringLiteral("SizePresets/%1/width").arg(group), 640);
+        store(QStringLiteral("SizePresets/%1/height").arg(group), group == 1 ? QVariant(garbage) : 480);
+        store(QStringLiteral("PenCustomColor/%1/CustomColor").arg(group),
+              group == 1 ? QVariant(garbage) : Red);
+    }
+    P *preferences = fresh();
+    QList<QSize> presets;
+    preferences->GetSizePresets(presets);
+    QCOMPARE(presets, QList<QSize>{QSize(640, 480)});
+    QList<QColor> colors;
+    preferences->GetCustomColors(P::PenCustomColorKey(), colors);
+    QCOMPARE(colors, QList<QColor>{QColor(255, 0, 0)});
+}
+
+// The lock comes free after the wait for it is over. Nothing may be written then: neither a second wait nor
+// half of the settings is wanted.
+void Tst_TindraPreferences::refusedSaveIsRefusedAsAWhole() {
+    P *preferences = fresh();
+    preferences->SetSizePresets({QSize(1, 2)});
+    preferences->SetCustomColors(P::PenCustomColorKey(), {QColor(255, 0, 0)});
+    const QString file = ConfigurationLocation(Key).fileName();
+    QVERIFY(QDir().mkpath(QFileInfo(file).path()));
+    QLockFile lock(file + QStringLiteral(".lock"));
+    QVERIFY(lock.lock());
+    std::thread stuck([&lock] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(3000));
+        lock.unlock();
+    });
+    preferences->SaveAll();
+    stuck.join();
+    QCOMPARE(fileLines(), QStringList());
 }
 
 int main(int argc, char **argv) {
