@@ -130,6 +130,7 @@ void TindraEditor::connectView() {
     connect(m_view, &EditorView::canUndo, this, &TindraEditor::onCanUndo);
     connect(m_view, &EditorView::canRedo, this, &TindraEditor::onCanRedo);
     connect(this, &TindraEditor::emptyEditor, m_view, &EditorView::onEmptyEditor);
+    connect(m_view, &EditorView::moveMainWindow, m_view, &EditorView::onMoveMainWindow);
     connect(m_view, &EditorView::clickHistoryShow, this, &TindraEditor::onClickHistoryShow);
     connect(this, &TindraEditor::clickHistoryHide, m_view, &EditorView::onClickHistoryHide);
 }
@@ -297,7 +298,12 @@ void TindraEditor::finishOpenItem() {
 void TindraEditor::onHistorySelectionChanged(History *history) {
     finishOpenItem();
     m_view->setEditor(history ? history->editor() : nullptr);
-    emit emptyEditor(!history);
+    const bool isEmpty = !history;
+    // Only then: the panel ends its select mode at it, and another row must not cost the checks.
+    if (m_isEmpty != isEmpty) {
+        m_isEmpty = isEmpty;
+        emit emptyEditor(isEmpty);
+    }
     // Enabled buttons stand for a capture; what its scene can do comes on top.
     m_view->onEditorChanged();
 }

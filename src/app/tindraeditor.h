@@ -103,6 +103,7 @@ private:
     ToolSelection m_tools;
     ExitRoutine *m_exit;
     CaptureFitting *m_fitting;
+    bool m_isEmpty = false; ///< as last told; before that, nobody knows
     bool m_hideBlocked = false;
     bool m_capturesRestored = false;
 };
