@@ -27,7 +27,7 @@ void ExitRoutine::run() {
     }
     PostMessageToTindra(CaptureMessage::ProgramEnds, 0, 0);
     m_window->hide();
-    leave(exitRequested && !m_killRequested);
+    leave(exitRequested && !m_killRequested ? End::Exit : End::Kill);
 }
 
 bool ExitRoutine::confirm() {
@@ -60,16 +60,19 @@ bool ExitRoutine::askAboutUnsavedImages() {
 
 void ExitRoutine::endSession() {
     PostMessageToTindra(CaptureMessage::ProgramEnds, 0, 0);
-    leave(true);
+    leave(End::Session);
 }
 
 // Pinned captures are written before the files that they come from go. Order matters to those who watch too:
-// files first, then the settings, then the end of the loop.
-void ExitRoutine::leave(bool clearCaptures) {
-    if (clearCaptures) {
+// files first, then the settings, then the end of the loop. A desktop that ends may not wait that long, so
+// there the settings come first: files that are left over come back at the next start, settings do not.
+void ExitRoutine::leave(End end) {
+    if (end != End::Kill)
         m_history->SavePinnedHistories();
+    if (end == End::Exit)
         removeTemporaryFiles();
-    }
     TindraPreferences::instance()->SaveAll();
+    if (end == End::Session)
+        removeTemporaryFiles();
     QCoreApplication::quit();
 }

@@ -27,10 +27,12 @@ public:
     void endSession();
 
 private:
+    enum class End { Exit, Kill, Session };
+
     void run();
     bool confirm();
     bool askAboutUnsavedImages();
-    void leave(bool clearCaptures);
+    void leave(End end);
 
     QWidget *m_window;
     HistoryWidget *m_history;

@@ -25,11 +25,6 @@ bool isDrawn(const QGraphicsItem *item) {
     return !drawing || drawing->isDrawn();
 }
 
-QRectF paintedRect(const QGraphicsItem &item) {
-    const auto *drawing = dynamic_cast<const DrawingItem *>(&item);
-    return drawing ? drawing->paintedRect() : item.sceneBoundingRect();
-}
-
 } // namespace
 
 Editor::Editor(QObject *parent) : QGraphicsScene(parent) {
@@ -264,7 +259,6 @@ void Editor::finishStroke(QPoint pos, bool shift) {
     }
     const auto *stroke = dynamic_cast<DrawingFreehandItem *>(m_currentItem);
     const int known = stroke ? stroke->segmentCount() : 0;
-    const QRectF before = paintedRect(*item);
     m_currentItem->drawEnd(m_lastPos, pos, shift);
     m_undoList.append(item);
     emptyRedoList();
@@ -272,7 +266,7 @@ void Editor::finishStroke(QPoint pos, bool shift) {
     if (stroke) {
         announceGrowth(*stroke, known);
     } else {
-        update(before.united(paintedRect(*item)));
+        update();
     }
 }
 
@@ -283,10 +277,8 @@ void Editor::growCurrentItem(QPoint pos, bool shift) {
         announceGrowth(*stroke, known);
         return;
     }
-    const QGraphicsItem &item = *graphicsItem(m_currentItem);
-    const QRectF before = paintedRect(item);
     m_currentItem->drawMove(m_lastPos, pos, shift);
-    update(before.united(paintedRect(item)));
+    update();
 }
 
 void Editor::announceGrowth(const DrawingFreehandItem &stroke, int firstSegment) {
@@ -358,7 +350,7 @@ void Editor::markUnsaved() {
 void Editor::takeOutOfScene(QGraphicsItem *item) {
     if (item->scene() != this)
         return;
-    const QRectF area = paintedRect(*item);
+    const QRectF area = item->sceneBoundingRect();
     removeItem(item);
     update(area);
 }

@@ -63,8 +63,7 @@ private:
     void moveFocus(QWidget *from, int key);
 
     int m_closeMode = Closed;
-    // As a QWidget: the panel is asked for its focus chain while the menu, no longer a `Menu`, is destroyed.
-    QPointer<QWidget> m_owner;
+    QPointer<Menu> m_owner;
     QWidgetAction *m_action = nullptr;
     bool m_closingByOwnSignal = false;
 };
