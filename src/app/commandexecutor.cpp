@@ -39,8 +39,10 @@ void CommandExecutor::runMainAction(const CommandLine &line) const {
     case Action::AddImage:
         addImage(line);
         break;
-    case Action::Preference:
     case Action::About:
+        m_window->onClickAbout(false);
+        break;
+    case Action::Preference:
     case Action::None:
         break;
     }

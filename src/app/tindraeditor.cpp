@@ -15,15 +15,21 @@
 #include "preferences/tindrapreferences.h"
 #include "services/tracelog.h"
 #include "services/usagestatistics.h"
+#include "ui/aboutdialog.h"
+#include "ui/menu.h"
 #include "ui/messagedialog.h"
+#include "ui/uistyler.h"
 #include "ui/windowplacement.h"
 
 #include <QCloseEvent>
+#include <QDesktopServices>
+#include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QScreen>
 #include <QTimer>
+#include <QUrl>
 #include <QVBoxLayout>
 
 namespace {
@@ -31,6 +37,12 @@ namespace {
 constexpr QSize StartSize(430, 298);       // at 96 DPI
 constexpr int HistoryWidth = 172;          // at 96 DPI
 constexpr int HideBlockAfterCapture = 500; // milliseconds
+constexpr int NoBanner = 0;                // nothing lies over the toolbar's right end
+
+// Addresses come from the translation, so that each language can have pages of its own.
+void openPage(const QString &address) {
+    QDesktopServices::openUrl(QUrl(address));
+}
 
 /// The screen that holds the point, or the primary one for a point off all screens.
 QRect availableAt(const QPoint &point) {
@@ -68,10 +80,8 @@ TindraEditor::TindraEditor(QWidget *parent)
     TindraPreferences::instance()->Init();
     FileNameUtil::initialize();
 
-    m_toolbar = new Toolbar(this);
-    m_toolbar->setWindowTitle(tr("toolBar"));
-    addToolBar(Qt::TopToolBarArea, m_toolbar);
-    connectToolbar();
+    buildToolbar();
+    connectPanels();
     connectView();
     connectHistory();
     emit m_history->itemSelectionChanged(nullptr);
@@ -108,17 +118,27 @@ void TindraEditor::buildLayout() {
     setCentralWidget(mainWidget);
 }
 
-void TindraEditor::connectToolbar() {
-    connect(m_toolbar, &Toolbar::captureClicked, this, &TindraEditor::onClickCapture);
-    connect(m_toolbar, &Toolbar::saveClicked, this, &TindraEditor::onClickSave);
-    connect(m_toolbar, &Toolbar::copyClicked, this, &TindraEditor::onClickCopy);
-    connect(m_toolbar, &Toolbar::undoClicked, this, &TindraEditor::onClickUndo);
-    connect(m_toolbar, &Toolbar::redoClicked, this, &TindraEditor::onClickRedo);
-    connect(m_toolbar, &Toolbar::resetClicked, this, &TindraEditor::onClickReset);
-    connect(m_toolbar, &Toolbar::penSelected, this, &TindraEditor::onPenSelected);
-    connect(m_toolbar, &Toolbar::highlighterSelected, this, &TindraEditor::onHighlighterSelected);
-    connect(m_toolbar, &Toolbar::eraserClicked, this, &TindraEditor::onClickEraser);
+void TindraEditor::buildToolbar() {
+    m_toolbar = new Toolbar(this);
+    m_toolbar->setWindowTitle(tr("toolBar"));
+    addToolBar(Qt::TopToolBarArea, m_toolbar);
     connect(this, &TindraEditor::emptyEditor, m_toolbar, &Toolbar::onEmptyEditor);
+    // Another scale gives the buttons another width, whether the window's changes or not.
+    UIStyler::setScaleCallback(m_toolbar, [this](double) { m_toolbar->layOut(NoBanner); });
+}
+
+void TindraEditor::connectPanels() {
+    const ToolPanels *panels = m_toolbar->panels();
+    connect(panels, &ToolPanels::figureSelected, this, &TindraEditor::onFigureSelected);
+    connect(panels, &ToolPanels::penSelected, this, &TindraEditor::onPenSelected);
+    connect(panels, &ToolPanels::highlighterSelected, this, &TindraEditor::onHighlighterSelected);
+    connect(panels, &ToolPanels::lineSelected, this, &TindraEditor::onLineSelected);
+    connect(panels, &ToolPanels::mosaicSelected, this, &TindraEditor::onMosaicSelected);
+    m_view->setFigureMenu(panels->menu(ToolPanels::Figure));
+    m_view->setPenMenu(panels->menu(ToolPanels::Pen));
+    m_view->setHighlighterMenu(panels->menu(ToolPanels::Highlighter));
+    m_view->setLineWidthMenu(panels->menu(ToolPanels::LineWidth));
+    m_view->setMosaicMenu(panels->menu(ToolPanels::Mosaic));
 }
 
 void TindraEditor::connectView() {
@@ -354,14 +374,17 @@ void TindraEditor::onClickReset() {
 
 void TindraEditor::onFigureSelected(Editor::ShapeType shapeType, Qt::PenStyle lineType, QColor fillColor,
                                     QColor lineColor) {
+    m_toolbar->checkEntry(shapeType);
     m_tools.selectFigure(shapeType, lineType, fillColor, lineColor);
 }
 
 void TindraEditor::onPenSelected(QColor lineColor) {
+    m_toolbar->checkEntry(Editor::Pen);
     m_tools.selectPen(lineColor);
 }
 
 void TindraEditor::onHighlighterSelected(QColor lineColor) {
+    m_toolbar->checkEntry(Editor::Highlighter);
     m_tools.selectHighlighter(lineColor);
 }
 
@@ -370,19 +393,65 @@ void TindraEditor::onLineSelected(int lineWidth) {
 }
 
 void TindraEditor::onClickText() {
+    m_toolbar->checkEntry(Editor::Text);
     m_tools.selectText();
 }
 
 void TindraEditor::onClickCrop() {
+    m_toolbar->checkEntry(Editor::Crop);
     m_tools.selectCrop();
 }
 
 void TindraEditor::onMosaicSelected(int strength) {
+    m_toolbar->checkEntry(Editor::Mosaic);
     m_tools.selectMosaic(strength);
 }
 
 void TindraEditor::onClickEraser() {
+    m_toolbar->checkEntry(Editor::Eraser);
     m_tools.selectEraser();
+}
+
+void TindraEditor::onClickMenuBtn() {
+    if (const Editor *editor = m_view->editor())
+        m_toolbar->checkEntry(editor->shapeType());
+}
+
+void TindraEditor::onClickHelp() {
+    recordUsage("capt_1_052");
+    openPage(tr("https://www.norvane.example/tindra/help"));
+}
+
+void TindraEditor::onClickReadme() {
+    const QDir programFolder(QCoreApplication::applicationDirPath());
+    QDesktopServices::openUrl(QUrl::fromLocalFile(programFolder.filePath(QStringLiteral("readme.txt"))));
+}
+
+void TindraEditor::onClickFAQ() {
+    openPage(tr("https://www.norvane.example/tindra/faq"));
+}
+
+void TindraEditor::onClickCustomerServices() {
+    openPage(tr("https://www.norvane.example/support"));
+}
+
+void TindraEditor::onClickBrindlePage() {
+    openPage(tr("https://www.brindle.example"));
+}
+
+void TindraEditor::onClickNorvanePage() {
+    openPage(tr("https://www.norvane.example"));
+}
+
+void TindraEditor::onClickAbout(bool modal) {
+    auto *dialog = new AboutDialog(this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    if (modal) {
+        dialog->exec();
+        return;
+    }
+    dialog->show();
+    bringToFront(dialog);
 }
 
 void TindraEditor::onClickUpdate() {
@@ -439,6 +508,11 @@ void TindraEditor::showEvent(QShowEvent *event) {
 void TindraEditor::hideEvent(QHideEvent *event) {
     QMainWindow::hideEvent(event);
     postHidden();
+}
+
+void TindraEditor::resizeEvent(QResizeEvent *event) {
+    QMainWindow::resizeEvent(event);
+    m_toolbar->layOut(NoBanner);
 }
 
 void TindraEditor::moveEvent(QMoveEvent *event) {

@@ -67,6 +67,15 @@ public slots:
     void onClickEraser();
     void onClickUpdate();
     void onClickClose();
+    void onClickHelp();
+    void onClickReadme();
+    void onClickFAQ();
+    void onClickCustomerServices();
+    void onClickBrindlePage();
+    void onClickNorvanePage();
+    void onClickAbout(bool modal = false);
+    /// The menu of the toolbar's last button is about to open.
+    void onClickMenuBtn();
     void onClickHistoryShow();
     void onClickHistoryHide();
     void onHistorySelectionChanged(History *history);
@@ -76,13 +85,15 @@ public slots:
 
 protected:
     void moveEvent(QMoveEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
 
 private:
     void buildLayout();
-    void connectToolbar();
+    void buildToolbar();
+    void connectPanels();
     void connectView();
     void connectHistory();
     /// Brings back the pinned captures and what an end other than an exit left in the work folder.

@@ -1,133 +1,245 @@
 #include "app/toolbar.h"
 
-#include "preferences/tindrapreferences.h"
+#include "app/helpmenu.h"
+#include "app/overflowlayout.h"
+#include "app/overflowmenu.h"
+#include "app/tindraeditor.h"
+#include "canvas/itemtable.h"
+#include "popups/popup.h"
+#include "popups/toolbutton.h"
+#include "ui/uistyler.h"
 
 #include <QButtonGroup>
-#include <QColor>
-#include <QIcon>
+#include <QEvent>
+#include <QLayout>
 #include <QShortcut>
-#include <QToolButton>
+#include <QStyle>
+
+#include <algorithm>
+
+/// One place of the toolbar. What it does is one of a slot, a panel and the help menu.
+struct ToolbarRow {
+    using Slot = void (TindraEditor::*)();
+    enum Kind { Separator, LastSeparator, Function, Tool, Setting, Help };
+
+    Kind kind;
+    const char *name = nullptr; ///< of the button, and translated its label
+    const char *toolTip = nullptr;
+    Slot clicked = nullptr;
+    ToolPanels::Panel panel = ToolPanels::None;
+    int key = 0;
+    enum Place { StaysOut, Overflows, EndsGroup } place = StaysOut; ///< in the overflow menu
+};
 
 namespace {
 
-constexpr int IconSide = 32; // at 96 DPI
+using Row = ToolbarRow;
 
-const auto captureName = QStringLiteral("capture");
-const auto undoName = QStringLiteral("undo");
-const auto redoName = QStringLiteral("redo");
-const auto resetName = QStringLiteral("reset");
+constexpr int Spacing = 4; // between two buttons, at 96 DPI
 
-QIcon toolIcon(const QString &name) {
-    QIcon icon(QStringLiteral(":/res/toolbar/%1.svg").arg(name));
-    icon.addFile(QStringLiteral(":/res/toolbar/%1_disabled.svg").arg(name), {}, QIcon::Disabled);
-    return icon;
-}
+constexpr Row Rows[] = {
+    {Row::Function, QT_TRANSLATE_NOOP("Toolbar", "capture"),
+     QT_TRANSLATE_NOOP("Toolbar", "Run new capture (Ctrl + N)"), &TindraEditor::onClickCapture},
+    {Row::Separator},
+    {Row::Function, QT_TRANSLATE_NOOP("Toolbar", "save"),
+     QT_TRANSLATE_NOOP("Toolbar", "Save current image (Ctrl + S)"), &TindraEditor::onClickSave},
+    {Row::Function, QT_TRANSLATE_NOOP("Toolbar", "copy"),
+     QT_TRANSLATE_NOOP("Toolbar", "Copy current image (Ctrl + C)"), &TindraEditor::onClickCopy,
+     ToolPanels::None, Qt::CTRL | Qt::Key_C},
+    {Row::Function, QT_TRANSLATE_NOOP("Toolbar", "undo"),
+     QT_TRANSLATE_NOOP("Toolbar", "Undo last work (Ctrl + Z)"), &TindraEditor::onClickUndo, ToolPanels::None,
+     Qt::CTRL | Qt::Key_Z},
+    {Row::Function, QT_TRANSLATE_NOOP("Toolbar", "redo"),
+     QT_TRANSLATE_NOOP("Toolbar", "Redo last work (Ctrl + Y)"), &TindraEditor::onClickRedo, ToolPanels::None,
+     Qt::CTRL | Qt::Key_Y},
+    {Row::Function, QT_TRANSLATE_NOOP("Toolbar", "reset"), QT_TRANSLATE_NOOP("Toolbar", "Reset all works"),
+     &TindraEditor::onClickReset},
+    {Row::Separator},
+    {Row::Tool, QT_TRANSLATE_NOOP("Toolbar", "figure"),
+     QT_TRANSLATE_NOOP("Toolbar", "Draw figure on current image"), nullptr, ToolPanels::Figure},
+    {Row::Tool, QT_TRANSLATE_NOOP("Toolbar", "pen"),
+     QT_TRANSLATE_NOOP("Toolbar", "Draw pen on current image"), nullptr, ToolPanels::Pen},
+    {Row::Tool, QT_TRANSLATE_NOOP("Toolbar", "highlighter"),
+     QT_TRANSLATE_NOOP("Toolbar", "Draw highlighter on current image"), nullptr, ToolPanels::Highlighter},
+    {Row::Setting, QT_TRANSLATE_NOOP("Toolbar", "line"),
+     QT_TRANSLATE_NOOP("Toolbar", "Set line width for figure, pen, highlighter"), nullptr,
+     ToolPanels::LineWidth, 0, Row::EndsGroup},
+    {Row::Separator},
+    {Row::Tool, QT_TRANSLATE_NOOP("Toolbar", "text"),
+     QT_TRANSLATE_NOOP("Toolbar", "Add text on current image"), &TindraEditor::onClickText, ToolPanels::None,
+     0, Row::Overflows},
+    {Row::Tool, QT_TRANSLATE_NOOP("Toolbar", "crop"), QT_TRANSLATE_NOOP("Toolbar", "Crop current image"),
+     &TindraEditor::onClickCrop, ToolPanels::None, 0, Row::Overflows},
+    {Row::Tool, QT_TRANSLATE_NOOP("Toolbar", "mosaic"),
+     QT_TRANSLATE_NOOP("Toolbar", "Add mosaic region of current image"), nullptr, ToolPanels::Mosaic, 0,
+     Row::Overflows},
+    {Row::Tool, QT_TRANSLATE_NOOP("Toolbar", "eraser"), QT_TRANSLATE_NOOP("Toolbar", "Erase drawn object"),
+     &TindraEditor::onClickEraser, ToolPanels::None, 0, Row::EndsGroup},
+    {Row::LastSeparator},
+    {Row::Help, QT_TRANSLATE_NOOP("Toolbar", "help"),
+     QT_TRANSLATE_NOOP("Toolbar", "Click to show help, about, etc."), nullptr, ToolPanels::None, 0,
+     Row::EndsGroup},
+};
 
-QString toolOf(ShapeTypes::ShapeType shape) {
+const char *const menuName = QT_TRANSLATE_NOOP("Toolbar", "menu");
+
+const char *buttonOf(ShapeTypes::ShapeType shape) {
     switch (shape) {
     case ShapeTypes::Eraser:
-        return QStringLiteral("eraser");
+        return "eraser";
     case ShapeTypes::Pen:
-        return QStringLiteral("pen");
+        return "pen";
     case ShapeTypes::Highlighter:
-        return QStringLiteral("highlighter");
+        return "highlighter";
     case ShapeTypes::Mosaic:
-        return QStringLiteral("mosaic");
+        return "mosaic";
     case ShapeTypes::Text:
     case ShapeTypes::TextEditing:
     case ShapeTypes::TextFinished:
-        return QStringLiteral("text");
+        return "text";
     case ShapeTypes::Crop:
-        return QStringLiteral("crop");
+        return "crop";
     default:
-        return QStringLiteral("figure");
+        return "figure";
     }
+}
+
+bool isOf(const Row &row, const char *name) {
+    return qstrcmp(row.name, name) == 0;
+}
+
+/// Whether every shape that the button of a tool stands for has an item to draw it. The eraser draws none.
+bool exists(const Row &row) {
+    if (row.kind != Row::Tool)
+        return true;
+    for (int shape = ShapeTypes::Pen; shape <= ShapeTypes::Crop; ++shape) {
+        const auto type = ShapeTypes::ShapeType(shape);
+        const bool isStateOfText = type == ShapeTypes::TextEditing || type == ShapeTypes::TextFinished;
+        if (isOf(row, buttonOf(type)) && !isStateOfText && !ItemTable::maker(type))
+            return false;
+    }
+    return true;
+}
+
+bool needsCapture(const Row &row) {
+    return row.kind != Row::Help && row.clicked != &TindraEditor::onClickCapture;
+}
+
+/// The width that the toolbar gives a widget, whether it shows it or not.
+int naturalWidth(QWidget *widget) {
+    widget->ensurePolished();
+    return widget->sizeHint()
+        .expandedTo(widget->minimumSizeHint())
+        .expandedTo(widget->minimumSize())
+        .boundedTo(widget->maximumSize())
+        .width();
 }
 
 } // namespace
 
-Toolbar::Toolbar(QWidget *parent) : QToolBar(parent), m_tools(new QButtonGroup(this)) {
+Toolbar::Toolbar(TindraEditor *window)
+    : QToolBar(window), m_window(window), m_panels(new ToolPanels(this)), m_overflow(new OverflowMenu(this)),
+      m_tools(new QButtonGroup(this)) {
     setObjectName(QStringLiteral("toolbar_"));
     setMovable(false);
     setContextMenuPolicy(Qt::PreventContextMenu);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-    setIconSize({IconSide, IconSide});
     // What does not fit has a menu of its own.
-    if (auto *extension = findChild<QToolButton *>(QStringLiteral("qt_toolbar_ext_button")))
+    if (auto *extension = findChild<QWidget *>(QStringLiteral("qt_toolbar_ext_button")))
         extension->setFixedSize(0, 0);
-    addFunctions();
-    addTools();
+    addRows();
+    addMenuButton();
+    setBannerWidth(0);
 }
 
-QToolButton *Toolbar::addFunction(const QString &name, const QString &label, const QString &toolTip,
-                                  const QKeySequence &shortcut) {
-    auto *button = new QToolButton(this);
-    button->setObjectName(name);
-    button->setText(label);
-    button->setToolTip(toolTip);
-    button->setIcon(toolIcon(name));
-    button->setIconSize(iconSize());
-    button->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
-    button->setAutoRaise(true);
-    button->setFocusPolicy(Qt::NoFocus);
-    if (!shortcut.isEmpty()) {
-        // Not the button's own shortcut, which works at most every 100 ms.
-        const auto *key = new QShortcut(shortcut, button);
-        connect(key, &QShortcut::activated, button, [button] { emit button->clicked(); });
+void Toolbar::addRows() {
+    for (const Row &row : Rows) {
+        if (row.kind == Row::Separator)
+            m_separatorOfNext = addSeparator();
+        else if (row.kind == Row::LastSeparator)
+            m_lastSeparator = addSeparator();
+        else if (exists(row))
+            addButton(row);
     }
-    addWidget(button);
-    m_buttons.insert(name, button);
-    return button;
 }
 
-QToolButton *Toolbar::addTool(const QString &name, const QString &label, const QString &toolTip) {
-    QToolButton *button = addFunction(name, label, toolTip);
+void Toolbar::addButton(const Row &row) {
+    auto *button = new ToolButton(this);
+    button->setObjectName(QLatin1String(row.name));
+    button->setText(tr(row.name));
+    button->setToolTip(tr(row.toolTip));
+    Entry entry{&row, button, addWidget(button), nullptr};
+    entry.action->setText(button->text());
+    addMenuOf(row, entry);
+    if (row.clicked)
+        connect(button, &QPushButton::clicked, m_window, row.clicked);
+    if (row.kind == Row::Tool)
+        joinTools(row, button);
+    if (row.key)
+        addShortcut(row, button);
+    // A group that has left takes its separator along.
+    if (QAction *separator = m_separatorOfNext) {
+        connect(entry.action, &QAction::changed, separator,
+                [separator, action = entry.action] { separator->setVisible(action->isVisible()); });
+        m_separatorOfNext = nullptr;
+    }
+    m_entries.append(entry);
+}
+
+// Panels of tools open from a half of their button, the rest of which chooses the tool.
+void Toolbar::addMenuOf(const Row &row, Entry &entry) {
+    QMenu *menu = row.kind == Row::Help ? new HelpMenu(m_window, this) : m_panels->menu(row.panel);
+    if (menu) {
+        entry.button->setShowMenuButton(row.kind == Row::Tool);
+        entry.button->setMenu(menu);
+        entry.action->setMenu(menu);
+    }
+    if (row.place == Row::StaysOut)
+        return;
+    entry.copy = m_overflow->addCopy(entry.button->objectName(), entry.action);
+    if (row.clicked)
+        connect(entry.copy, &QAction::triggered, m_window, row.clicked);
+    if (row.place == Row::EndsGroup)
+        m_overflow->addSeparator();
+}
+
+void Toolbar::addShortcut(const Row &row, ToolButton *button) {
+    // Not the button's own shortcut, which works at most every 100 ms.
+    const auto *key = new QShortcut(row.key, button);
+    connect(key, &QShortcut::activated, button, [button] { emit button->clicked(); });
+}
+
+void Toolbar::joinTools(const Row &row, ToolButton *button) {
     button->setCheckable(true);
     m_tools->addButton(button);
-    return button;
+    Popup *panel = m_panels->popup(row.panel);
+    if (!panel)
+        return;
+    connect(panel, &Popup::triggered, button, [button] { button->setChecked(true); });
+    // The press chooses the tool already, with what its panel shows.
+    connect(button, &ToolButton::beforePress, panel, &Popup::triggered);
 }
 
-void Toolbar::addFunctions() {
-    const QToolButton *capture = addFunction(captureName, tr("capture"), tr("Run new capture (Ctrl + N)"));
-    addSeparator();
-    const QToolButton *save =
-        addFunction(QStringLiteral("save"), tr("save"), tr("Save current image (Ctrl + S)"));
-    const QToolButton *copy = addFunction(QStringLiteral("copy"), tr("copy"),
-                                          tr("Copy current image (Ctrl + C)"), Qt::CTRL | Qt::Key_C);
-    const QToolButton *undo =
-        addFunction(undoName, tr("undo"), tr("Undo last work (Ctrl + Z)"), Qt::CTRL | Qt::Key_Z);
-    const QToolButton *redo =
-        addFunction(redoName, tr("redo"), tr("Redo last work (Ctrl + Y)"), Qt::CTRL | Qt::Key_Y);
-    const QToolButton *reset = addFunction(resetName, tr("reset"), tr("Reset all works"));
-    addSeparator();
-
-    connect(capture, &QToolButton::clicked, this, &Toolbar::captureClicked);
-    connect(save, &QToolButton::clicked, this, &Toolbar::saveClicked);
-    connect(copy, &QToolButton::clicked, this, &Toolbar::copyClicked);
-    connect(undo, &QToolButton::clicked, this, &Toolbar::undoClicked);
-    connect(redo, &QToolButton::clicked, this, &Toolbar::redoClicked);
-    connect(reset, &QToolButton::clicked, this, &Toolbar::resetClicked);
+void Toolbar::addMenuButton() {
+    m_overflow->addCommands(m_window);
+    connect(m_overflow, &QMenu::aboutToShow, m_window, &TindraEditor::onClickMenuBtn);
+    m_menuButton = new ToolButton(this);
+    m_menuButton->setObjectName(QLatin1String(menuName));
+    m_menuButton->setText(tr(menuName));
+    m_menuButton->setToolTip(tr("Click to show features, save, print, preferences, etc."));
+    m_menuButton->setMenu(m_overflow);
+    addWidget(m_menuButton);
 }
 
-void Toolbar::addTools() {
-    const QToolButton *pen = addTool(QStringLiteral("pen"), tr("pen"), tr("Draw pen on current image"));
-    const QToolButton *highlighter =
-        addTool(QStringLiteral("highlighter"), tr("highlighter"), tr("Draw highlighter on current image"));
-    addSeparator();
-    const QToolButton *eraser = addTool(QStringLiteral("eraser"), tr("eraser"), tr("Erase drawn object"));
-
-    // A tool acts at the press already.
-    connect(pen, &QToolButton::pressed, this,
-            [this] { emit penSelected(TindraPreferences::instance()->color(TindraPreferences::PenColor)); });
-    connect(highlighter, &QToolButton::pressed, this, [this] {
-        emit highlighterSelected(TindraPreferences::instance()->color(TindraPreferences::HighlighterColor));
-    });
-    connect(eraser, &QToolButton::clicked, this, &Toolbar::eraserClicked);
+const Toolbar::Entry *Toolbar::entry(const char *name) const {
+    const auto found = std::find_if(m_entries.begin(), m_entries.end(),
+                                    [name](const Entry &entry) { return isOf(*entry.row, name); });
+    return found == m_entries.end() ? nullptr : &*found;
 }
 
 void Toolbar::showShape(ShapeTypes::ShapeType shape) {
-    if (QToolButton *button = m_buttons.value(toolOf(shape))) {
-        button->setChecked(true);
+    if (const Entry *tool = entry(buttonOf(shape))) {
+        tool->button->setChecked(true);
         return;
     }
     if (QAbstractButton *checked = m_tools->checkedButton()) {
@@ -137,18 +249,63 @@ void Toolbar::showShape(ShapeTypes::ShapeType shape) {
     }
 }
 
+void Toolbar::checkEntry(ShapeTypes::ShapeType shape) {
+    m_overflow->checkTool(shape);
+}
+
+void Toolbar::setBannerWidth(int width) {
+    const QVariant hasBanner = width > 0 ? QStringLiteral("true") : QStringLiteral("false");
+    if (property("hasBanner") != hasBanner) {
+        setProperty("hasBanner", hasBanner);
+        style()->unpolish(this);
+        style()->polish(this);
+    }
+    QMargins margins = layout()->contentsMargins();
+    margins.setRight(width);
+    layout()->setContentsMargins(margins);
+}
+
+void Toolbar::layOut(int bannerWidth) {
+    setBannerWidth(bannerWidth);
+    QWidget *last = widgetForAction(m_lastSeparator);
+    QVector<QAction *> overflowing;
+    QVector<OverflowEntry> entries;
+    const QList<QAction *> all = actions();
+    for (QAction *action : all) {
+        QWidget *widget = widgetForAction(action);
+        if (!widget || widget == last || widget == m_menuButton)
+            continue;
+        overflowing.append(action);
+        entries.append({naturalWidth(widget), !action->isSeparator()});
+    }
+    const int spacing = static_cast<int>(Spacing * widgetScale(this));
+    const QVector<bool> stays = entriesThatStay(
+        entries, {width(), bannerWidth, naturalWidth(m_menuButton), naturalWidth(last), spacing});
+    for (int i = 0; i < stays.size(); ++i) {
+        if (entries[i].isButton)
+            overflowing[i]->setVisible(stays[i]);
+    }
+    for (const Entry &entry : qAsConst(m_entries)) {
+        if (entry.copy)
+            entry.copy->setVisible(!entry.action->isVisible());
+    }
+}
+
 void Toolbar::onEmptyEditor(bool isEmpty) {
-    for (QToolButton *button : qAsConst(m_buttons)) {
-        if (button->objectName() != captureName)
-            button->setDisabled(isEmpty);
+    for (const Entry &entry : qAsConst(m_entries)) {
+        if (!needsCapture(*entry.row))
+            continue;
+        entry.action->setDisabled(isEmpty);
+        if (entry.copy)
+            entry.copy->setDisabled(isEmpty);
     }
 }
 
 void Toolbar::onCanUndo(bool can) {
-    m_buttons.value(undoName)->setEnabled(can);
-    m_buttons.value(resetName)->setEnabled(can);
+    entry("undo")->action->setEnabled(can);
+    entry("reset")->action->setEnabled(can);
 }
 
 void Toolbar::onCanRedo(bool can) {
-    m_buttons.value(redoName)->setEnabled(can);
+    entry("redo")->action->setEnabled(can);
 }

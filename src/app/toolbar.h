@@ -1,49 +1,69 @@
 #pragma once
 
+#include "app/toolpanels.h"
 #include "canvas/shapetype.h"
 
-#include <QHash>
 #include <QToolBar>
+#include <QVector>
 
+class OverflowMenu;
 class QButtonGroup;
-class QToolButton;
+class TindraEditor;
+class ToolButton;
+struct ToolbarRow;
 
-/// The one toolbar: a button per function, the tools among them in an exclusive group.
+/// The one toolbar: a button per function, the tools among them in an exclusive group, and a menu that takes
+/// what does not fit.
 ///
-/// Tells what the user chose; the main window says what is enabled and which tool is current.
+/// Hands what the user chose to the window's slots; the window says what is enabled and which tool is
+/// current. A tool that has no drawing item yet has no button either.
 class Toolbar : public QToolBar {
     Q_OBJECT
 public:
-    explicit Toolbar(QWidget *parent = nullptr);
+    /// Connects itself to the window's slots, which may be called from the first event on.
+    explicit Toolbar(TindraEditor *window);
+
+    const ToolPanels *panels() const { return m_panels; }
 
     /// Checks the button of a tool; a tool without a button leaves none checked.
     void showShape(ShapeTypes::ShapeType shape);
+    /// Checks the entry of a tool in the overflow menu and no other.
+    void checkEntry(ShapeTypes::ShapeType shape);
+    /// Moves what does not fit into the menu and what fits back again. The banner lies over the right end;
+    /// its width in device pixels is 0 while there is none.
+    void layOut(int bannerWidth);
 
 public slots:
-    /// Without a capture only what makes one stays usable.
+    /// Without a capture only what needs none stays usable.
     void onEmptyEditor(bool isEmpty);
     /// Where nothing can be undone there is nothing to reset either.
     void onCanUndo(bool can);
     void onCanRedo(bool can);
 
-signals:
-    void captureClicked();
-    void saveClicked();
-    void copyClicked();
-    void undoClicked();
-    void redoClicked();
-    void resetClicked();
-    void penSelected(QColor lineColor);
-    void highlighterSelected(QColor lineColor);
-    void eraserClicked();
-
 private:
-    QToolButton *addFunction(const QString &name, const QString &label, const QString &toolTip,
-                             const QKeySequence &shortcut = {});
-    QToolButton *addTool(const QString &name, const QString &label, const QString &toolTip);
-    void addFunctions();
-    void addTools();
+    struct Entry {
+        const ToolbarRow *row;
+        ToolButton *button;
+        QAction *action; ///< of the button in the toolbar, which rules whether it is enabled
+        QAction *copy;   ///< in the overflow menu, null for what never goes there
+    };
 
-    QHash<QString, QToolButton *> m_buttons;
+    void addRows();
+    void addButton(const ToolbarRow &row);
+    void addMenuOf(const ToolbarRow &row, Entry &entry);
+    void addShortcut(const ToolbarRow &row, ToolButton *button);
+    void joinTools(const ToolbarRow &row, ToolButton *button);
+    void addMenuButton();
+    void setBannerWidth(int width);
+    /// Null for a button that is not there.
+    const Entry *entry(const char *name) const;
+
+    TindraEditor *m_window;
+    ToolPanels *m_panels;
+    OverflowMenu *m_overflow;
     QButtonGroup *m_tools;
+    QVector<Entry> m_entries; ///< all buttons but that of the menu
+    QAction *m_separatorOfNext = nullptr;
+    QAction *m_lastSeparator = nullptr; ///< the one that always stays
+    ToolButton *m_menuButton = nullptr;
 };

@@ -28,8 +28,11 @@ void ToolSelection::remember(ShapeTypes::ShapeType shape) {
     TindraPreferences::instance()->SetInt(TindraPreferences::LastDrawingItem, shape);
 }
 
-// Reports a colour that is neither the one of before nor the one that everybody starts with.
+// Reports a colour that is neither the one of before nor the one that everybody starts with. A panel without
+// a chosen swatch tells no colour, and the remembered one stays.
 void ToolSelection::storeColor(TindraPreferences::Id id, const QColor &color, const char *event) {
+    if (!color.isValid())
+        return;
     TindraPreferences *preferences = TindraPreferences::instance();
     const int value = TindraPreferences::colorToInt(color);
     const int defaultValue = TindraPreferences::defaultInt(id);

@@ -1,5 +1,7 @@
 #include "canvas/canvasmenu.h"
 
+#include "popups/popup.h"
+
 #include <QCoreApplication>
 
 namespace {
@@ -68,6 +70,15 @@ CanvasMenu::CanvasMenu(bool withAiTools, QWidget *parent) : QMenu(parent) {
         action->setCheckable(row.checkable);
         m_actions[row.entry] = action;
     }
+}
+
+void CanvasMenu::setPanel(Entry entry, QMenu *menu) {
+    QAction *action = m_actions[entry];
+    if (!action)
+        return;
+    action->setMenu(menu);
+    if (const Popup *panel = Popup::findPopup(menu))
+        connect(panel, &Popup::triggered, this, &QWidget::hide);
 }
 
 void CanvasMenu::checkTool(ShapeTypes::ShapeType shape) {

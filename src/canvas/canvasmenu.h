@@ -18,6 +18,9 @@ public:
 
     /// Null for the AI tools where they are not available.
     QAction *action(Entry entry) const { return m_actions[entry]; }
+    /// Gives an entry its panel's menu, which is not owned. A choice in the panel closes this menu too.
+    /// Nothing happens where the entry is not available.
+    void setPanel(Entry entry, QMenu *menu);
     /// Checks the entry of the present tool, and no other.
     void checkTool(ShapeTypes::ShapeType shape);
 

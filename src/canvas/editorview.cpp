@@ -57,6 +57,30 @@ void EditorView::connectMenu() {
     forward(CanvasMenu::Print, &EditorView::contextMenuPrint);
 }
 
+void EditorView::setAiToolsMenu(QMenu *menu) {
+    m_contextMenu->setPanel(CanvasMenu::AiTools, menu);
+}
+
+void EditorView::setFigureMenu(QMenu *menu) {
+    m_contextMenu->setPanel(CanvasMenu::Figure, menu);
+}
+
+void EditorView::setHighlighterMenu(QMenu *menu) {
+    m_contextMenu->setPanel(CanvasMenu::Highlighter, menu);
+}
+
+void EditorView::setLineWidthMenu(QMenu *menu) {
+    m_contextMenu->setPanel(CanvasMenu::LineWidth, menu);
+}
+
+void EditorView::setMosaicMenu(QMenu *menu) {
+    m_contextMenu->setPanel(CanvasMenu::Mosaic, menu);
+}
+
+void EditorView::setPenMenu(QMenu *menu) {
+    m_contextMenu->setPanel(CanvasMenu::Pen, menu);
+}
+
 void EditorView::setEditor(Editor *editor) {
     if (m_editor) {
         // A capture can arrive in the middle of a drag, and its end will be another scene's.

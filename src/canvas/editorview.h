@@ -15,6 +15,7 @@ class CanvasMenu;
 class CanvasViewport;
 class DebounceFunc;
 class ItemButton;
+class QMenu;
 
 /// The canvas widget: shows one `Editor` at a time, paints its image as background, keeps zoom and scroll
 /// position per capture, sets the tool cursors.
@@ -33,6 +34,14 @@ public:
     /// Shows another capture, or none.
     void setEditor(Editor *editor);
     Editor *editor() const { return m_editor; }
+
+    /// The menus of the tools' panels for the context menu; not owned.
+    void setAiToolsMenu(QMenu *menu);
+    void setFigureMenu(QMenu *menu);
+    void setHighlighterMenu(QMenu *menu);
+    void setLineWidthMenu(QMenu *menu);
+    void setMosaicMenu(QMenu *menu);
+    void setPenMenu(QMenu *menu);
 
 public slots:
     void onZoomIn();

@@ -21,6 +21,9 @@ bool pressesButton(const QEvent *event) {
 ToolButton::ToolButton(QWidget *parent)
     : QPushButton(parent), m_menuButton(new QPushButton(this)), m_image(new QLabel(this)) {
     setCursor(Qt::PointingHandCursor);
+    // A click must not take the keyboard away from a text that is being written.
+    setFocusPolicy(Qt::TabFocus);
+    m_menuButton->setFocusPolicy(Qt::TabFocus);
     m_image->setObjectName(QStringLiteral("image_"));
     m_image->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_menuButton->setObjectName(QStringLiteral("menuBtn_"));

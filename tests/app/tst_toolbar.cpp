@@ -1,192 +1,512 @@
 #include "app/toolbar.h"
-#include "support/literals.h"
-#include "support/session.h"
+#include "app/windowtest.h"
+#include "canvas/itemtable.h"
+#include "popups/colorselectpopup.h"
+#include "popups/figurepopup.h"
+#include "popups/linepopup.h"
+#include "popups/mosaicpopup.h"
+#include "ui/menu.h"
 
-#include <QToolButton>
-#include <QtTest>
+#include <QButtonGroup>
+#include <QLayout>
+#include <QMenu>
 
-class Tst_Toolbar : public QObject {
+/// Buttons, panels and menus of the toolbar, and which of them are there at which width.
+class Tst_Toolbar : public WindowTest {
     Q_OBJECT
 private slots:
-    void init();
-    void cleanup();
+    void init() { WindowTest::init(); }
+    void cleanup() { WindowTest::cleanup(); }
+
     void buttonsStandInOrder();
     void buttonsTellWhatTheyDo_data();
     void buttonsTellWhatTheyDo();
+    void toolWithoutItemHasNoButton_data();
+    void toolWithoutItemHasNoButton();
+    void functionsReachTheWindow_data();
+    void functionsReachTheWindow();
     void keysWorkAtOnceAndAgain();
     void keysOfDisabledButtonsAreDead();
     void shapeChecksItsButton_data();
     void shapeChecksItsButton();
-    void toolsAreChosenWithTheirColor();
-    void emptyEditorLeavesOnlyCapture();
+    void panelsBelongToTheirButtons_data();
+    void panelsBelongToTheirButtons();
+    void buildingThemChoosesNothing();
+    void pressChoosesTheTool();
+    void choiceInThePanelChoosesTheTool();
+    void colorOutsideTheSwatchesIsKept();
+    void lineWidthIsNoTool();
+    void emptyEditorLeavesWhatNeedsNoCapture();
+    void widthLeavesTheEnabledAlone();
     void resetNeedsAnUndo();
-    void overflowHasNoExtensionButton();
-    void iconsExist();
+    void extensionButtonIsGone();
+    void menuHoldsWhatHasNoButton();
+    void narrowWindowMovesToolsIntoTheMenu();
+    void bannerTakesRoom();
+    void hiddenToolIsChosenByItsEntry();
+    void menuChecksThePresentTool_data();
+    void menuChecksThePresentTool();
+    void panelsOpenFromTheCanvasMenuToo();
+    void choiceInThePanelClosesTheMenus();
 
 private:
-    QToolButton *button(const QString &name) const { return m_toolbar->findChild<QToolButton *>(name); }
-    QString enabled() const {
-        QStringList names;
-        for (const QString &name : allNames()) {
-            if (button(name)->isEnabled())
-                names.append(name);
+    Toolbar *toolbar() const { return m_window->findChild<Toolbar *>(); }
+    QMenu *overflow() const { return button("menu")->menu(); }
+    template <class Panel> Panel *panel(const char *name) const {
+        return button(name)->menu()->template findChild<Panel *>();
+    }
+    QAction *entry(const char *name) const {
+        for (QAction *action : overflow()->actions()) {
+            if (action->objectName() == QLatin1String(name))
+                return action;
         }
-        return names.join(QLatin1Char(' '));
+        return nullptr;
     }
-    static QStringList allNames() {
-        return "capture save copy undo redo reset pen highlighter eraser"_qs.split(QLatin1Char(' '));
-    }
-
-    std::unique_ptr<Session> m_session;
-    std::unique_ptr<Toolbar> m_toolbar;
+    static bool hasItem(ShapeTypes::ShapeType shape) { return ItemTable::maker(shape); }
+    static bool isThere(const QString &name);
+    static QStringList thereOf(const char *names);
+    QString enabled() const;
+    QStringList visible() const;
+    void resizeTo(int width);
+    /// Adds a capture; the window has room for every button.
+    void begin();
 };
 
-void Tst_Toolbar::init() {
-    m_session = std::make_unique<Session>();
-    m_toolbar = std::make_unique<Toolbar>();
+// Which tools the canvas can draw with decides about their buttons.
+bool Tst_Toolbar::isThere(const QString &name) {
+    if (name == "figure"_qs) {
+        return hasItem(ShapeTypes::Line) && hasItem(ShapeTypes::Arrow) && hasItem(ShapeTypes::Rectangle) &&
+               hasItem(ShapeTypes::Circle) && hasItem(ShapeTypes::SpeechBalloon);
+    }
+    if (name == "text"_qs)
+        return hasItem(ShapeTypes::Text);
+    if (name == "crop"_qs)
+        return hasItem(ShapeTypes::Crop);
+    if (name == "mosaic"_qs)
+        return hasItem(ShapeTypes::Mosaic);
+    return true;
 }
 
-void Tst_Toolbar::cleanup() {
-    m_toolbar.reset();
-    m_session.reset();
+QStringList Tst_Toolbar::thereOf(const char *names) {
+    QStringList list;
+    for (const QString &name : QString::fromLatin1(names).split(QLatin1Char(' '))) {
+        if (isThere(name))
+            list.append(name);
+    }
+    return list;
+}
+
+namespace {
+constexpr auto All =
+    "capture save copy undo redo reset figure pen highlighter line text crop mosaic eraser help";
+constexpr auto Wide = 1800;
+} // namespace
+
+QString Tst_Toolbar::enabled() const {
+    QStringList names;
+    for (const QString &name : thereOf(All)) {
+        if (m_window->findChild<ToolButton *>(name)->isEnabled())
+            names.append(name);
+    }
+    return names.join(QLatin1Char(' '));
+}
+
+QStringList Tst_Toolbar::visible() const {
+    QStringList names;
+    for (const QString &name : thereOf(All)) {
+        if (m_window->findChild<ToolButton *>(name)->isVisible())
+            names.append(name);
+    }
+    return names;
+}
+
+void Tst_Toolbar::resizeTo(int width) {
+    m_window->show();
+    m_window->resize(width, 400);
+    QCoreApplication::processEvents();
+    QCOMPARE(m_window->width(), width);
+}
+
+void Tst_Toolbar::begin() {
+    addCapture("a"_qs);
+    resizeTo(Wide);
+    m_session->usage.clear();
 }
 
 void Tst_Toolbar::buttonsStandInOrder() {
     QStringList names;
-    for (QAction *action : m_toolbar->actions()) {
-        const QWidget *widget = m_toolbar->widgetForAction(action);
-        names.append(action->isSeparator() ? "|"_qs : widget->objectName());
-    }
-    QCOMPARE(names.join(QLatin1Char(' ')),
-             "capture | save copy undo redo reset | pen highlighter | eraser"_qs);
+    for (QAction *action : toolbar()->actions())
+        names.append(action->isSeparator() ? "|"_qs : toolbar()->widgetForAction(action)->objectName());
+    QCOMPARE(names, thereOf("capture | save copy undo redo reset | figure pen highlighter line | "
+                            "text crop mosaic eraser | help menu"));
 }
 
 void Tst_Toolbar::buttonsTellWhatTheyDo_data() {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("toolTip");
-    QTest::newRow("capture") << "capture"
-                             << "Run new capture (Ctrl + N)";
-    QTest::newRow("save") << "save"
-                          << "Save current image (Ctrl + S)";
-    QTest::newRow("copy") << "copy"
-                          << "Copy current image (Ctrl + C)";
-    QTest::newRow("undo") << "undo"
-                          << "Undo last work (Ctrl + Z)";
-    QTest::newRow("redo") << "redo"
-                          << "Redo last work (Ctrl + Y)";
-    QTest::newRow("reset") << "reset"
-                           << "Reset all works";
-    QTest::newRow("pen") << "pen"
-                         << "Draw pen on current image";
-    QTest::newRow("highlighter") << "highlighter"
-                                 << "Draw highlighter on current image";
-    QTest::newRow("eraser") << "eraser"
-                            << "Erase drawn object";
+    QTest::addColumn<bool>("isTool");
+    const auto row = [](const char *name, const char *toolTip, bool isTool = false) {
+        QTest::newRow(name) << QString::fromLatin1(name) << QString::fromLatin1(toolTip) << isTool;
+    };
+    row("capture", "Run new capture (Ctrl + N)");
+    row("save", "Save current image (Ctrl + S)");
+    row("copy", "Copy current image (Ctrl + C)");
+    row("undo", "Undo last work (Ctrl + Z)");
+    row("redo", "Redo last work (Ctrl + Y)");
+    row("reset", "Reset all works");
+    row("figure", "Draw figure on current image", true);
+    row("pen", "Draw pen on current image", true);
+    row("highlighter", "Draw highlighter on current image", true);
+    row("line", "Set line width for figure, pen, highlighter");
+    row("text", "Add text on current image", true);
+    row("crop", "Crop current image", true);
+    row("mosaic", "Add mosaic region of current image", true);
+    row("eraser", "Erase drawn object", true);
+    row("help", "Click to show help, about, etc.");
+    row("menu", "Click to show features, save, print, preferences, etc.");
 }
 
 void Tst_Toolbar::buttonsTellWhatTheyDo() {
     QFETCH(QString, name);
-    QVERIFY(button(name));
-    QCOMPARE(button(name)->text(), name);
-    QTEST(button(name)->toolTip(), "toolTip");
-    QCOMPARE(button(name)->isCheckable(),
-             name == "pen"_qs || name == "highlighter"_qs || name == "eraser"_qs);
+    if (!isThere(name))
+        return;
+    const auto *button = m_window->findChild<ToolButton *>(name);
+    QVERIFY(button);
+    QCOMPARE(button->text(), name);
+    QTEST(button->toolTip(), "toolTip");
+    QTEST(button->isCheckable(), "isTool");
+    QTEST(button->group() != nullptr, "isTool");
+    if (button->group())
+        QVERIFY(button->group()->exclusive());
+}
+
+void Tst_Toolbar::toolWithoutItemHasNoButton_data() {
+    QTest::addColumn<QString>("name");
+    for (const char *name : {"figure", "text", "crop", "mosaic", "pen", "highlighter", "eraser"})
+        QTest::newRow(name) << QString::fromLatin1(name);
+}
+
+void Tst_Toolbar::toolWithoutItemHasNoButton() {
+    QFETCH(QString, name);
+    QCOMPARE(m_window->findChild<ToolButton *>(name) != nullptr, isThere(name));
+}
+
+void Tst_Toolbar::functionsReachTheWindow_data() {
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QStringList>("usage");
+    QTest::newRow("copy") << "copy" << QStringList{"cap_30_02"_qs};
+    QTest::newRow("undo") << "undo" << QStringList{"cap_30_10"_qs};
+    QTest::newRow("redo") << "redo" << QStringList{"cap_30_11"_qs};
+    QTest::newRow("reset") << "reset" << QStringList{"cap_30_09"_qs};
+}
+
+void Tst_Toolbar::functionsReachTheWindow() {
+    QFETCH(QString, name);
+    emit m_window->emptyEditor(false);
+    m_window->findChild<ToolButton *>(name)->click();
+    QTEST(m_session->usage, "usage");
 }
 
 void Tst_Toolbar::keysWorkAtOnceAndAgain() {
-    m_toolbar->show();
-    m_toolbar->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(m_toolbar.get()));
-    QSignalSpy undo(m_toolbar.get(), &Toolbar::undoClicked);
-    QSignalSpy redo(m_toolbar.get(), &Toolbar::redoClicked);
-    QSignalSpy copy(m_toolbar.get(), &Toolbar::copyClicked);
+    begin();
     for (int i = 0; i < 3; ++i)
-        QTest::keyClick(m_toolbar.get(), Qt::Key_Z, Qt::ControlModifier);
-    QTest::keyClick(m_toolbar.get(), Qt::Key_Y, Qt::ControlModifier);
-    QTest::keyClick(m_toolbar.get(), Qt::Key_C, Qt::ControlModifier);
-    QCOMPARE(undo.count(), 3);
-    QCOMPARE(redo.count(), 1);
-    QCOMPARE(copy.count(), 1);
+        drawStroke();
+    activate();
+    m_session->usage.clear();
+    for (int i = 0; i < 3; ++i)
+        QTest::keyClick(m_window.get(), Qt::Key_Z, Qt::ControlModifier);
+    QCoreApplication::processEvents();
+    QTest::keyClick(m_window.get(), Qt::Key_Y, Qt::ControlModifier);
+    QTest::keyClick(m_window.get(), Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(m_session->usage,
+             (QStringList{"cap_30_10"_qs, "cap_30_10"_qs, "cap_30_10"_qs, "cap_30_11"_qs, "cap_30_02"_qs}));
 }
 
 void Tst_Toolbar::keysOfDisabledButtonsAreDead() {
-    m_toolbar->show();
-    m_toolbar->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(m_toolbar.get()));
-    QSignalSpy undo(m_toolbar.get(), &Toolbar::undoClicked);
-    m_toolbar->onCanUndo(false);
-    QTest::keyClick(m_toolbar.get(), Qt::Key_Z, Qt::ControlModifier);
-    QCOMPARE(undo.count(), 0);
+    begin();
+    activate();
+    QVERIFY(!button("undo")->isEnabled());
+    m_session->usage.clear();
+    QTest::keyClick(m_window.get(), Qt::Key_Z, Qt::ControlModifier);
+    QVERIFY(m_session->usage.isEmpty());
 }
 
 void Tst_Toolbar::shapeChecksItsButton_data() {
     QTest::addColumn<int>("shape");
     QTest::addColumn<QString>("checked");
-    QTest::newRow("eraser") << 0 << "eraser";
-    QTest::newRow("pen") << 1 << "pen";
-    QTest::newRow("highlighter") << 2 << "highlighter";
-    QTest::newRow("figure has no button yet") << 5 << "";
+    const QStringList names{"eraser"_qs, "pen"_qs,    "highlighter"_qs, "figure"_qs, "figure"_qs,
+                            "figure"_qs, "figure"_qs, "figure"_qs,      "mosaic"_qs, "text"_qs,
+                            "text"_qs,   "text"_qs,   "crop"_qs};
+    for (int shape = 0; shape < names.size(); ++shape)
+        QTest::addRow("%d", shape) << shape << names[shape];
 }
 
 void Tst_Toolbar::shapeChecksItsButton() {
     QFETCH(int, shape);
     QFETCH(QString, checked);
-    m_toolbar->showShape(ShapeTypes::Pen);
-    m_toolbar->showShape(ShapeTypes::ShapeType(shape));
-    for (const QString &name : allNames())
-        QCOMPARE(button(name)->isChecked(), name == checked);
+    m_window->onChangeShape(Editor::ShapeType(shape == Editor::Pen ? Editor::Eraser : Editor::Pen));
+    m_window->onChangeShape(Editor::ShapeType(shape));
+    for (const QString &name : thereOf(All))
+        QCOMPARE(m_window->findChild<ToolButton *>(name)->isChecked(), name == checked);
 }
 
-void Tst_Toolbar::toolsAreChosenWithTheirColor() {
-    m_session->preferences->SetInt(TindraPreferences::PenColor,
-                                   TindraPreferences::colorToInt(QColor(1, 2, 3)));
-    m_session->preferences->SetInt(TindraPreferences::HighlighterColor,
-                                   TindraPreferences::colorToInt(QColor(4, 5, 6)));
-    QSignalSpy pen(m_toolbar.get(), &Toolbar::penSelected);
-    QSignalSpy highlighter(m_toolbar.get(), &Toolbar::highlighterSelected);
-    QSignalSpy eraser(m_toolbar.get(), &Toolbar::eraserClicked);
-    button("pen"_qs)->click();
-    button("highlighter"_qs)->click();
-    button("eraser"_qs)->click();
-    QCOMPARE(pen.count(), 1);
-    QCOMPARE(pen.at(0).at(0).value<QColor>(), QColor(1, 2, 3));
-    QCOMPARE(highlighter.count(), 1);
-    QCOMPARE(highlighter.at(0).at(0).value<QColor>(), QColor(4, 5, 6));
-    QCOMPARE(eraser.count(), 1);
-    QVERIFY(button("eraser"_qs)->isChecked());
-    QVERIFY(!button("pen"_qs)->isChecked());
+void Tst_Toolbar::panelsBelongToTheirButtons_data() {
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("panel");
+    QTest::addColumn<bool>("half");
+    QTest::newRow("figure") << "figure" << QByteArray("FigurePopup") << true;
+    QTest::newRow("pen") << "pen" << QByteArray("ColorSelectPopup") << true;
+    QTest::newRow("highlighter") << "highlighter" << QByteArray("ColorSelectPopup") << true;
+    QTest::newRow("line") << "line" << QByteArray("LinePopup") << false;
+    QTest::newRow("mosaic") << "mosaic" << QByteArray("MosaicPopup") << true;
+    QTest::newRow("eraser") << "eraser" << QByteArray() << false;
 }
 
-void Tst_Toolbar::emptyEditorLeavesOnlyCapture() {
-    m_toolbar->onEmptyEditor(true);
-    QCOMPARE(enabled(), "capture"_qs);
-    m_toolbar->onEmptyEditor(false);
-    QCOMPARE(enabled(), allNames().join(QLatin1Char(' ')));
+void Tst_Toolbar::panelsBelongToTheirButtons() {
+    QFETCH(QString, name);
+    QFETCH(QByteArray, panel);
+    if (!isThere(name))
+        return;
+    const auto *button = m_window->findChild<ToolButton *>(name);
+    const Popup *popup = Popup::findPopup(button->menu());
+    QCOMPARE(QByteArray(popup ? popup->metaObject()->className() : ""), panel);
+    QTEST(button->isMenuButtonShown(), "half");
+}
+
+void Tst_Toolbar::buildingThemChoosesNothing() {
+    preferences()->SetInt(TindraPreferences::LastDrawingItem, Editor::Circle);
+    preferences()->SetInt(TindraPreferences::LineWidth, 2);
+    m_session->usage.clear();
+    m_window = std::make_unique<TindraEditor>();
+    QVERIFY(m_session->usage.isEmpty());
+    QCOMPARE(preferences()->GetInt(TindraPreferences::LastDrawingItem, -1), int(Editor::Circle));
+    QCOMPARE(preferences()->GetInt(TindraPreferences::LineWidth, -1), 2);
+}
+
+void Tst_Toolbar::pressChoosesTheTool() {
+    begin();
+    button("eraser")->click();
+    QCOMPARE(scene()->shapeType(), Editor::Eraser);
+    QTest::mousePress(button("pen"), Qt::LeftButton);
+    QCOMPARE(scene()->shapeType(), Editor::Pen);
+    QVERIFY(button("pen")->isChecked());
+    QVERIFY(!button("eraser")->isChecked());
+    QTest::mouseRelease(button("pen"), Qt::LeftButton);
+    QTest::mouseClick(button("highlighter"), Qt::LeftButton);
+    QCOMPARE(scene()->shapeType(), Editor::Highlighter);
+    QVERIFY(button("highlighter")->isChecked());
+}
+
+void Tst_Toolbar::choiceInThePanelChoosesTheTool() {
+    begin();
+    button("eraser")->click();
+    const auto *pens = panel<ColorSelectPopup>("pen");
+    QCOMPARE(pens->color(), QColor(Qt::red)); // the default
+    const auto swatches = pens->findChildren<QAbstractButton *>();
+    for (QAbstractButton *swatch : swatches) {
+        if (swatch->toolTip() == "purple"_qs)
+            swatch->click();
+    }
+    QCOMPARE(preferences()->color(TindraPreferences::PenColor), QColor(112, 48, 160));
+    QCOMPARE(scene()->shapeType(), Editor::Pen);
+    QVERIFY(button("pen")->isChecked());
+    QCOMPARE(panel<ColorSelectPopup>("highlighter")->color(),
+             preferences()->color(TindraPreferences::HighlighterColor));
+}
+
+void Tst_Toolbar::colorOutsideTheSwatchesIsKept() {
+    const QColor own(1, 2, 3);
+    preferences()->SetInt(TindraPreferences::PenColor, TindraPreferences::colorToInt(own));
+    m_window = std::make_unique<TindraEditor>();
+    begin();
+    m_session->usage.clear();
+    button("eraser")->click();
+    QTest::mouseClick(button("pen"), Qt::LeftButton);
+    QCOMPARE(scene()->shapeType(), Editor::Pen);
+    QCOMPARE(preferences()->color(TindraPreferences::PenColor), own);
+    QVERIFY(m_session->usage.isEmpty());
+}
+
+void Tst_Toolbar::lineWidthIsNoTool() {
+    preferences()->SetInt(TindraPreferences::LineWidth, 2);
+    m_window = std::make_unique<TindraEditor>();
+    begin();
+    button("eraser")->click();
+    m_session->usage.clear();
+    emit button("line")->beforePress();
+    // Only a choice replaces a width that is none of those on offer.
+    QCOMPARE(preferences()->GetInt(TindraPreferences::LineWidth, -1), 2);
+    const auto widths = panel<LinePopup>("line")->findChildren<QAbstractButton *>();
+    widths.last()->click();
+    QCOMPARE(preferences()->GetInt(TindraPreferences::LineWidth, -1), 12);
+    QCOMPARE(m_session->usage, QStringList{"cap_30_18"_qs});
+    QCOMPARE(scene()->shapeType(), Editor::Eraser);
+    QVERIFY(button("eraser")->isChecked());
+}
+
+void Tst_Toolbar::emptyEditorLeavesWhatNeedsNoCapture() {
+    resizeTo(Wide);
+    QCOMPARE(enabled(), "capture help"_qs);
+    QVERIFY(button("menu")->isEnabled());
+    resizeTo(300);
+    QVERIFY(!entry("eraser")->isEnabled());
+    QVERIFY(entry("help")->isEnabled());
+    emit m_window->emptyEditor(false);
+    QVERIFY(entry("eraser")->isEnabled());
+    resizeTo(Wide);
+    QCOMPARE(enabled(), thereOf(All).join(QLatin1Char(' ')));
+}
+
+void Tst_Toolbar::widthLeavesTheEnabledAlone() {
+    begin();
+    m_window->onCanUndo(false);
+    m_window->onCanRedo(true);
+    const QString before = enabled();
+    QVERIFY(!button("undo")->isEnabled() && button("redo")->isEnabled());
+    resizeTo(300);
+    QVERIFY(!button("redo")->isVisible());
+    QVERIFY(entry("eraser")->isEnabled());
+    resizeTo(Wide);
+    QCOMPARE(enabled(), before);
 }
 
 void Tst_Toolbar::resetNeedsAnUndo() {
-    m_toolbar->onCanUndo(false);
-    m_toolbar->onCanRedo(true);
-    QCOMPARE(enabled(), "capture save copy redo pen highlighter eraser"_qs);
-    m_toolbar->onCanUndo(true);
-    m_toolbar->onCanRedo(false);
-    QCOMPARE(enabled(), "capture save copy undo reset pen highlighter eraser"_qs);
+    emit m_window->emptyEditor(false);
+    m_window->onCanUndo(false);
+    QVERIFY(!button("undo")->isEnabled() && !button("reset")->isEnabled() && button("redo")->isEnabled());
+    m_window->onCanUndo(true);
+    m_window->onCanRedo(false);
+    QVERIFY(button("undo")->isEnabled() && button("reset")->isEnabled() && !button("redo")->isEnabled());
 }
 
-void Tst_Toolbar::overflowHasNoExtensionButton() {
-    const auto *extension = m_toolbar->findChild<QToolButton *>("qt_toolbar_ext_button"_qs);
+void Tst_Toolbar::extensionButtonIsGone() {
+    const auto *extension = toolbar()->findChild<QWidget *>("qt_toolbar_ext_button"_qs);
     QVERIFY(extension);
     QCOMPARE(extension->maximumSize(), QSize(0, 0));
-    QCOMPARE(m_toolbar->contextMenuPolicy(), Qt::PreventContextMenu);
-    QVERIFY(!m_toolbar->isMovable());
+    QCOMPARE(toolbar()->contextMenuPolicy(), Qt::PreventContextMenu);
+    QVERIFY(!toolbar()->isMovable());
 }
 
-void Tst_Toolbar::iconsExist() {
-    for (const QString &name : allNames()) {
-        const QIcon icon = button(name)->icon();
-        const QImage normal = icon.pixmap(32, 32, QIcon::Normal).toImage();
-        const QImage disabled = icon.pixmap(32, 32, QIcon::Disabled).toImage();
-        QVERIFY2(!normal.isNull() && normal != disabled, qPrintable(name));
+void Tst_Toolbar::menuHoldsWhatHasNoButton() {
+    QCOMPARE(overflow()->objectName(), "contextMenu_"_qs);
+    QStringList texts;
+    for (const QAction *action : overflow()->actions())
+        texts.append(action->isSeparator() ? "|"_qs : action->text());
+    QStringList expected = thereOf("line | text crop mosaic eraser | help |");
+    expected += {"Online update (&U)"_qs, "|"_qs, "Close (&X)"_qs};
+    QCOMPARE(texts, expected);
+    for (const QString &name : thereOf("line text crop mosaic eraser help")) {
+        const QAction *copy = entry(qPrintable(name));
+        QVERIFY(copy->isCheckable());
+        QCOMPARE(copy->menu(), m_window->findChild<ToolButton *>(name)->menu());
+    }
+    for (QAction *action : overflow()->actions()) {
+        if (action->text() == "Online update (&U)"_qs)
+            action->trigger();
+    }
+    QCOMPARE(messages(), Messages{0x86A});
+}
+
+void Tst_Toolbar::narrowWindowMovesToolsIntoTheMenu() {
+    const QStringList all = thereOf(All);
+    resizeTo(Wide);
+    QCOMPARE(visible(), all);
+    int before = all.size();
+    int steps = 0;
+    for (int width = Wide; width >= 400; width -= 10) {
+        resizeTo(width);
+        const QStringList shown = visible();
+        QCOMPARE(shown, all.mid(0, shown.size()));
+        QVERIFY(shown.size() <= before);
+        steps += shown.size() < before;
+        before = shown.size();
+        // What is shown is not cut off either.
+        QVERIFY(button("menu")->isVisible());
+        QVERIFY(toolbar()->rect().contains(button("menu")->geometry()));
+        for (const QString &name : thereOf("line text crop mosaic eraser help"))
+            QCOMPARE(entry(qPrintable(name))->isVisible(), !shown.contains(name));
+    }
+    QVERIFY(steps > 3);
+    QVERIFY(!button("line")->isVisible());
+    resizeTo(Wide);
+    QCOMPARE(visible(), all);
+}
+
+void Tst_Toolbar::bannerTakesRoom() {
+    constexpr int banner = 300;
+    resizeTo(700);
+    const QStringList narrow = visible();
+    resizeTo(700 + banner);
+    const QStringList wide = visible();
+    QVERIFY(narrow.size() < wide.size());
+    toolbar()->layOut(banner);
+    QCoreApplication::processEvents();
+    QCOMPARE(visible(), narrow);
+    QCOMPARE(toolbar()->property("hasBanner"), QVariant("true"_qs));
+    QCOMPARE(toolbar()->layout()->contentsMargins().right(), banner);
+    QCoreApplication::processEvents();
+    QVERIFY(button("menu")->geometry().right() < toolbar()->width() - banner);
+    toolbar()->layOut(0);
+    QCoreApplication::processEvents();
+    QCOMPARE(visible(), wide);
+    QCOMPARE(toolbar()->property("hasBanner"), QVariant("false"_qs));
+    QCOMPARE(toolbar()->layout()->contentsMargins().right(), 0);
+}
+
+void Tst_Toolbar::hiddenToolIsChosenByItsEntry() {
+    addCapture("a"_qs);
+    resizeTo(400);
+    QVERIFY(!button("eraser")->isVisible());
+    entry("eraser")->trigger();
+    QCOMPARE(scene()->shapeType(), Editor::Eraser);
+    QVERIFY(entry("eraser")->isChecked());
+    m_window->onPenSelected(Qt::blue);
+    QVERIFY(!entry("eraser")->isChecked());
+}
+
+void Tst_Toolbar::menuChecksThePresentTool_data() {
+    QTest::addColumn<int>("shape");
+    QTest::addColumn<QString>("checked");
+    QTest::newRow("eraser") << int(Editor::Eraser) << "eraser";
+    QTest::newRow("pen") << int(Editor::Pen) << "";
+    QTest::newRow("mosaic") << int(Editor::Mosaic) << "mosaic";
+    QTest::newRow("text") << int(Editor::Text) << "text";
+    QTest::newRow("crop") << int(Editor::Crop) << "crop";
+}
+
+void Tst_Toolbar::menuChecksThePresentTool() {
+    QFETCH(int, shape);
+    QFETCH(QString, checked);
+    addCapture("a"_qs);
+    entry("line")->setChecked(true);
+    scene()->setShape(Editor::ShapeType(shape));
+    emit overflow()->aboutToShow();
+    for (const QString &name : thereOf("line text crop mosaic eraser help"))
+        QCOMPARE(entry(qPrintable(name))->isChecked(), name == checked);
+}
+
+void Tst_Toolbar::panelsOpenFromTheCanvasMenuToo() {
+    const auto *menu = view()->findChild<QMenu *>("contextMenu_"_qs);
+    QHash<QString, QMenu *> menus;
+    for (const QAction *action : menu->actions())
+        menus.insert(action->text(), action->menu());
+    QCOMPARE(menus.value("Pen (&D)"_qs), button("pen")->menu());
+    QCOMPARE(menus.value("Highlighter (&H)"_qs), button("highlighter")->menu());
+    QCOMPARE(menus.value("Line Width (&L)"_qs), button("line")->menu());
+    QVERIFY(menus.value("Figure (&S)"_qs)->findChild<FigurePopup *>());
+    QVERIFY(menus.value("Mosaic (&M)"_qs)->findChild<MosaicPopup *>());
+}
+
+void Tst_Toolbar::choiceInThePanelClosesTheMenus() {
+    addCapture("a"_qs);
+    for (QMenu *menu : {view()->findChild<QMenu *>("contextMenu_"_qs), overflow()}) {
+        menu->setEnabled(true);
+        menu->popup(m_window->mapToGlobal(QPoint(50, 50)));
+        QMenu *lines = button("line")->menu();
+        lines->popup(m_window->mapToGlobal(QPoint(200, 50)));
+        QVERIFY(menu->isVisible() && lines->isVisible());
+        panel<LinePopup>("line")->findChildren<QAbstractButton *>().first()->click();
+        QVERIFY(!menu->isVisible() && !lines->isVisible());
     }
 }
 

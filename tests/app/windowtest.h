@@ -5,13 +5,13 @@
 #include "history/historylistwidget.h"
 #include "history/historylistwidgetitem.h"
 #include "history/historywidget.h"
+#include "popups/toolbutton.h"
 #include "support/literals.h"
 #include "support/modalanswers.h"
 #include "support/session.h"
 
 #include <QScreen>
 #include <QTemporaryDir>
-#include <QToolButton>
 #include <QtTest>
 
 /// The main window over a fresh session, for tests that drive it as commands, keys and buttons do.
@@ -34,8 +34,8 @@ protected:
     HistoryListWidget *list() const { return m_window->findChild<HistoryListWidget *>(); }
     EditorView *view() const { return m_window->findChild<EditorView *>(); }
     Editor *scene() const { return view()->editor(); }
-    QToolButton *button(const char *name) const {
-        return m_window->findChild<QToolButton *>(QLatin1String(name));
+    ToolButton *button(const char *name) const {
+        return m_window->findChild<ToolButton *>(QLatin1String(name));
     }
     Messages messages() const { return m_session->platform->postedMessages(); }
     void forgetMessages() { m_session->platform->posted.clear(); }

@@ -4,6 +4,7 @@
 #include "canvas/fakeitems.h"
 #include "ipc/imageprovider.h"
 #include "popups/itembutton.h"
+#include "popups/popup.h"
 #include "preferences/tindrapreferences.h"
 #include "support/imagecompare.h"
 
@@ -112,6 +113,8 @@ private slots:
     void menuChecksThePresentTool();
     void menuIsDisabledWithoutEditor();
     void menuEntriesAskTheMainWindow();
+    void panelsHangBelowTheirEntries();
+    void aiToolsMenuNeedsItsEntry();
     void emptyViewShowsNoToolCursor();
 
 private:
@@ -744,6 +747,37 @@ void Tst_EditorView::menuEntriesAskTheMainWindow() {
             action->trigger();
     }
     QCOMPARE(asked.join(QLatin1Char(' ')), QStringLiteral("text crop eraser reset print"));
+}
+
+void Tst_EditorView::panelsHangBelowTheirEntries() {
+    using Setter = void (EditorView::*)(QMenu *);
+    const QVector<QPair<CanvasMenu::Entry, Setter>> setters{
+        {CanvasMenu::Figure, &EditorView::setFigureMenu},
+        {CanvasMenu::Pen, &EditorView::setPenMenu},
+        {CanvasMenu::Highlighter, &EditorView::setHighlighterMenu},
+        {CanvasMenu::LineWidth, &EditorView::setLineWidthMenu},
+        {CanvasMenu::Mosaic, &EditorView::setMosaicMenu},
+    };
+    for (const auto &setter : setters) {
+        auto *popup = new Popup;
+        QMenu *panel = popup->toMenu(m_view.get());
+        (m_view.get()->*setter.second)(panel);
+        withMenuOpen([&](CanvasMenu *menu) {
+            QCOMPARE(menu->action(setter.first)->menu(), panel);
+            panel->popup(QPoint(60, 60));
+            emit popup->triggered();
+            QVERIFY(!panel->isVisible());
+            QVERIFY(!menu->isVisible());
+        });
+    }
+}
+
+void Tst_EditorView::aiToolsMenuNeedsItsEntry() {
+    QMenu panel;
+    m_view->setAiToolsMenu(&panel); // nothing to hang it on, and nothing breaks
+    CanvasMenu menu(true);
+    menu.setPanel(CanvasMenu::AiTools, &panel);
+    QCOMPARE(menu.action(CanvasMenu::AiTools)->menu(), &panel);
 }
 
 void Tst_EditorView::emptyViewShowsNoToolCursor() {

@@ -2,12 +2,18 @@
 
 #include <QDesktopServices>
 
+namespace {
+const QStringList schemes{QStringLiteral("file"), QStringLiteral("https")};
+}
+
 OpenedUrls::OpenedUrls() {
-    QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "open");
+    for (const QString &scheme : schemes)
+        QDesktopServices::setUrlHandler(scheme, this, "open");
 }
 
 OpenedUrls::~OpenedUrls() {
-    QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
+    for (const QString &scheme : schemes)
+        QDesktopServices::unsetUrlHandler(scheme);
 }
 
 void OpenedUrls::open(const QUrl &url) {

@@ -4,7 +4,7 @@
 #include <QUrl>
 #include <QVector>
 
-/// Takes the files and folders that the program asks the desktop to open, as long as it lives.
+/// Takes the files, folders and web pages that the program asks the desktop to open, as long as it lives.
 class OpenedUrls : public QObject {
     Q_OBJECT
 public:

@@ -1,0 +1,51 @@
+#include "app/overflowmenu.h"
+
+#include "app/tindraeditor.h"
+#include "popups/popup.h"
+
+namespace {
+
+QString entryOf(ShapeTypes::ShapeType shape) {
+    switch (shape) {
+    case ShapeTypes::Eraser:
+        return QStringLiteral("eraser");
+    case ShapeTypes::Mosaic:
+        return QStringLiteral("mosaic");
+    case ShapeTypes::Text:
+        return QStringLiteral("text");
+    case ShapeTypes::Crop:
+        return QStringLiteral("crop");
+    default:
+        return {};
+    }
+}
+
+} // namespace
+
+OverflowMenu::OverflowMenu(QWidget *parent) : Menu(parent) {
+    setObjectName(QStringLiteral("contextMenu_"));
+}
+
+QAction *OverflowMenu::addCopy(const QString &name, const QAction *original) {
+    QAction *copy = addAction(original->text());
+    copy->setObjectName(name);
+    copy->setCheckable(true);
+    copy->setMenu(original->menu());
+    // A choice in a panel closes the panel's own menu only.
+    if (const Popup *panel = Popup::findPopup(original->menu()))
+        connect(panel, &Popup::triggered, this, &QWidget::hide);
+    m_copies.insert(name, copy);
+    return copy;
+}
+
+void OverflowMenu::addCommands(TindraEditor *window) {
+    addAction(tr("Online update (&U)"), window, &TindraEditor::onClickUpdate);
+    addSeparator();
+    addAction(tr("Close (&X)"), window, &TindraEditor::onClickClose);
+}
+
+void OverflowMenu::checkTool(ShapeTypes::ShapeType shape) {
+    const QString current = entryOf(shape);
+    for (auto copy = m_copies.cbegin(); copy != m_copies.cend(); ++copy)
+        copy.value()->setChecked(copy.key() == current);
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "canvas/shapetype.h"
+#include "ui/menu.h"
+
+#include <QHash>
+
+class TindraEditor;
+
+/// The menu of the toolbar's last button: what the toolbar has no room for, then the commands that have no
+/// button at all.
+class OverflowMenu : public Menu {
+    Q_OBJECT
+public:
+    explicit OverflowMenu(QWidget *parent);
+
+    /// Adds an entry with text and menu of the toolbar's action. `name` is that of the button.
+    QAction *addCopy(const QString &name, const QAction *original);
+    /// The entries at the end.
+    void addCommands(TindraEditor *window);
+    /// Checks the entry of that tool and no other.
+    void checkTool(ShapeTypes::ShapeType shape);
+
+private:
+    QHash<QString, QAction *> m_copies; ///< by the name of the button
+};

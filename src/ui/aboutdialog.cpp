@@ -1,0 +1,68 @@
+#include "ui/aboutdialog.h"
+
+#include "ui/clickablelabel.h"
+#include "ui/snaptoscreen.h"
+#include "ui/uistyler.h"
+
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QHBoxLayout>
+#include <QUrl>
+
+namespace {
+
+// At 96 DPI.
+constexpr QSize PictureSize(439, 272);
+constexpr QSize RoomAround(30, 40); // both sides together
+constexpr QMargins PictureMargins(28, 0, 28, 22);
+
+} // namespace
+
+AboutDialog::AboutDialog(QWidget *parent)
+    : QDialog(parent), m_picture(new QLabel(this)), m_version(new QLabel(m_picture)),
+      m_link(new ClickableLabel(m_picture)) {
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    setWindowTitle(tr("Program Info"));
+    build();
+    connect(m_link, &ClickableLabel::clicked, this, &AboutDialog::onUrlClicked);
+    connect(m_link, &ClickableLabel::hover, this, &AboutDialog::onUrlHover);
+    connect(m_link, &ClickableLabel::leaved, this, &AboutDialog::onUrlLeaved);
+    UIStyler::setScaleCallback(this, [this](double scale) { applyScale(scale); });
+}
+
+void AboutDialog::build() {
+    m_picture->setObjectName(QStringLiteral("labelAbout"));
+    m_version->setObjectName(QStringLiteral("version_"));
+    m_version->setText(tr("Version %1").arg(QCoreApplication::applicationVersion()));
+    m_link->setObjectName(QStringLiteral("link_"));
+    m_link->setText(QUrl(tr("https://www.norvane.example")).host());
+
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_picture, 0, Qt::AlignCenter);
+    auto *row = new QHBoxLayout(m_picture);
+    row->setContentsMargins(PictureMargins);
+    row->addWidget(m_version, 0, Qt::AlignLeft | Qt::AlignBottom);
+    row->addWidget(m_link, 0, Qt::AlignRight | Qt::AlignBottom);
+}
+
+void AboutDialog::applyScale(double scale) {
+    const QSize picture(static_cast<int>(PictureSize.width() * scale),
+                        static_cast<int>(PictureSize.height() * scale));
+    setFixedSize(picture.width() + static_cast<int>(RoomAround.width() * scale),
+                 picture.height() + static_cast<int>(RoomAround.height() * scale));
+    if (isVisible())
+        snapToScreen(this);
+}
+
+void AboutDialog::onUrlClicked() {
+    QDesktopServices::openUrl(QUrl(tr("https://www.norvane.example")));
+}
+
+void AboutDialog::onUrlHover() {
+    setCursor(Qt::PointingHandCursor);
+}
+
+void AboutDialog::onUrlLeaved() {
+    setCursor(Qt::ArrowCursor);
+}

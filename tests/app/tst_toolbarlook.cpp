@@ -1,0 +1,128 @@
+#include "app/toolbar.h"
+#include "app/windowtest.h"
+#include "ui/uistyler.h"
+
+#include <QLabel>
+
+/// The toolbar under the real style sheet, at the scale of this run: sizes are those of the sheet and nothing
+/// is cut off. With TINDRA_TEST_PICTURES set, pictures of it are left in that folder.
+class Tst_ToolbarLook : public WindowTest {
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void init() { WindowTest::init(); }
+    void cleanup() { WindowTest::cleanup(); }
+
+    void sizesOfTheSheet();
+    void labelsAndPicturesFit();
+    void everyPictureIsThere_data();
+    void everyPictureIsThere();
+    void statesLookDifferent();
+    void smallestWindowShowsTheMenu();
+
+private:
+    static double scale() { return QGuiApplication::primaryScreen()->logicalDotsPerInchX() / 96.0; }
+    static int scaled(int size) { return static_cast<int>(size * scale()); }
+    Toolbar *toolbar() const { return m_window->findChild<Toolbar *>(); }
+    QImage look(QWidget *widget) const;
+    void show(int width);
+};
+
+void Tst_ToolbarLook::initTestCase() {
+    UIStyler::install(qApp);
+    UIStyler::setColorsIniPath(qApp, QStringLiteral(":/style/editor_variables.ini"));
+    UIStyler::setStyleSheetPaths(qApp, {QStringLiteral(":/style/editor.qss")});
+}
+
+QImage Tst_ToolbarLook::look(QWidget *widget) const {
+    return toolbar()->grab(widget->geometry()).toImage();
+}
+
+void Tst_ToolbarLook::show(int width) {
+    addCapture("a"_qs);
+    m_window->resize(width, scaled(400));
+    QCoreApplication::processEvents();
+    const QString folder = qEnvironmentVariable("TINDRA_TEST_PICTURES");
+    if (!folder.isEmpty())
+        m_window->grab().save("%1/toolbar-%2-%3.png"_qs.arg(folder).arg(width).arg(scale()));
+}
+
+void Tst_ToolbarLook::sizesOfTheSheet() {
+    show(scaled(1200));
+    QCOMPARE(m_window->minimumSize(), QSize(scaled(910), scaled(300)));
+    QCOMPARE(toolbar()->height(), scaled(79) + scaled(1));
+    toolbar()->layOut(10);
+    QCoreApplication::processEvents();
+    QCOMPARE(toolbar()->height(), scaled(99) + scaled(1));
+    toolbar()->layOut(0);
+    QCoreApplication::processEvents();
+    QCOMPARE(toolbar()->height(), scaled(79) + scaled(1));
+}
+
+void Tst_ToolbarLook::labelsAndPicturesFit() {
+    show(scaled(1300));
+    QRect before;
+    const auto buttons = toolbar()->findChildren<ToolButton *>();
+    for (ToolButton *button : buttons) {
+        QVERIFY2(button->isVisible(), qPrintable(button->objectName()));
+        QVERIFY(toolbar()->rect().contains(button->geometry()));
+        QVERIFY(!before.intersects(button->geometry()));
+        before = button->geometry();
+        QVERIFY2(button->fontMetrics().horizontalAdvance(button->text()) <= button->width() - 2 * scaled(3),
+                 qPrintable(button->objectName()));
+        const auto *image = button->findChild<QLabel *>("image_"_qs);
+        QCOMPARE(image->width(), scaled(28));
+        QVERIFY(button->rect().contains(image->geometry()));
+    }
+}
+
+void Tst_ToolbarLook::everyPictureIsThere_data() {
+    QTest::addColumn<QString>("name");
+    for (const char *name : {"capture", "save", "copy", "undo", "redo", "reset", "aitools", "figure", "pen",
+                             "highlighter", "line", "text", "crop", "mosaic", "eraser", "help", "menu"})
+        QTest::newRow(name) << QString::fromLatin1(name);
+}
+
+void Tst_ToolbarLook::everyPictureIsThere() {
+    QFETCH(QString, name);
+    QWidget window;
+    ToolButton button(&window);
+    button.setObjectName(name);
+    window.show();
+    button.resize(button.sizeHint());
+    const QImage enabled = button.grab().toImage();
+    button.setEnabled(false);
+    const QImage disabled = button.grab().toImage();
+    button.setObjectName("nameless"_qs);
+    button.setEnabled(true);
+    auto *image = button.findChild<QLabel *>("image_"_qs);
+    image->style()->unpolish(image);
+    image->style()->polish(image);
+    const QImage none = button.grab().toImage();
+    QVERIFY(enabled != none);
+    QVERIFY(disabled != none);
+    QVERIFY(disabled != enabled);
+}
+
+void Tst_ToolbarLook::statesLookDifferent() {
+    show(scaled(1200));
+    m_window->onChangeShape(Editor::Eraser);
+    ToolButton *pen = button("pen");
+    const QImage plain = look(pen);
+    m_window->onChangeShape(Editor::Pen);
+    const QImage checked = look(pen);
+    emit m_window->emptyEditor(true);
+    const QImage disabled = look(pen);
+    QVERIFY(checked != plain);
+    QVERIFY(disabled != checked);
+    QVERIFY(disabled != plain);
+}
+
+void Tst_ToolbarLook::smallestWindowShowsTheMenu() {
+    show(scaled(910));
+    QVERIFY(button("capture")->isVisible() && button("pen")->isVisible() && button("menu")->isVisible());
+    QVERIFY(toolbar()->rect().contains(button("menu")->geometry()));
+}
+
+QTEST_MAIN(Tst_ToolbarLook)
+#include "tst_toolbarlook.moc"

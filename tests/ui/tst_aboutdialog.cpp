@@ -1,0 +1,82 @@
+#include "support/openedurls.h"
+#include "ui/aboutdialog.h"
+#include "ui/clickablelabel.h"
+#include "ui/uistyler.h"
+
+#include <QImage>
+#include <QtTest>
+
+class Tst_AboutDialog : public QObject {
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void sizeFollowsTheScale_data();
+    void sizeFollowsTheScale();
+    void versionAndMakerAreTold();
+    void linkOpensTheMakersSite();
+    void linkChangesTheCursor();
+    void pictureIsThere();
+};
+
+void Tst_AboutDialog::initTestCase() {
+    QCoreApplication::setApplicationVersion(QStringLiteral("3.2.1"));
+    UIStyler::install(qApp);
+    UIStyler::setColorsIniPath(qApp, QStringLiteral(":/style/editor_variables.ini"));
+    UIStyler::setStyleSheetPaths(qApp, {QStringLiteral(":/style/editor.qss")});
+}
+
+void Tst_AboutDialog::sizeFollowsTheScale_data() {
+    QTest::addColumn<double>("scale");
+    QTest::addColumn<QSize>("picture");
+    QTest::addColumn<QSize>("dialog");
+    QTest::newRow("100 %") << 1.0 << QSize(439, 272) << QSize(469, 312);
+    QTest::newRow("125 %, truncated") << 1.25 << QSize(548, 340) << QSize(548 + 37, 340 + 50);
+    QTest::newRow("150 %, truncated") << 1.5 << QSize(658, 408) << QSize(658 + 45, 408 + 60);
+    QTest::newRow("200 %") << 2.0 << QSize(878, 544) << QSize(878 + 60, 544 + 80);
+}
+
+void Tst_AboutDialog::sizeFollowsTheScale() {
+    QFETCH(double, scale);
+    AboutDialog dialog;
+    dialog.show();
+    UIStyler::applyScale(&dialog, scale);
+    QTEST(dialog.minimumSize(), "dialog");
+    QTEST(dialog.maximumSize(), "dialog");
+    QCoreApplication::processEvents();
+    const auto *picture = dialog.findChild<QWidget *>(QStringLiteral("labelAbout"));
+    QTEST(picture->size(), "picture");
+    QVERIFY(dialog.rect().contains(picture->geometry()));
+}
+
+void Tst_AboutDialog::versionAndMakerAreTold() {
+    AboutDialog dialog;
+    QCOMPARE(dialog.windowTitle(), QStringLiteral("Program Info"));
+    QCOMPARE(dialog.findChild<QLabel *>(QStringLiteral("version_"))->text(), QStringLiteral("Version 3.2.1"));
+    QCOMPARE(dialog.findChild<ClickableLabel *>()->text(), QStringLiteral("www.norvane.example"));
+    dialog.show();
+    QCOMPARE(dialog.findChild<ClickableLabel *>()->font().family(), QStringLiteral("dotum"));
+}
+
+void Tst_AboutDialog::linkOpensTheMakersSite() {
+    OpenedUrls opened;
+    AboutDialog dialog;
+    dialog.show();
+    QTest::mousePress(dialog.findChild<ClickableLabel *>(), Qt::LeftButton);
+    QCOMPARE(opened.urls, QVector<QUrl>{QUrl(QStringLiteral("https://www.norvane.example"))});
+}
+
+void Tst_AboutDialog::linkChangesTheCursor() {
+    AboutDialog dialog;
+    auto *link = dialog.findChild<ClickableLabel *>();
+    emit link->hover();
+    QCOMPARE(dialog.cursor().shape(), Qt::PointingHandCursor);
+    emit link->leaved();
+    QCOMPARE(dialog.cursor().shape(), Qt::ArrowCursor);
+}
+
+void Tst_AboutDialog::pictureIsThere() {
+    QCOMPARE(QImage(QStringLiteral(":/res/About/about_Tindra_3_kr.bmp")).size(), QSize(439, 272));
+}
+
+QTEST_MAIN(Tst_AboutDialog)
+#include "tst_aboutdialog.moc"
