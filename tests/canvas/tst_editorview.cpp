@@ -7,6 +7,7 @@
 #include "popups/popup.h"
 #include "preferences/tindrapreferences.h"
 #include "support/imagecompare.h"
+#include "ui/menu.h"
 
 #include <QContextMenuEvent>
 #include <QElapsedTimer>
