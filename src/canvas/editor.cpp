@@ -25,6 +25,11 @@ bool isDrawn(const QGraphicsItem *item) {
     return !drawing || drawing->isDrawn();
 }
 
+QRectF paintedRect(const QGraphicsItem &item) {
+    const auto *drawing = dynamic_cast<const DrawingItem *>(&item);
+    return drawing ? drawing->paintedRect() : item.sceneBoundingRect();
+}
+
 } // namespace
 
 Editor::Editor(QObject *parent) : QGraphicsScene(parent) {
@@ -259,6 +264,7 @@ void Editor::finishStroke(QPoint pos, bool shift) {
     }
     const auto *stroke = dynamic_cast<DrawingFreehandItem *>(m_currentItem);
     const int known = stroke ? stroke->segmentCount() : 0;
+    const QRectF before = paintedRect(*item);
     m_currentItem->drawEnd(m_lastPos, pos, shift);
     m_undoList.append(item);
     emptyRedoList();
@@ -266,7 +272,7 @@ void Editor::finishStroke(QPoint pos, bool shift) {
     if (stroke) {
         announceGrowth(*stroke, known);
     } else {
-        update();
+        update(before.united(paintedRect(*item)));
     }
 }
 
@@ -277,8 +283,10 @@ void Editor::growCurrentItem(QPoint pos, bool shift) {
         announceGrowth(*stroke, known);
         return;
     }
+    const QGraphicsItem &item = *graphicsItem(m_currentItem);
+    const QRectF before = paintedRect(item);
     m_currentItem->drawMove(m_lastPos, pos, shift);
-    update();
+    update(before.united(paintedRect(item)));
 }
 
 void Editor::announceGrowth(const DrawingFreehandItem &stroke, int firstSegment) {
@@ -350,7 +358,7 @@ void Editor::markUnsaved() {
 void Editor::takeOutOfScene(QGraphicsItem *item) {
     if (item->scene() != this)
         return;
-    const QRectF area = item->sceneBoundingRect();
+    const QRectF area = paintedRect(*item);
     removeItem(item);
     update(area);
 }

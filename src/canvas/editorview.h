@@ -99,6 +99,7 @@ private:
     void repaintAll();
     void adaptFrame();
     void renderFrame(const QRegion &stale);
+    QRegion withReachingItems(QRegion region) const;
     void paintScene(QImage &target, const QRegion &region);
     QRect deviceRect(const QRectF &sceneArea) const;
     void forwardWheel(const QWheelEvent &event, const QPoint &angleDelta, Qt::KeyboardModifiers modifiers);

@@ -33,7 +33,7 @@ void EditorView::paintEvent(QPaintEvent *event) {
         stale = m_frame.takeStale(event->region());
     }
     if (!stale.isEmpty())
-        renderFrame(stale);
+        renderFrame(withReachingItems(stale));
     QPainter painter(viewport());
     for (const QRect &rect : event->region())
         painter.drawImage(rect.topLeft(), m_frame.image(), rect);
@@ -89,6 +89,28 @@ void EditorView::changeEvent(QEvent *event) {
 QRect EditorView::deviceRect(const QRectF &sceneArea) const {
     const QRect rect = viewportTransform().mapRect(sceneArea).toAlignedRect();
     return rect.adjusted(-DeviceMargin, -DeviceMargin, DeviceMargin, DeviceMargin) & viewport()->rect();
+}
+
+// The toolkit paints an item only where the region meets its bounding rectangle. Where the region meets but
+// a mark beyond that rectangle, such as a mitred corner, the rectangle must come in too, and so on.
+QRegion EditorView::withReachingItems(QRegion region) const {
+    const QList<QGraphicsItem *> items = scene()->items();
+    for (bool grown = true; grown;) {
+        grown = false;
+        for (const QGraphicsItem *item : items) {
+            const auto *drawing = dynamic_cast<const DrawingItem *>(item);
+            if (!drawing || !region.intersects(deviceRect(drawing->paintedRect())))
+                continue;
+            const QRectF bounds = drawing->boundingRect();
+            const QRegion missing = QRegion(deviceRect(bounds)) - region;
+            // The margin of the device rectangle alone would not be enough for the toolkit.
+            if (missing.isEmpty() || region.intersects(viewportTransform().mapRect(bounds).toAlignedRect()))
+                continue;
+            region += missing;
+            grown = true;
+        }
+    }
+    return region;
 }
 
 void EditorView::renderFrame(const QRegion &stale) {

@@ -1,7 +1,12 @@
 #include "canvas/itemtable.h"
 
+#include "canvas/items/drawingarrowitem.h"
+#include "canvas/items/drawingcircleitem.h"
 #include "canvas/items/drawinghighlighteritem.h"
+#include "canvas/items/drawinglineitem.h"
 #include "canvas/items/drawingpenitem.h"
+#include "canvas/items/drawingrectitem.h"
+#include "canvas/items/drawingspeechballoonitem.h"
 
 template <class Item> Editor::NewItem ItemTable::drawing(Editor &editor, const QRectF &sceneRect) {
     auto *item = new Item(sceneRect, &editor);
@@ -17,6 +22,11 @@ ItemTable::Maker ItemTable::maker(Editor::ShapeType shape) {
     static constexpr Row Rows[] = {
         {Editor::Pen, &drawing<DrawingPenItem>},
         {Editor::Highlighter, &drawing<DrawingHighlighterItem>},
+        {Editor::Line, &drawing<DrawingLineItem>},
+        {Editor::Arrow, &drawing<DrawingArrowItem>},
+        {Editor::Rectangle, &drawing<DrawingRectItem>},
+        {Editor::Circle, &drawing<DrawingCircleItem>},
+        {Editor::SpeechBalloon, &drawing<DrawingSpeechBalloonItem>},
     };
     for (const Row &row : Rows) {
         if (row.shape == shape)

@@ -50,6 +50,14 @@ void setRights(QFileDevice &file, Rights rights) {
         file.setPermissions(*rights);
 }
 
+/// The bytes of the file; empty when the format cannot be written. In memory first, because the encoders
+/// leak when the device beneath them fails, and a full disk is no rare thing.
+QByteArray encoded(const QImage &image, const QString &suffix, int quality) {
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    return encode(image, suffix, quality, &buffer) ? buffer.data() : QByteArray();
+}
+
 bool writeAll(QFile &file, const QByteArray &bytes) {
     return file.seek(0) && file.write(bytes) == bytes.size() && file.resize(bytes.size()) && file.flush();
 }
@@ -75,20 +83,21 @@ bool write(const QImage &image, const QString &path, int quality, Rights rights)
     if (image.isNull() || suffix.isEmpty() || (target.exists() && !target.isFile()))
         return false;
 
+    const QByteArray bytes = encoded(image, suffix, quality);
+    if (bytes.isEmpty())
+        return false;
     QSaveFile file(path);
     if (file.open(QIODevice::WriteOnly)) {
         // Before the first byte: the file is never open to others, not even for a moment.
         setRights(file, rights);
-        if (!encode(image, suffix, quality, &file) || !file.flush())
+        if (file.write(bytes) != bytes.size() || !file.flush())
             return false;
         if (file.commit())
             return true;
     } else if (!target.isWritable()) {
         return false;
     }
-    QBuffer encoded;
-    encoded.open(QIODevice::WriteOnly);
-    return encode(image, suffix, quality, &encoded) && writeInPlace(path, encoded.data(), rights);
+    return writeInPlace(path, bytes, rights);
 }
 
 } // namespace

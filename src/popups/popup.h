@@ -63,7 +63,8 @@ private:
     void moveFocus(QWidget *from, int key);
 
     int m_closeMode = Closed;
-    QPointer<Menu> m_owner;
+    // As a QWidget: the panel is asked for its focus chain while the menu, no longer a `Menu`, is destroyed.
+    QPointer<QWidget> m_owner;
     QWidgetAction *m_action = nullptr;
     bool m_closingByOwnSignal = false;
 };

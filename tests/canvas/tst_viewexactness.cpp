@@ -49,6 +49,8 @@ struct Scene {
     bool waitForSmooth;
 };
 
+using Tools = QVector<int>;
+
 } // namespace
 
 Q_DECLARE_METATYPE(Scene)
@@ -66,9 +68,9 @@ private slots:
 private:
     void compare(const QString &when);
     void show(const Scene &scene);
-    void randomSettings(QRandomGenerator &random);
+    void randomSettings(QRandomGenerator &random, const Tools &tools);
     QPoint randomPoint(QRandomGenerator &random) const;
-    void oneDrag(QRandomGenerator &random, const QString &name);
+    void oneDrag(QRandomGenerator &random, const Tools &tools, const QString &name);
     void between(QRandomGenerator &random);
 
     std::unique_ptr<Editor> m_editor;
@@ -129,27 +131,41 @@ void Tst_ViewExactness::compare(const QString &when) {
 
 void Tst_ViewExactness::randomDrags_data() {
     QTest::addColumn<Scene>("scene");
-    QTest::newRow("100 %, image smaller than the view") << Scene{20, {200, 140}, {}, {}, true};
-    QTest::newRow("100 %, scrolled") << Scene{20, {700, 500}, {111, 73}, {}, true};
-    QTest::newRow("37 %, smooth background") << Scene{6, {1500, 1100}, {31, 17}, {}, true};
-    QTest::newRow("37 %, whole image in view") << Scene{6, {700, 400}, {}, {}, true};
-    QTest::newRow("250 %") << Scene{30, {300, 200}, {57, 41}, {}, true};
-    QTest::newRow("250 %, image smaller than the view") << Scene{30, {90, 60}, {}, {}, true};
-    QTest::newRow("800 %") << Scene{44, {300, 200}, {501, 333}, {}, true};
-    QTest::newRow("96 %, fractional border") << Scene{19, {251, 173}, {}, {}, true};
-    QTest::newRow("crop at 100 %") << Scene{20, {700, 500}, {}, {40, 30, 217, 151}, true};
-    QTest::newRow("crop at 250 %, scrolled") << Scene{30, {300, 200}, {33, 21}, {31, 17, 201, 133}, true};
-    QTest::newRow("crop at 37 %") << Scene{6, {1500, 1100}, {}, {101, 57, 641, 433}, true};
+    QTest::addColumn<Tools>("tools");
+    const QVector<QPair<QByteArray, Scene>> scenes{
+        {"100 %, image smaller than the view", {20, {200, 140}, {}, {}, true}},
+        {"100 %, scrolled", {20, {700, 500}, {111, 73}, {}, true}},
+        {"37 %, smooth background", {6, {1500, 1100}, {31, 17}, {}, true}},
+        {"37 %, whole image in view", {6, {700, 400}, {}, {}, true}},
+        {"250 %", {30, {300, 200}, {57, 41}, {}, true}},
+        {"250 %, image smaller than the view", {30, {90, 60}, {}, {}, true}},
+        {"800 %", {44, {300, 200}, {501, 333}, {}, true}},
+        {"96 %, fractional border", {19, {251, 173}, {}, {}, true}},
+        {"crop at 100 %", {20, {700, 500}, {}, {40, 30, 217, 151}, true}},
+        {"crop at 250 %, scrolled", {30, {300, 200}, {33, 21}, {31, 17, 201, 133}, true}},
+        {"crop at 37 %", {6, {1500, 1100}, {}, {101, 57, 641, 433}, true}}};
+    const Tools strokes{Editor::Pen, Editor::Highlighter};
+    const Tools figures{Editor::Line, Editor::Arrow, Editor::Rectangle, Editor::Circle,
+                        Editor::SpeechBalloon};
+    for (const auto &scene : scenes) {
+        QTest::newRow(("strokes, " + scene.first).constData()) << scene.second << strokes;
+        QTest::newRow(("figures and strokes, " + scene.first).constData())
+            << scene.second << strokes + figures + figures;
+    }
 }
 
-void Tst_ViewExactness::randomSettings(QRandomGenerator &random) {
+void Tst_ViewExactness::randomSettings(QRandomGenerator &random, const Tools &tools) {
     auto &preferences = *TindraPreferences::instance();
     const int alpha = random.bounded(2) ? 255 : 40 + random.bounded(160);
     const QColor color(random.bounded(256), random.bounded(256), random.bounded(256), alpha);
     preferences.SetInt(TindraPreferences::PenColor, TindraPreferences::colorToInt(color));
     preferences.SetInt(TindraPreferences::HighlighterColor, TindraPreferences::colorToInt(color));
+    const QColor fill(random.bounded(256), random.bounded(256), random.bounded(256), random.bounded(3) * 127);
+    preferences.SetInt(TindraPreferences::FigureLineColor, TindraPreferences::colorToInt(color));
+    preferences.SetInt(TindraPreferences::FigureFillColor, TindraPreferences::colorToInt(fill));
+    preferences.SetInt(TindraPreferences::FigureLineType, random.bounded(2) ? Qt::SolidLine : Qt::DotLine);
     preferences.SetInt(TindraPreferences::LineWidth, 1 + random.bounded(12));
-    m_editor->setShape(random.bounded(2) ? Editor::Pen : Editor::Highlighter);
+    m_editor->setShape(static_cast<Editor::ShapeType>(tools.at(random.bounded(tools.size()))));
 }
 
 QPoint Tst_ViewExactness::randomPoint(QRandomGenerator &random) const {
@@ -186,8 +202,8 @@ void Tst_ViewExactness::between(QRandomGenerator &random) {
     }
 }
 
-void Tst_ViewExactness::oneDrag(QRandomGenerator &random, const QString &name) {
-    randomSettings(random);
+void Tst_ViewExactness::oneDrag(QRandomGenerator &random, const Tools &tools, const QString &name) {
+    randomSettings(random, tools);
     capture::Mouse mouse(m_view->viewport());
     QPoint pos = randomPoint(random);
     mouse.press(pos);
@@ -205,11 +221,12 @@ void Tst_ViewExactness::oneDrag(QRandomGenerator &random, const QString &name) {
 
 void Tst_ViewExactness::randomDrags() {
     QFETCH(Scene, scene);
+    QFETCH(Tools, tools);
     show(scene);
     compare(QStringLiteral("before"));
     for (quint32 seed = 1; seed <= 12 && !QTest::currentTestFailed(); ++seed) {
         QRandomGenerator random(seed);
-        oneDrag(random, QStringLiteral("drag %1").arg(seed));
+        oneDrag(random, tools, QStringLiteral("drag %1").arg(seed));
     }
     m_editor->undo();
     compare(QStringLiteral("undo"));

@@ -19,6 +19,9 @@ public:
     DrawingItem(const DrawingAttributes &attributes, const QRectF &sceneRect, QObject *parent);
 
     QRectF boundingRect() const override;
+    /// All that `paint` can touch, in scene coordinates. May reach beyond the bounding rectangle, which the
+    /// toolkit takes for the same and which some items keep smaller.
+    virtual QRectF paintedRect() const { return boundingRect(); }
 
     /// Whether the item draws anything into a flattened picture.
     virtual bool isDrawn() const { return true; }
