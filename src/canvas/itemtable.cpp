@@ -4,12 +4,19 @@
 #include "canvas/items/drawingcircleitem.h"
 #include "canvas/items/drawinghighlighteritem.h"
 #include "canvas/items/drawinglineitem.h"
+#include "canvas/items/drawingmosaicitem.h"
 #include "canvas/items/drawingpenitem.h"
 #include "canvas/items/drawingrectitem.h"
 #include "canvas/items/drawingspeechballoonitem.h"
 
 template <class Item> Editor::NewItem ItemTable::drawing(Editor &editor, const QRectF &sceneRect) {
     auto *item = new Item(sceneRect, &editor);
+    editor.connectDrawing(item);
+    return {item, item};
+}
+
+Editor::NewItem ItemTable::mosaic(Editor &editor, const QRectF &sceneRect) {
+    auto *item = new DrawingMosaicItem(sceneRect, &editor, editor.flatten(true, true));
     editor.connectDrawing(item);
     return {item, item};
 }
@@ -27,6 +34,7 @@ ItemTable::Maker ItemTable::maker(Editor::ShapeType shape) {
         {Editor::Rectangle, &drawing<DrawingRectItem>},
         {Editor::Circle, &drawing<DrawingCircleItem>},
         {Editor::SpeechBalloon, &drawing<DrawingSpeechBalloonItem>},
+        {Editor::Mosaic, &mosaic},
     };
     for (const Row &row : Rows) {
         if (row.shape == shape)

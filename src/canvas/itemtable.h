@@ -12,4 +12,6 @@ struct ItemTable {
 private:
     /// The plain tools: the item takes the visible rectangle and its parent.
     template <class Item> static Editor::NewItem drawing(Editor &editor, const QRectF &sceneRect);
+    /// Also takes a picture of all that is there, without the crop.
+    static Editor::NewItem mosaic(Editor &editor, const QRectF &sceneRect);
 };

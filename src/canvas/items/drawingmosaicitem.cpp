@@ -1,0 +1,92 @@
+#include "canvas/items/drawingmosaicitem.h"
+
+#include "canvas/items/mosaicsnapshot.h"
+#include "preferences/tindrapreferences.h"
+
+#include <QPainter>
+#include <QPixmap>
+#include <QtConcurrent>
+
+#include <new>
+
+namespace {
+
+constexpr int DefaultBlock = 6;
+/// Of the frame around the rectangle while it is dragged.
+const QColor FrameColor(0, 127, 245);
+
+void runJob(MosaicSnapshot &snapshot, int block) {
+    try {
+        snapshot.pixelateAll(block);
+    } catch (const std::bad_alloc &) {
+        // The rest of the picture stays as it is; thrown on, this would end the program at the release.
+    }
+}
+
+} // namespace
+
+DrawingMosaicItem::DrawingMosaicItem(const QRectF &sceneRect, QObject *parent, const QPixmap &snapshot)
+    : DrawingFigureItem(ShiftRule::Square, DrawingAttributes(), sceneRect, parent) {
+    if (snapshot.isNull())
+        return;
+    m_snapshot = std::make_shared<MosaicSnapshot>(snapshot.toImage());
+    const int block = TindraPreferences::instance()->GetInt(TindraPreferences::MosaicStrength, DefaultBlock);
+    // A mouse that rests would see the picture as it was before the job got there.
+    connect(&m_job, &QFutureWatcher<void>::finished, this, [this] {
+        if (!m_finished)
+            update();
+    });
+    m_job.setFuture(QtConcurrent::run([shared = m_snapshot, block] { runJob(*shared, block); }));
+}
+
+DrawingMosaicItem::~DrawingMosaicItem() {
+    m_job.waitForFinished();
+}
+
+QRectF DrawingMosaicItem::drawStart(QPoint pos) {
+    DrawingFigureItem::drawStart(pos);
+    placed();
+    return boundingRect();
+}
+
+QRectF DrawingMosaicItem::drawEnd(QPoint lastPos, QPoint pos, bool shift) {
+    DrawingFigureItem::drawEnd(lastPos, pos, shift);
+    m_job.waitForFinished();
+    if (m_snapshot)
+        m_snapshot->read([this](const QImage &all) { m_image = all.copy(m_itemRect.toRect()); });
+    m_snapshot.reset();
+    m_finished = true;
+    return boundingRect();
+}
+
+// The frame of the drag has to have room: the rectangle takes two pixels more on each side, within the
+// visible part.
+void DrawingMosaicItem::placed() {
+    m_itemRect = boundingRect();
+}
+
+void DrawingMosaicItem::addHitArea(QPainterPath *path) {
+    *path = QPainterPath();
+    path->addRect(m_itemRect);
+}
+
+void DrawingMosaicItem::drawFigure(QPainter *painter) const {
+    const QRect rect = m_itemRect.toRect();
+    if (m_finished) {
+        if (!m_image.isNull())
+            painter->drawImage(rect, m_image);
+        return;
+    }
+    if (m_snapshot)
+        m_snapshot->read([painter, rect](const QImage &all) { painter->drawImage(rect, all, rect); });
+    painter->setPen(QPen(QBrush(FrameColor), 1.0, Qt::SolidLine, ItemPenCap, Qt::MiterJoin));
+    painter->setBrush(Qt::NoBrush);
+    painter->drawRect(m_itemRect);
+}
+
+QVariant DrawingMosaicItem::itemChange(GraphicsItemChange change, const QVariant &value) {
+    // A click without a drag: the item is never shown again.
+    if (change == ItemSceneHasChanged && !scene() && !m_finished)
+        m_snapshot.reset();
+    return DrawingFigureItem::itemChange(change, value);
+}

@@ -1,0 +1,235 @@
+#include "canvas/items/mosaicsnapshot.h"
+#include "canvas/pixelate.h"
+#include "canvas/plainpixelate.h"
+
+#include <QRandomGenerator>
+#include <QtTest>
+
+namespace {
+
+QImage randomImage(QRandomGenerator &random, const QSize &size, QImage::Format format) {
+    QImage image(size, format);
+    // Every byte, padding included, so that what must not be touched shows; a third of all alphas is 0.
+    for (int y = 0; y < size.height(); ++y) {
+        uchar *row = image.scanLine(y);
+        for (int i = 0; i < image.bytesPerLine(); ++i) {
+            const bool noAlpha = i % 4 == 3 && random.bounded(3) == 0;
+            row[i] = noAlpha ? 0 : static_cast<uchar>(random.bounded(256));
+        }
+    }
+    return image;
+}
+
+/// All bytes, padding and colours under alpha 0 included.
+QByteArray bytesOf(const QImage &image) {
+    return QByteArray(reinterpret_cast<const char *>(image.constBits()), int(image.sizeInBytes()));
+}
+
+} // namespace
+
+class Tst_Pixelate : public QObject {
+    Q_OBJECT
+private slots:
+    void equalsAPlainLoop_data();
+    void equalsAPlainLoop();
+    void averagesAreTruncated();
+    void transparentPixelsNeitherCountNorChange();
+    void lastBlocksMayBeSmaller();
+    void blocksCountFromTheRegion();
+    void onlyTheRegionIsWritten();
+    void wholeImageAsOneBlock_data();
+    void wholeImageAsOneBlock();
+    void leavesAlone_data();
+    void leavesAlone();
+    void sharedImageIsDetached();
+    void eachBandHasAGridOfItsOwn_data();
+    void eachBandHasAGridOfItsOwn();
+};
+
+void Tst_Pixelate::equalsAPlainLoop_data() {
+    QTest::addColumn<QImage::Format>("format");
+    QTest::newRow("RGB32") << QImage::Format_RGB32;
+    QTest::newRow("ARGB32") << QImage::Format_ARGB32;
+    QTest::newRow("ARGB32 premultiplied") << QImage::Format_ARGB32_Premultiplied;
+    QTest::newRow("RGBA8888") << QImage::Format_RGBA8888;
+    QTest::newRow("RGB888") << QImage::Format_RGB888;
+    QTest::newRow("BGR888") << QImage::Format_BGR888;
+}
+
+void Tst_Pixelate::equalsAPlainLoop() {
+    QFETCH(QImage::Format, format);
+    for (quint32 seed = 1; seed <= 400; ++seed) {
+        QRandomGenerator random(seed);
+        // Widths of up to three pixels too, which in 24 bits have rows of padding for the most part.
+        const int most = seed % 4 == 0 ? 6 : 150;
+        const QSize size(1 + random.bounded(most), 1 + random.bounded(most));
+        const QImage before = randomImage(random, size, format);
+        const int block = random.bounded(5) == 0 ? 1 + random.bounded(200) : 1 + random.bounded(12);
+        QRect region(random.bounded(size.width()) - 2, random.bounded(size.height()) - 2,
+                     1 + random.bounded(size.width() + 3), 1 + random.bounded(size.height() + 3));
+        if (random.bounded(2))
+            region = before.rect();
+        QImage image = before;
+        pixelate(image, region, block);
+        QImage expected = before;
+        plainPixelate(expected, region, block);
+        QVERIFY2(bytesOf(image) == bytesOf(expected), qPrintable(QStringLiteral("seed %1: %2 x %3, block %4")
+                                                                     .arg(seed)
+                                                                     .arg(size.width())
+                                                                     .arg(size.height())
+                                                                     .arg(block)));
+    }
+}
+
+void Tst_Pixelate::averagesAreTruncated() {
+    QImage image(3, 1, QImage::Format_RGB32);
+    image.setPixel(0, 0, qRgb(0, 255, 10));
+    image.setPixel(1, 0, qRgb(1, 255, 10));
+    image.setPixel(2, 0, qRgb(1, 254, 12));
+    pixelate(image, image.rect(), 3);
+    for (int x = 0; x < 3; ++x)
+        QCOMPARE(image.pixel(x, 0), qRgb(0, 254, 10)); // 2/3, 764/3, 32/3
+}
+
+void Tst_Pixelate::transparentPixelsNeitherCountNorChange() {
+    QImage image(4, 2, QImage::Format_ARGB32);
+    image.fill(qRgba(100, 50, 20, 255));
+    image.setPixel(1, 0, qRgba(200, 200, 200, 0));
+    image.setPixel(0, 1, qRgba(40, 50, 22, 1));
+    image.setPixel(2, 0, qRgba(9, 8, 7, 0));
+    image.setPixel(3, 0, qRgba(9, 8, 7, 0));
+    image.setPixel(2, 1, qRgba(9, 8, 7, 0));
+    image.setPixel(3, 1, qRgba(6, 5, 4, 0));
+    const QImage before = image;
+    pixelate(image, image.rect(), 2);
+    QCOMPARE(image.pixel(0, 0), qRgba(80, 50, 20, 255)); // 240/3, 150/3, 62/3
+    QCOMPARE(image.pixel(0, 1), qRgba(80, 50, 20, 1));
+    QCOMPARE(image.pixel(1, 1), qRgba(80, 50, 20, 255));
+    QCOMPARE(image.pixel(1, 0), qRgba(200, 200, 200, 0));
+    QCOMPARE(image.copy(2, 0, 2, 2), before.copy(2, 0, 2, 2));
+}
+
+void Tst_Pixelate::lastBlocksMayBeSmaller() {
+    QImage image(5, 5, QImage::Format_RGB32);
+    image.fill(Qt::black);
+    image.setPixel(4, 4, qRgb(90, 80, 70));
+    image.setPixel(4, 0, qRgb(200, 100, 60));
+    pixelate(image, image.rect(), 4);
+    QCOMPARE(image.pixel(4, 4), qRgb(90, 80, 70)); // alone in its block
+    QCOMPARE(image.pixel(4, 3), qRgb(50, 25, 15)); // one of four
+    QCOMPARE(image.pixel(3, 3), qRgb(0, 0, 0));
+}
+
+void Tst_Pixelate::blocksCountFromTheRegion() {
+    QImage image(6, 1, QImage::Format_RGB32);
+    for (int x = 0; x < 6; ++x)
+        image.setPixel(x, 0, qRgb(x * 10, 0, 0));
+    pixelate(image, QRect(1, 0, 4, 1), 2);
+    const int expected[] = {0, 15, 15, 35, 35, 50};
+    for (int x = 0; x < 6; ++x)
+        QCOMPARE(qRed(image.pixel(x, 0)), expected[x]);
+}
+
+void Tst_Pixelate::onlyTheRegionIsWritten() {
+    QRandomGenerator random(7);
+    for (const QImage::Format format : {QImage::Format_ARGB32, QImage::Format_RGB888}) {
+        const QImage before = randomImage(random, {61, 43}, format);
+        QImage image = before;
+        const QRect region(13, 9, 31, 22);
+        pixelate(image, region, 6);
+        QVERIFY(image != before);
+        for (int y = 0; y < 43; ++y) {
+            for (int x = 0; x < 61; ++x)
+                QVERIFY(region.contains(x, y) || image.pixel(x, y) == before.pixel(x, y));
+        }
+    }
+}
+
+void Tst_Pixelate::wholeImageAsOneBlock_data() {
+    QTest::addColumn<QImage::Format>("format");
+    QTest::addColumn<QSize>("size");
+    // Sums of more than 16 bits, and counts of more than 16 bits.
+    QTest::newRow("32 bit, wide") << QImage::Format_RGB32 << QSize(1001, 3);
+    QTest::newRow("32 bit, tall") << QImage::Format_RGB32 << QSize(3, 1001);
+    QTest::newRow("32 bit, large") << QImage::Format_RGB32 << QSize(401, 403);
+    QTest::newRow("24 bit, wide") << QImage::Format_RGB888 << QSize(1001, 3);
+    QTest::newRow("24 bit, large") << QImage::Format_RGB888 << QSize(401, 403);
+}
+
+void Tst_Pixelate::wholeImageAsOneBlock() {
+    QFETCH(QImage::Format, format);
+    QFETCH(QSize, size);
+    for (const QColor &color : {QColor(255, 254, 253), QColor(0, 1, 128)}) {
+        QImage image(size, format);
+        image.fill(color);
+        const QImage before = image;
+        for (const int block : {2000, std::numeric_limits<int>::max()}) {
+            pixelate(image, image.rect(), block);
+            QCOMPARE(image, before);
+        }
+    }
+}
+
+void Tst_Pixelate::leavesAlone_data() {
+    QTest::addColumn<QImage::Format>("format");
+    QTest::addColumn<QRect>("region");
+    QTest::addColumn<int>("block");
+    const QRect all(0, 0, 40, 30);
+    QTest::newRow("8 bit") << QImage::Format_Grayscale8 << all << 6;
+    QTest::newRow("16 bit") << QImage::Format_RGB16 << all << 6;
+    QTest::newRow("64 bit") << QImage::Format_RGBA64 << all << 6;
+    QTest::newRow("nothing of the image") << QImage::Format_RGB32 << QRect(40, 0, 9, 9) << 6;
+    QTest::newRow("empty region") << QImage::Format_RGB32 << QRect() << 6;
+    QTest::newRow("block of 0") << QImage::Format_RGB32 << all << 0;
+    QTest::newRow("block below 0") << QImage::Format_RGB32 << all << -4;
+    QTest::newRow("block of 1") << QImage::Format_RGB32 << all << 1;
+}
+
+void Tst_Pixelate::leavesAlone() {
+    QFETCH(QImage::Format, format);
+    QFETCH(QRect, region);
+    QFETCH(int, block);
+    QRandomGenerator random(3);
+    const QImage before = randomImage(random, {40, 30}, format);
+    QImage image = before;
+    pixelate(image, region, block);
+    QCOMPARE(bytesOf(image), bytesOf(before));
+    QImage null;
+    pixelate(null, region, block);
+    QVERIFY(null.isNull());
+}
+
+void Tst_Pixelate::sharedImageIsDetached() {
+    QRandomGenerator random(5);
+    QImage image = randomImage(random, {30, 20}, QImage::Format_RGB32);
+    const QImage other = image;
+    const QByteArray before = bytesOf(other);
+    pixelate(image, image.rect(), 6);
+    QCOMPARE(bytesOf(other), before);
+    QVERIFY(bytesOf(image) != before);
+}
+
+void Tst_Pixelate::eachBandHasAGridOfItsOwn_data() {
+    QTest::addColumn<int>("height");
+    QTest::addColumn<int>("block");
+    for (const int block : {4, 6, 9}) {
+        for (const int height : {1, 2999, 3000, 3001, 6005, 9000})
+            QTest::addRow("%d rows, block %d", height, block) << height << block;
+    }
+}
+
+void Tst_Pixelate::eachBandHasAGridOfItsOwn() {
+    QFETCH(int, height);
+    QFETCH(int, block);
+    QRandomGenerator random(11);
+    const QImage before = randomImage(random, {7, height}, QImage::Format_ARGB32);
+    MosaicSnapshot snapshot(before);
+    snapshot.pixelateAll(block);
+    QImage expected = before;
+    for (int top = 0; top < height; top += 3000)
+        plainPixelate(expected, QRect(0, top, 7, std::min(3000, height - top)), block);
+    snapshot.read([&](const QImage &image) { QCOMPARE(bytesOf(image), bytesOf(expected)); });
+}
+
+QTEST_APPLESS_MAIN(Tst_Pixelate)
+#include "tst_pixelate.moc"
