@@ -1,16 +1,22 @@
 #include "history/historywidget.h"
 
 #include "canvas/editor.h"
+#include "history/batchsave.h"
+#include "history/historybuttonwidget.h"
 #include "history/historylistwidget.h"
 #include "history/historylistwidgetitem.h"
 #include "output/confirmdeletedialog.h"
+#include "output/confirmsavedialog.h"
+#include "output/filenameutil.h"
 #include "preferences/tindrapreferences.h"
 #include "services/usagestatistics.h"
 
+#include <QDir>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
+#include <QScopedValueRollback>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
@@ -103,7 +109,9 @@ void HistoryWidget::connectParts() {
     connect(list, &List::changeSelectChecked, this, &HistoryWidget::updateCountInfo);
     connect(list, &List::updateHistoryCount, this, &HistoryWidget::updateCountInfo);
     connect(list, &List::contextMenuSave, this, &HistoryWidget::onSaveImage);
+    connect(list, &List::contextMenuSaveImages, this, &HistoryWidget::onClickSaveImages);
     connect(list, &List::contextMenuDeleteImages, this, &HistoryWidget::onClickDeleteImages);
+    connect(m_historySaveImages, &QPushButton::clicked, this, &HistoryWidget::onClickSaveImages);
     connect(m_historyDeleteImages, &QPushButton::clicked, this, &HistoryWidget::onClickDeleteImages);
 }
 
@@ -262,6 +270,40 @@ void HistoryWidget::onSaveImage(QListWidgetItem *item, bool autoSave, bool showR
     m_saveFlow.saveImageTo(editor, path, true, showResult);
 }
 
+void HistoryWidget::onClickSaveImages() {
+    // The first capture is written with events processed around it, further clicks among them.
+    if (m_savingImages)
+        return;
+    const QScopedValueRollback<bool> saving(m_savingImages, true);
+    const bool selecting = isSelecting();
+    const QVector<QPointer<Editor>> meant = capturesMeant();
+    recordUsage(selecting ? "cap_30_20" : "cap_30_22");
+    ConfirmSaveDialog dialog(selecting ? ConfirmSaveDialog::SelectedImages : ConfirmSaveDialog::AllImages,
+                             this);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    SaveFlow::reportSaveFormat(dialog.formatText());
+    QString firstPath;
+    const int count = saveImages(meant, firstPath);
+    m_saveFlow.reportBatch(count, firstPath);
+    recordUsage("cap_20_005");
+    if (selecting)
+        endSelectMode();
+}
+
+int HistoryWidget::saveImages(const QVector<QPointer<Editor>> &captures, QString &firstPath) {
+    const QString folder = FileNameUtil::folderOrDefault(
+        TindraPreferences::instance()->GetString(TindraPreferences::FilePath, QString()));
+    if (!QDir().mkpath(folder))
+        return 0;
+    BatchSave batch(FileNameUtil::generateFileName(folder, false),
+                    SaveFlow::qualityFor(FileNameUtil::currentFileSuffix()));
+    // The oldest capture gets the lowest number.
+    const int count = batch.run({captures.crbegin(), captures.crend()});
+    firstPath = batch.firstPath();
+    return count;
+}
+
 void HistoryWidget::onClickDeleteImages() {
     // The question lets commands in: what arrives meanwhile was not meant, and what vanishes is gone.
     const bool selecting = isSelecting();
@@ -273,11 +315,14 @@ void HistoryWidget::onClickDeleteImages() {
     if (m_historyListWidget->count() > 0)
         m_historyListWidget->onHistoryClicked(m_historyListWidget->rowItem(0));
     onItemSelectionChanged();
-    if (selecting) {
-        m_historySelectMode->setChecked(false);
-        onClickSelectMode();
-    }
+    if (selecting)
+        endSelectMode();
     updateCountInfo();
+}
+
+void HistoryWidget::endSelectMode() {
+    m_historySelectMode->setChecked(false);
+    onClickSelectMode();
 }
 
 bool HistoryWidget::confirmDeletion() {

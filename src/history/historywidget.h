@@ -78,6 +78,7 @@ public slots:
     void onSaveCurrentImage(bool autoSave, bool showResult);
     void onDeleteCurrentImage();
     void onSaveImage(QListWidgetItem *item, bool autoSave = false, bool showResult = true);
+    void onClickSaveImages();
     void onClickDeleteImages();
 
 private:
@@ -86,12 +87,16 @@ private:
     void connectParts();
     bool isSelecting() const;
     void updateCountInfo();
+    void endSelectMode();
+    /// Saves captures, given from the newest to the oldest, by the settings; how many were written.
+    int saveImages(const QVector<QPointer<Editor>> &captures, QString &firstPath);
     bool confirmDeletion();
     /// What a command for many captures means now: the checked rows in select mode, else all of them.
     QVector<QPointer<Editor>> capturesMeant() const;
     void deleteCaptures(const QVector<QPointer<Editor>> &captures);
 
     SaveFlow m_saveFlow;
+    bool m_savingImages = false;
     QPushButton *m_historyHide;
     QLabel *m_historyTitle;
     QPushButton *m_historySelectMode;

@@ -19,15 +19,6 @@ bool isJpg(const QString &suffix) {
     return suffix.compare(QLatin1String("jpg"), Qt::CaseInsensitive) == 0;
 }
 
-int qualityFor(const QString &suffix) {
-    if (!isJpg(suffix))
-        return QualityOfTheFormat;
-    bool isNumber = false;
-    const int quality =
-        TindraPreferences::instance()->GetString(TindraPreferences::JpgQuality, QString()).toInt(&isNumber);
-    return isNumber ? quality : BestJpgQuality;
-}
-
 } // namespace
 
 QString SaveFlow::autoSavePath() {
@@ -67,6 +58,31 @@ bool SaveFlow::saveImageTo(Editor *editor, const QString &path, bool rememberFol
     if (showResult && preferences->GetBool(TindraPreferences::ShowPostSaveDlg, true))
         showResultOf(path);
     return true;
+}
+
+int SaveFlow::qualityFor(const QString &suffix) {
+    if (!isJpg(suffix))
+        return QualityOfTheFormat;
+    bool isNumber = false;
+    const int quality =
+        TindraPreferences::instance()->GetString(TindraPreferences::JpgQuality, QString()).toInt(&isNumber);
+    return isNumber ? quality : BestJpgQuality;
+}
+
+void SaveFlow::reportBatch(int count, const QString &firstPath) const {
+    TindraPreferences *preferences = TindraPreferences::instance();
+    if (count == 0) {
+        const QString text = QFileInfo::exists(firstPath)
+                                 ? tr("failed to save images.")
+                                 : tr("failed to save images.\nplease change save folder.");
+        MessageDialog::warning(m_panel, tr("Tindra"), text);
+    } else if (preferences->GetBool(TindraPreferences::ShowPostSaveAllDlg, true)) {
+        PostSaveDialog dialog(PostSaveDialog::Batch, m_panel);
+        dialog.setSavedPath(firstPath);
+        dialog.setCount(count);
+        dialog.exec();
+        preferences->SetBool(TindraPreferences::ShowPostSaveAllDlg, !dialog.isSkipChecked());
+    }
 }
 
 void SaveFlow::showResultOf(const QString &path) const {

@@ -22,8 +22,13 @@ public:
     /// saved. Failures are told to the user. A null `editor` gives false.
     bool saveImageTo(Editor *editor, const QString &path, bool rememberFolder, bool showResult) const;
 
+    /// The quality to write a picture of that suffix with, from the settings.
+    static int qualityFor(const QString &suffix);
     /// Counts the format in the usage statistics; other suffixes are not counted.
     static void reportSaveFormat(const QString &suffix);
+
+    /// Tells how a batch went: `firstPath` is the file that it wrote first.
+    void reportBatch(int count, const QString &firstPath) const;
 
 private:
     void reportFailure(const QString &path) const;

@@ -1,0 +1,104 @@
+#include "history/batchsave.h"
+
+#include "output/filenameutil.h"
+#include "output/imagewriter.h"
+#include "services/tracelog.h"
+
+#include <QGuiApplication>
+#include <QThread>
+#include <QThreadPool>
+#include <QtConcurrent>
+
+namespace {
+
+constexpr unsigned long PollInterval = 5; // milliseconds
+
+/// What holds while a batch runs.
+class BusyState {
+public:
+    explicit BusyState(std::function<void()> whileWaiting) {
+        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+        FileNameUtil::setBatchWait(std::move(whileWaiting));
+    }
+    ~BusyState() {
+        FileNameUtil::setBatchWait({});
+        QGuiApplication::restoreOverrideCursor();
+    }
+    BusyState(const BusyState &) = delete;
+    BusyState &operator=(const BusyState &) = delete;
+};
+
+/// Runs in the pool: touches its own picture and one file.
+bool encode(const QImage &image, const QString &path, int quality) {
+    trace(2, QStringLiteral("future"), "%ls", path.utf16());
+    return writeImage(image, path, quality);
+}
+
+void paintWindows() {
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::ExcludeSocketNotifiers);
+    QThread::msleep(PollInterval);
+}
+
+} // namespace
+
+int BatchSave::run(const QVector<QPointer<Editor>> &captures) {
+    const BusyState busy([this] {
+        paintWindows();
+        takeResults();
+        freeFailedNames();
+    });
+    for (const QPointer<Editor> &editor : captures) {
+        if (editor)
+            save(editor);
+    }
+    waitForJobs(0);
+    return m_count;
+}
+
+void BatchSave::save(Editor *editor) {
+    const QString path = FileNameUtil::batchFileName(m_base, m_used);
+    m_used.append(path);
+    if (!m_firstPath.isEmpty()) {
+        startJob(editor, path);
+    } else if (editor->saveFlattened(path, true, m_quality)) {
+        m_firstPath = path;
+        ++m_count;
+    } else {
+        m_failed.append(path);
+    }
+}
+
+void BatchSave::startJob(Editor *editor, const QString &path) {
+    waitForJobs(QThreadPool::globalInstance()->maxThreadCount());
+    editor->finishCurrentItem(true);
+    const QImage image = editor->flatten(true, false).toImage();
+    m_jobs.enqueue({editor, path, QtConcurrent::run(encode, image, path, m_quality)});
+}
+
+void BatchSave::waitForJobs(int remaining) {
+    takeResults();
+    while (m_jobs.size() > remaining) {
+        paintWindows();
+        takeResults();
+    }
+}
+
+void BatchSave::takeResults() {
+    while (!m_jobs.isEmpty() && m_jobs.head().written.isFinished()) {
+        const Job job = m_jobs.dequeue();
+        if (!job.written.result()) {
+            m_failed.append(job.path);
+            continue;
+        }
+        ++m_count;
+        if (job.editor)
+            job.editor->setSavedPath(job.path);
+    }
+}
+
+// The next serial name waits for the file of the last one, which would be for ever if that one failed.
+void BatchSave::freeFailedNames() {
+    for (const QString &path : qAsConst(m_failed))
+        m_used.removeOne(path);
+    m_failed.clear();
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "canvas/editor.h"
+
+#include <QCoreApplication>
+#include <QFuture>
+#include <QPointer>
+#include <QQueue>
+#include <QStringList>
+#include <QVector>
+
+/// Writes many captures under numbered names.
+///
+/// The first is written on the GUI thread, so that a folder that takes no file fails at once. The others are
+/// flattened here and encoded in the thread pool, a few at a time, because each holds a whole picture in
+/// memory. Meanwhile windows are painted, the wait cursor shows and each row gets its mark as its file is
+/// done, but no input is taken. For one batch; GUI thread only.
+class BatchSave {
+public:
+    /// `base` is the name without number and suffix; `quality` as for `writeImage`.
+    BatchSave(const QString &base, int quality) : m_base(base), m_quality(quality) {}
+
+    /// Writes the captures in that order and returns how many were written; those that are gone by the time
+    /// their turn comes are passed over.
+    int run(const QVector<QPointer<Editor>> &captures);
+    /// The file written first; empty when there is none.
+    QString firstPath() const { return m_firstPath; }
+
+private:
+    struct Job {
+        QPointer<Editor> editor;
+        QString path;
+        QFuture<bool> written;
+    };
+
+    void save(Editor *editor);
+    void startJob(Editor *editor, const QString &path);
+    void waitForJobs(int remaining);
+    void takeResults();
+    void freeFailedNames();
+
+    QString m_base;
+    int m_quality;
+    QString m_firstPath;
+    int m_count = 0;
+    QStringList m_used;   ///< names given out
+    QStringList m_failed; ///< those whose file could not be written
+    QQueue<Job> m_jobs;
+};
