@@ -70,6 +70,7 @@ CanvasMenu::CanvasMenu(bool withAiTools, QWidget *parent) : QMenu(parent) {
         action->setCheckable(row.checkable);
         m_actions[row.entry] = action;
     }
+    m_actions[Print]->setVisible(false); // until there is printing
 }
 
 void CanvasMenu::setPanel(Entry entry, QMenu *menu) {

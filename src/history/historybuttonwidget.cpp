@@ -74,6 +74,7 @@ void HistoryButtonWidget::buildMenu() {
     m_openImage = addEntry(tr("OpenSavedImage(&V)"), &Row::onContextMenuOpenSavedImage);
     m_menu->addSeparator();
     m_print = addEntry(QString(), &Row::onContextMenuPrintImages);
+    m_print->setVisible(false); // until there is printing
     onChangeSelectionMode(m_selectionMode);
 }
 
