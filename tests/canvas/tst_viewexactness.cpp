@@ -1,9 +1,11 @@
 #include "canvas/capturefixture.h"
 #include "canvas/editorview.h"
+#include "canvas/fakeitems.h"
 #include "ipc/imageprovider.h"
 #include "preferences/tindrapreferences.h"
 #include "support/imagecompare.h"
 
+#include <QBackingStore>
 #include <QGraphicsView>
 #include <QPainter>
 #include <QRandomGenerator>
@@ -42,6 +44,27 @@ protected:
     }
 };
 
+/// The product's own items, but a crop that the test frames.
+class CropEditor : public TestEditor {
+protected:
+    NewItem makeItem(ShapeType shape, const QRectF &sceneRect) override {
+        return shape == Crop ? TestEditor::makeItem(shape, sceneRect) : Editor::makeItem(shape, sceneRect);
+    }
+};
+
+/// Milliseconds without a paint after which the smooth background is made.
+constexpr int QuietTime = 66;
+
+/// Keeps the smooth background from being made while it lives, however slow the machine is.
+class NoSmoothBackground : public QObject {
+public:
+    NoSmoothBackground() { qApp->installEventFilter(this); }
+    bool eventFilter(QObject *object, QEvent *event) override {
+        const auto *timer = event->type() == QEvent::Timer ? qobject_cast<QTimer *>(object) : nullptr;
+        return timer && timer->interval() == QuietTime;
+    }
+};
+
 struct Scene {
     int zoomStep;
     QSize image;
@@ -55,6 +78,7 @@ using Tools = QVector<int>;
 } // namespace
 
 Q_DECLARE_METATYPE(Scene)
+Q_DECLARE_METATYPE(std::function<void()>)
 
 /// After every single event the view must show what painting everything anew gives, pixel for pixel.
 class Tst_ViewExactness : public QObject {
@@ -65,29 +89,38 @@ private slots:
     void randomDrags();
     void cropAroundTheSameCentreRepaintsWhatItHides();
     void strokeUnderRedoneItemStaysUnderIt();
+    void changeInTheMiddleOfADrag_data();
+    void changeInTheMiddleOfADrag();
+    void changeAndMoveInOneTurn_data();
+    void changeAndMoveInOneTurn();
 
 private:
     void compare(const QString &when);
+    QImage screen() const;
+    void crop(const QRect &frame);
+    void setPen(const QColor &color, int width);
     void show(const Scene &scene);
     void randomSettings(QRandomGenerator &random, const Tools &tools);
     QPoint randomPoint(QRandomGenerator &random) const;
     void oneDrag(QRandomGenerator &random, const Tools &tools, const QString &name);
     void between(QRandomGenerator &random);
 
-    std::unique_ptr<Editor> m_editor;
+    std::unique_ptr<CropEditor> m_editor;
     std::unique_ptr<EditorView> m_view;
     std::unique_ptr<ReferenceView> m_reference;
+    std::unique_ptr<NoSmoothBackground> m_noSmoothBackground;
 };
 
 void Tst_ViewExactness::show(const Scene &scene) {
     m_view.reset();
     m_reference.reset();
-    m_editor = std::make_unique<Editor>();
+    m_editor = std::make_unique<CropEditor>();
     const QImage image = capture::picture(scene.image);
     capture::load(*m_editor, QStringLiteral("capture"), image);
     m_editor->setZoomStep(scene.zoomStep);
     if (!scene.crop.isNull())
         QVERIFY(QMetaObject::invokeMethod(m_editor.get(), "onCrop", Q_ARG(QRect, scene.crop)));
+    m_noSmoothBackground.reset(scene.waitForSmooth ? nullptr : new NoSmoothBackground);
     m_view = std::make_unique<EditorView>();
     m_view->setFrameShape(QFrame::NoFrame);
     m_view->resize(303, 211);
@@ -113,10 +146,36 @@ void Tst_ViewExactness::show(const Scene &scene) {
         QTest::qWait(150);
 }
 
+/// What stands on the screen: the sum of all that was painted, each time within what was asked for.
+QImage Tst_ViewExactness::screen() const {
+    const QPaintDevice *device = m_view->backingStore()->paintDevice();
+    if (device->devType() != QInternal::Image)
+        return QImage();
+    const QRect place(m_view->viewport()->mapTo(m_view.get(), QPoint()), m_view->viewport()->size());
+    return static_cast<const QImage *>(device)->copy(place).convertToFormat(QImage::Format_RGB32);
+}
+
+void Tst_ViewExactness::crop(const QRect &frame) {
+    m_editor->setShape(Editor::Crop);
+    m_editor->startCrop();
+    m_editor->crop->frame = frame;
+    m_editor->finishCurrentItem(true);
+}
+
+void Tst_ViewExactness::setPen(const QColor &color, int width) {
+    auto &preferences = *TindraPreferences::instance();
+    preferences.SetInt(TindraPreferences::PenColor, TindraPreferences::colorToInt(color));
+    preferences.SetInt(TindraPreferences::LineWidth, width);
+    m_editor->setShape(Editor::Pen);
+}
+
 void Tst_ViewExactness::compare(const QString &when) {
     // What a mosaic shows during its drag depends on how far its job is.
     QThreadPool::globalInstance()->waitForDone();
-    QCoreApplication::processEvents();
+    QCoreApplication::processEvents(); // the scene tells what has changed
+    QCoreApplication::processEvents(); // and that is painted
+    m_reference->visible = m_editor->visibleRect();
+    m_reference->viewport()->setPalette(m_view->viewport()->palette());
     m_reference->resize(m_view->viewport()->size());
     m_reference->viewport()->resize(m_view->viewport()->size());
     m_reference->setSceneRect(m_view->sceneRect());
@@ -126,9 +185,8 @@ void Tst_ViewExactness::compare(const QString &when) {
     QCOMPARE(m_reference->viewportTransform(), m_view->viewportTransform());
     QImage expected(m_view->viewport()->size(), QImage::Format_RGB32);
     m_reference->viewport()->render(&expected);
-    const QImage shown = m_view->viewport()->grab().toImage().convertToFormat(QImage::Format_RGB32);
     QString message;
-    QVERIFY2(sameImage(shown, expected, QStringLiteral("view"), &message),
+    QVERIFY2(sameImage(screen(), expected, QStringLiteral("view"), &message),
              qPrintable(when + QLatin1String(": ") + message));
 }
 
@@ -139,6 +197,9 @@ void Tst_ViewExactness::randomDrags_data() {
         {"100 %, image smaller than the view", {20, {200, 140}, {}, {}, true}},
         {"100 %, scrolled", {20, {700, 500}, {111, 73}, {}, true}},
         {"37 %, smooth background", {6, {1500, 1100}, {31, 17}, {}, true}},
+        {"37 %, scaled on the fly", {6, {1500, 1100}, {31, 17}, {}, false}},
+        {"96 %, scaled on the fly", {19, {251, 173}, {}, {}, false}},
+        {"crop at 37 %, scaled on the fly", {6, {1500, 1100}, {}, {101, 57, 641, 433}, false}},
         {"37 %, whole image in view", {6, {700, 400}, {}, {}, true}},
         {"250 %", {30, {300, 200}, {57, 41}, {}, true}},
         {"250 %, image smaller than the view", {30, {90, 60}, {}, {}, true}},
@@ -241,29 +302,132 @@ void Tst_ViewExactness::cropAroundTheSameCentreRepaintsWhatItHides() {
     show({20, {200, 140}, {}, {}, true});
     // The view does not move: the image stays centred around the same point.
     QVERIFY(QMetaObject::invokeMethod(m_editor.get(), "onCrop", Q_ARG(QRect, QRect(20, 20, 160, 100))));
-    m_reference->visible = QRect(20, 20, 160, 100);
     compare(QStringLiteral("crop"));
 }
 
 void Tst_ViewExactness::strokeUnderRedoneItemStaysUnderIt() {
     show({20, {200, 140}, {}, {}, true});
-    auto &preferences = *TindraPreferences::instance();
-    preferences.SetInt(TindraPreferences::PenColor, TindraPreferences::colorToInt(Qt::red));
-    preferences.SetInt(TindraPreferences::LineWidth, 12);
-    m_editor->setShape(Editor::Pen);
+    setPen(Qt::red, 12);
     capture::Mouse mouse(m_view->viewport());
     mouse.drag({{100, 60}, {200, 60}, {201, 60}});
     m_editor->undo();
-    preferences.SetInt(TindraPreferences::PenColor, TindraPreferences::colorToInt(Qt::blue));
+    setPen(Qt::blue, 12);
     mouse.press({150, 40});
     mouse.move({150, 42});
     m_editor->redo();
     QCoreApplication::processEvents();
     mouse.move({150, 100});
     compare(QStringLiteral("move after redo"));
-    const QImage shown = m_view->viewport()->grab().toImage();
-    QCOMPARE(shown.pixelColor(150, 60), QColor(Qt::red));
-    QCOMPARE(shown.pixelColor(150, 80), QColor(Qt::blue));
+    QCOMPARE(screen().pixelColor(150, 60), QColor(Qt::red));
+    QCOMPARE(screen().pixelColor(150, 80), QColor(Qt::blue));
+}
+
+void Tst_ViewExactness::changeInTheMiddleOfADrag_data() {
+    QTest::addColumn<std::function<void()>>("change");
+    QTest::addColumn<int>("zoomStep");
+    const auto row = [](const char *name, const std::function<void()> &change) {
+        for (int step : {6, 20, 30})
+            QTest::addRow("%s at step %d", name, step) << change << step;
+    };
+    row("zoom in", [this] { m_view->onZoomIn(); });
+    row("zoom out", [this] { m_view->onZoomOut(); });
+    row("zoom reset", [this] { m_view->onZoomReset(); });
+    row("resize", [this] { m_view->resize(251, 260); });
+    row("enlarge", [this] { m_view->resize(400, 330); });
+    row("undo of a crop", [this] { m_editor->undo(); });
+    row("undo and redo of a crop", [this] {
+        m_editor->undo();
+        QCoreApplication::processEvents();
+        m_editor->redo();
+    });
+    row("other crop", [this] { m_editor->applyCrop(QRect(60, 50, 90, 80)); });
+    row("other capture and back", [this] {
+        TestEditor other;
+        capture::load(other, QStringLiteral("other"), capture::picture(QSize(90, 70)));
+        m_view->setEditor(&other);
+        QCoreApplication::processEvents();
+        m_view->setEditor(m_editor.get());
+    });
+    row("style", [this] {
+        QEvent style(QEvent::StyleChange);
+        QCoreApplication::sendEvent(m_view.get(), &style);
+    });
+    row("palette", [this] {
+        QPalette palette = m_view->viewport()->palette();
+        palette.setColor(m_view->viewport()->backgroundRole(), Qt::magenta);
+        m_view->viewport()->setPalette(palette);
+    });
+    row("hide and show", [this] {
+        m_view->hide();
+        QCoreApplication::processEvents();
+        capture::Mouse(m_view->viewport()).move({130, 140});
+        m_view->show();
+    });
+}
+
+void Tst_ViewExactness::changeInTheMiddleOfADrag() {
+    QFETCH(std::function<void()>, change);
+    QFETCH(int, zoomStep);
+    show({zoomStep, {280, 200}, {}, {}, false});
+    setPen(QColor(200, 30, 30, 120), 9);
+    capture::Mouse mouse(m_view->viewport());
+    mouse.drag({{90, 60}, {160, 110}, {170, 120}});
+    crop(QRect(30, 20, 221, 151));
+    setPen(QColor(30, 30, 200, 120), 7);
+    compare(QStringLiteral("before"));
+    mouse.press({100, 90});
+    mouse.move({120, 100});
+    mouse.move({125, 130});
+    compare(QStringLiteral("dragging"));
+    change();
+    compare(QStringLiteral("changed"));
+    for (const QPoint &pos : {QPoint(140, 120), QPoint(170, 125), QPoint(165, 90)}) {
+        mouse.move(pos);
+        compare(QStringLiteral("move after the change"));
+    }
+    mouse.release({160, 80});
+    compare(QStringLiteral("released"));
+}
+
+void Tst_ViewExactness::changeAndMoveInOneTurn_data() {
+    QTest::addColumn<std::function<void()>>("change");
+    const auto row = [](const char *name, const std::function<void()> &change) {
+        QTest::newRow(name) << change;
+    };
+    row("redo", [this] { m_editor->redo(); });
+    row("undo", [this] { m_editor->undo(); });
+    row("undo and redo", [this] {
+        m_editor->undo();
+        m_editor->redo();
+    });
+    row("update of a part of the scene", [this] { m_editor->update(QRectF(60, 40, 50, 40)); });
+    row("update of a part of the view", [this] { m_view->viewport()->update(QRect(140, 70, 20, 30)); });
+    row("update of everything", [this] { m_editor->update(); });
+    row("scrolled by a crop", [this] { m_editor->applyCrop(QRect(30, 20, 150, 110)); });
+}
+
+void Tst_ViewExactness::changeAndMoveInOneTurn() {
+    QFETCH(std::function<void()>, change);
+    show({20, {200, 140}, {}, {}, true});
+    setPen(QColor(200, 30, 30, 120), 12);
+    capture::Mouse mouse(m_view->viewport());
+    // One stroke to take back and one that was taken back, both across the way of the drag.
+    mouse.drag({{90, 60}, {220, 110}, {221, 110}});
+    mouse.drag({{90, 110}, {220, 60}, {221, 60}});
+    m_editor->undo();
+    setPen(QColor(30, 30, 200, 120), 9);
+    mouse.press({150, 50});
+    mouse.move({152, 60});
+    compare(QStringLiteral("dragging"));
+    change();
+    mouse.move({155, 100});
+    compare(QStringLiteral("change, then move"));
+    mouse.move({160, 110});
+    change();
+    mouse.move({120, 90});
+    compare(QStringLiteral("move, change, move"));
+    mouse.release({110, 80});
+    compare(QStringLiteral("released"));
 }
 
 QTEST_MAIN(Tst_ViewExactness)

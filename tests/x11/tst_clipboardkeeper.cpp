@@ -68,10 +68,10 @@ QList<qint64> keepers(const QString &program = Copier) {
     return found;
 }
 
-/// A clipboard manager that takes its role and then never answers.
-class SilentClipboardManager {
+/// A clipboard manager that takes its role and answers only when it is told to.
+class ClipboardManager {
 public:
-    SilentClipboardManager() : m_connection(xcb_connect(nullptr, nullptr)) {
+    ClipboardManager() : m_connection(xcb_connect(nullptr, nullptr)) {
         constexpr char name[] = "CLIPBOARD_MANAGER";
         const auto cookie = xcb_intern_atom(m_connection, 0, sizeof name - 1, name);
         xcb_intern_atom_reply_t *reply = xcb_intern_atom_reply(m_connection, cookie, nullptr);
@@ -87,12 +87,41 @@ public:
         free(ownerReply);
         free(reply);
     }
-    ~SilentClipboardManager() { xcb_disconnect(m_connection); }
+    ~ClipboardManager() {
+        free(m_request);
+        xcb_disconnect(m_connection);
+    }
     bool inCharge() const { return m_inCharge; }
+    /// Whether a program that ends has asked to take over what it holds. It waits for the answer.
+    bool isAsked() {
+        while (!m_request) {
+            xcb_generic_event_t *event = xcb_poll_for_event(m_connection);
+            if (!event)
+                return false;
+            if ((event->response_type & ~0x80) == XCB_SELECTION_REQUEST)
+                m_request = reinterpret_cast<xcb_selection_request_event_t *>(event);
+            else
+                free(event);
+        }
+        return true;
+    }
+    void answer() {
+        xcb_selection_notify_event_t notify = {};
+        notify.response_type = XCB_SELECTION_NOTIFY;
+        notify.time = m_request->time;
+        notify.requestor = m_request->requestor;
+        notify.selection = m_request->selection;
+        notify.target = m_request->target;
+        notify.property = m_request->property;
+        xcb_send_event(m_connection, 0, m_request->requestor, XCB_EVENT_MASK_NO_EVENT,
+                       reinterpret_cast<const char *>(&notify));
+        xcb_flush(m_connection);
+    }
 
 private:
     xcb_connection_t *m_connection;
     bool m_inCharge = false;
+    xcb_selection_request_event_t *m_request = nullptr;
 };
 
 } // namespace
@@ -105,6 +134,7 @@ private slots:
 
     void otherProgramsPasteThePicture_data();
     void otherProgramsPasteThePicture();
+    void transparencyIsPastedAsWhite();
     void pictureOutlivesItsProgram_data();
     void pictureOutlivesItsProgram();
     void killedInTheInstantOfTheCopy();
@@ -114,6 +144,8 @@ private slots:
     void longIdleProgramMayCopy();
     void exitDoesNotWaitForAClipboardManager();
     void exitDoesNotWaitOnceTheKeeperHasTakenOver();
+    void textCopiedAfterThePictureIsHandedOver();
+    void pictureWithoutAKeeperIsHandedOver();
     void keeperHoldsNothingOfItsProgram();
     void editorKeepsThePicture();
     void editorHasTheKeeperMode_data();
@@ -164,6 +196,22 @@ void Tst_ClipboardKeeper::otherProgramsPasteThePicture() {
     COMPARE_IMAGES(pastedImage(format.constData()), m_image, "at once");
     QTRY_COMPARE(keepers().size(), 1);
     COMPARE_IMAGES(pastedImage(format.constData()), m_image, "later");
+}
+
+void Tst_ClipboardKeeper::transparencyIsPastedAsWhite() {
+    QImage source(3, 1, QImage::Format_ARGB32);
+    source.setPixelColor(0, 0, QColor(0, 0, 0, 0));
+    source.setPixelColor(1, 0, QColor(255, 0, 0, 255));
+    source.setPixelColor(2, 0, QColor(0, 0, 0, 51)); // a fifth of black over white
+    QImage expected(3, 1, QImage::Format_RGB32);
+    expected.setPixel(0, 0, qRgb(255, 255, 255));
+    expected.setPixel(1, 0, qRgb(255, 0, 0));
+    expected.setPixel(2, 0, qRgb(204, 204, 204));
+    copy(QStringLiteral("quit"), {save(source, QStringLiteral("transparent.png"))});
+    QVERIFY(m_copier.waitForFinished());
+    QTRY_COMPARE(pastedImage("png").size(), source.size());
+    COMPARE_IMAGES(pastedImage("png"), expected, "png");
+    COMPARE_IMAGES(pastedImage("bmp"), expected, "bmp");
 }
 
 void Tst_ClipboardKeeper::pictureOutlivesItsProgram_data() {
@@ -238,18 +286,19 @@ void Tst_ClipboardKeeper::longIdleProgramMayCopy() {
 }
 
 void Tst_ClipboardKeeper::exitDoesNotWaitForAClipboardManager() {
-    const SilentClipboardManager manager;
+    ClipboardManager manager;
     QVERIFY(manager.inCharge());
     copy(QStringLiteral("quit"), {m_imagePath});
     QElapsedTimer timer;
     timer.start();
     QVERIFY(m_copier.waitForFinished(20000));
     QVERIFY2(timer.elapsed() < LongestExitMilliseconds, qPrintable(QString::number(timer.elapsed())));
+    QVERIFY(!manager.isAsked());
     QTRY_COMPARE(pastedImage("png").size(), m_image.size());
 }
 
 void Tst_ClipboardKeeper::exitDoesNotWaitOnceTheKeeperHasTakenOver() {
-    const SilentClipboardManager manager;
+    const ClipboardManager manager;
     copy(QStringLiteral("stay"), {m_imagePath});
     QTRY_COMPARE(keepers().size(), 1);
     QTest::qWait(500);
@@ -259,6 +308,26 @@ void Tst_ClipboardKeeper::exitDoesNotWaitOnceTheKeeperHasTakenOver() {
     timer.start();
     QTRY_VERIFY(keepers().isEmpty());
     QVERIFY2(timer.elapsed() < LongestExitMilliseconds, qPrintable(QString::number(timer.elapsed())));
+}
+
+void Tst_ClipboardKeeper::textCopiedAfterThePictureIsHandedOver() {
+    ClipboardManager manager;
+    copy(QStringLiteral("text"), {m_imagePath});
+    QTRY_VERIFY(manager.isAsked());
+    QCOMPARE(pasted(QStringLiteral("UTF8_STRING")), QByteArray("typed"));
+    manager.answer();
+    QVERIFY(m_copier.waitForFinished());
+}
+
+void Tst_ClipboardKeeper::pictureWithoutAKeeperIsHandedOver() {
+    ClipboardManager manager;
+    qputenv("TINDRA_TEST_KEEPER", "/no/such/program");
+    copy(QStringLiteral("quit"), {m_imagePath});
+    qunsetenv("TINDRA_TEST_KEEPER");
+    QTRY_VERIFY(manager.isAsked());
+    COMPARE_IMAGES(pastedImage("png"), m_image, "png");
+    manager.answer();
+    QVERIFY(m_copier.waitForFinished());
 }
 
 void Tst_ClipboardKeeper::keeperHoldsNothingOfItsProgram() {
