@@ -7,6 +7,7 @@
 #include "platform/platform.h"
 #include "platform/sessionend.h"
 #include "services/tracelog.h"
+#include "services/workfolder.h"
 
 #include <QLocale>
 #include <QTranslator>
@@ -43,9 +44,11 @@ Application::~Application() {
 bool Application::checkRunningInstance() {
     // Without a lock the question and the answer of two starts could cross, and both would be the editor.
     platform::NamedLock election(serverName);
+    // One that is stopped while it holds the lock must not stop every later start: this one goes on without.
     election.lock();
     if (!m_ipcClient.Test(serverName)) {
         startServer();
+        ownsWorkFolder();
         return false;
     }
     election.unlock();
@@ -55,6 +58,8 @@ bool Application::checkRunningInstance() {
 
 void Application::setMainWindow(TindraEditor *mainWindow) {
     m_mainWindow = mainWindow;
+    // Who sends from now on must learn that nobody takes it.
+    connect(mainWindow, &TindraEditor::leaving, &m_ipcServer, &IpcServer::Close);
     Platform::instance().sessionEnd().onTerminate([self = QPointer<Application>(this)] {
         if (self)
             self->OnIpcMessage(QStringLiteral("/kill"));

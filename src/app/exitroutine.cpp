@@ -4,6 +4,7 @@
 #include "history/historywidget.h"
 #include "ipc/capturemessages.h"
 #include "preferences/tindrapreferences.h"
+#include "services/workfolder.h"
 #include "ui/messagedialog.h"
 #include "ui/windowplacement.h"
 
@@ -15,13 +16,21 @@ ExitRoutine::ExitRoutine(QWidget *window, HistoryWidget *history)
     : QObject(window), m_window(window), m_history(history) {}
 
 void ExitRoutine::start() {
+    if (m_isQueued || m_left)
+        return;
+    m_isQueued = true;
     QTimer::singleShot(0, this, &ExitRoutine::run);
 }
 
 void ExitRoutine::run() {
+    m_isQueued = false;
     // Read before the question: a further request while it is open is refused and takes the flag back.
     const bool exitRequested = m_exitRequested;
-    if (!confirm()) {
+    const bool confirmed = confirm();
+    // A kill, or the end of the session, may have come while the question was open.
+    if (m_left)
+        return;
+    if (!confirmed) {
         m_exitRequested = false;
         return;
     }
@@ -59,15 +68,21 @@ bool ExitRoutine::askAboutUnsavedImages() {
 }
 
 void ExitRoutine::endSession() {
+    if (m_left)
+        return;
     PostMessageToTindra(CaptureMessage::ProgramEnds, 0, 0);
     leave(End::Session);
 }
 
 // Pinned captures are written before the files that they come from go. Order matters to those who watch too:
-// files first, then the settings, then the end of the loop. A desktop that ends may not wait that long, so
-// there the settings come first: files that are left over come back at the next start, settings do not.
+// first nothing more is taken on, then files, then the settings, then the end of the loop. A desktop that
+// ends may not wait that long, so there the settings come first: files that are left over come back at the
+// next start, settings do not.
 void ExitRoutine::leave(End end) {
-    if (end != End::Kill)
+    m_left = true;
+    emit leaving();
+    // The folder's content is that of another editor otherwise.
+    if (end != End::Kill && ownsWorkFolder())
         m_history->SavePinnedHistories();
     if (end == End::Exit)
         removeTemporaryFiles();

@@ -21,10 +21,17 @@ public:
     void requestKill() { m_killRequested = true; }
     bool isRequested() const { return m_exitRequested || m_killRequested; }
 
+    /// Whether the end has been carried out. An event loop that begins after that does not know of it.
+    bool hasLeft() const { return m_left; }
+
     /// Runs in the next turn of the event loop: an event handler of the window must have returned first.
     void start();
     /// The end of the user's session: the same steps without a question, at once.
     void endSession();
+
+signals:
+    /// The end is certain and begins now: nothing more must be taken on.
+    void leaving();
 
 private:
     enum class End { Exit, Kill, Session };
@@ -38,4 +45,6 @@ private:
     HistoryWidget *m_history;
     bool m_exitRequested = false;
     bool m_killRequested = false;
+    bool m_isQueued = false;
+    bool m_left = false;
 };

@@ -5,6 +5,7 @@
 #include "ui/uistyler.h"
 
 #include <QIcon>
+#include <QTimer>
 
 namespace {
 
@@ -26,6 +27,10 @@ int runEditor(int argc, char **argv) {
     TindraEditor editor;
     application.setMainWindow(&editor);
     emit editor.commandArrived(Application::joinedArguments(QCoreApplication::arguments()));
+    // That line may have ended the program already, inside a dialog of its own. The event loop would forget
+    // that, but what waits for its end (the last event to the capture process) still has to be done.
+    if (editor.hasLeft())
+        QTimer::singleShot(0, &application, &QCoreApplication::quit);
     return QApplication::exec();
 }
 

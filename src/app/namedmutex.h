@@ -10,7 +10,7 @@ class NamedMutex : public QObject {
 public:
     explicit NamedMutex(const QString &name, QObject *parent = nullptr);
 
-    /// Waits until the lock is ours; false when the system has none to give.
+    /// Waits until the lock is ours, for a second at most; false when it is not.
     bool lock() { return m_lock.lock(); }
     void unlock() { m_lock.unlock(); }
 

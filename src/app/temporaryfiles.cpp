@@ -22,7 +22,7 @@ QStringList temporaryCaptures() {
 
 void removeTemporaryFiles() {
     const QString path = workFolder();
-    if (path.isEmpty())
+    if (path.isEmpty() || !ownsWorkFolder())
         return;
     QDir folder(path);
     const QStringList captures = folder.entryList({CapturePattern}, QDir::Files);

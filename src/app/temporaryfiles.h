@@ -6,6 +6,6 @@
 QStringList temporaryCaptures();
 
 /// Deletes the captures of the session and the AI tools' scratch folder from the work folder, and leaves
-/// the pinned captures. Part of a normal exit only: after any other end they are what the next start
-/// brings back.
+/// the pinned captures; does nothing while another editor has the folder. Part of a normal exit only: after
+/// any other end they are what the next start brings back.
 void removeTemporaryFiles();

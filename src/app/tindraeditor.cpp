@@ -15,6 +15,7 @@
 #include "preferences/tindrapreferences.h"
 #include "services/tracelog.h"
 #include "services/usagestatistics.h"
+#include "services/workfolder.h"
 #include "ui/aboutdialog.h"
 #include "ui/menu.h"
 #include "ui/messagedialog.h"
@@ -28,9 +29,10 @@
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QScreen>
-#include <QTimer>
 #include <QUrl>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace {
 
@@ -76,6 +78,8 @@ TindraEditor::TindraEditor(QWidget *parent)
     connect(qApp, &QGuiApplication::commitDataRequest, this, &TindraEditor::OnSystemSessionOut,
             Qt::DirectConnection);
     connect(this, &TindraEditor::commandArrived, this, &TindraEditor::treatCommand);
+    connect(m_exit, &ExitRoutine::leaving, this, &TindraEditor::leaving);
+    m_hideBlock.setSingleShot(true);
 
     TindraPreferences::instance()->Init();
     FileNameUtil::initialize();
@@ -200,6 +204,9 @@ void TindraEditor::reportFailedCapture() {
 }
 
 void TindraEditor::restoreHistories() {
+    // Another editor that has the folder shows these captures, and they are not the last run's.
+    if (m_exit->hasLeft() || !ownsWorkFolder())
+        return;
     // The first command line may have brought a capture already; it lies in the work folder too, and it
     // stays in front.
     HistoryListWidgetItem *const shown = m_history->currentItem();
@@ -296,14 +303,8 @@ void TindraEditor::tellAboutRestoredCaptures() {
 }
 
 void TindraEditor::BlockHide(int milliseconds) {
-    m_hideBlocked = true;
-    auto *timer = new QTimer(this);
-    timer->setSingleShot(true);
-    connect(timer, &QTimer::timeout, this, [this, timer] {
-        m_hideBlocked = false;
-        timer->deleteLater();
-    });
-    timer->start(milliseconds);
+    // A further capture begins the time anew.
+    m_hideBlock.start(std::max(milliseconds, m_hideBlock.remainingTime()));
 }
 
 void TindraEditor::postHidden() const {
@@ -461,6 +462,10 @@ void TindraEditor::onClickUpdate() {
 void TindraEditor::onClickClose() {
     m_exit->requestExit();
     close();
+}
+
+bool TindraEditor::hasLeft() const {
+    return m_exit->hasLeft();
 }
 
 void TindraEditor::kill() {

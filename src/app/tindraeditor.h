@@ -4,6 +4,7 @@
 #include "canvas/editor.h"
 
 #include <QMainWindow>
+#include <QTimer>
 
 class CaptureFitting;
 class EditorView;
@@ -30,7 +31,10 @@ public:
     void bringUp();
     /// Ends the program without a question and without clearing anything away.
     void kill();
-    bool isHideBlocked() const { return m_hideBlocked; }
+    /// Whether the end of the program has been carried out, if need be before the event loop of the program
+    /// ran.
+    bool hasLeft() const;
+    bool isHideBlocked() const { return m_hideBlock.isActive(); }
     /// Tells the capture process that the window is hidden, and whether the recent captures are full.
     void postHidden() const;
 
@@ -43,6 +47,8 @@ signals:
     void emptyEditor(bool isEmpty);
     void clickHistoryHide();
     void saveCurrentImage(bool autoSave, bool showResult);
+    /// The program ends: no more command lines are treated.
+    void leaving();
 
 public slots:
     /// Ignores "/hide" for that time, so that one already on its way cannot take a new capture away.
@@ -115,6 +121,6 @@ private:
     ExitRoutine *m_exit;
     CaptureFitting *m_fitting;
     bool m_isEmpty = false; ///< as last told; before that, nobody knows
-    bool m_hideBlocked = false;
+    QTimer m_hideBlock;
     bool m_capturesRestored = false;
 };

@@ -5,10 +5,13 @@
 #include "platform/namedlock.h"
 
 #include <QLocalServer>
+#include <QSocketNotifier>
+#include <QTimer>
 
 namespace {
 
 constexpr int probeTimeLimitMs = 1000;
+constexpr int retryIntervalMs = 1000;
 
 /// Whether the name is free, or taken by a socket at whose other end nobody is any more. A server too busy
 /// to accept is alive.
@@ -26,7 +29,14 @@ bool isFree(const QString &path) {
 IpcServer::IpcServer(QObject *parent) : QObject(parent) {}
 
 IpcServer::~IpcServer() {
-    if (!m_server || !m_server->isListening())
+    Close();
+}
+
+void IpcServer::Close() {
+    const bool isListening = m_server && m_server->isListening();
+    // No further attempt to listen may follow.
+    m_isClosed = true;
+    if (!isListening)
         return;
     // Closing removes the socket by its name: a successor must not have put its own there in between.
     platform::NamedLock election(m_name);
@@ -38,15 +48,47 @@ bool IpcServer::Listen(const QString &name) {
     if (name.isEmpty() || m_server)
         return false;
     const QString path = platform::localSocketPath(name);
-    // With access options, listening replaces whatever socket has the name.
     if (path.isEmpty() || !isFree(path))
         return false;
-    QLocalServer::removeServer(path);
     m_name = name;
     m_server = new QLocalServer(this);
     m_server->setSocketOptions(QLocalServer::UserAccessOption);
     connect(m_server, &QLocalServer::newConnection, this, &IpcServer::OnConnect);
-    return m_server->listen(path);
+    return listenAt(path);
+}
+
+/// With access options, listening replaces whatever socket has the name: only for one that is free.
+bool IpcServer::listenAt(const QString &path) {
+    QLocalServer::removeServer(path);
+    if (!m_server->listen(path))
+        return false;
+    watchForEnd();
+    return true;
+}
+
+/// A server whose process has no descriptor left for a new connection stops, and tells nobody. It does so in
+/// answer to its notifier and switches that off, so what is connected to it later finds it off.
+void IpcServer::watchForEnd() {
+    const auto *notifier = m_server->findChild<QSocketNotifier *>(QString(), Qt::FindDirectChildrenOnly);
+    if (!notifier)
+        return;
+    connect(notifier, &QSocketNotifier::activated, this, [this, notifier] {
+        if (notifier->isEnabled())
+            return;
+        // It does not know yet, and would remove a successor's socket when it learns.
+        m_server->close();
+        QTimer::singleShot(retryIntervalMs, this, &IpcServer::listenAgain);
+    });
+}
+
+void IpcServer::listenAgain() {
+    if (m_isClosed || m_server->isListening())
+        return;
+    platform::NamedLock election(m_name);
+    const QString path = platform::localSocketPath(m_name);
+    const bool isElected = election.tryLock() && !path.isEmpty() && isFree(path);
+    if (!isElected || !listenAt(path))
+        QTimer::singleShot(retryIntervalMs, this, &IpcServer::listenAgain);
 }
 
 void IpcServer::OnConnect() {
@@ -59,8 +101,9 @@ void IpcServer::OnConnect() {
         return;
     }
     QString text;
-    if (!IpcSocket::ReadMessage(*socket, text) || text.isEmpty())
-        socket->disconnectFromServer();
-    else
+    const bool isRead = IpcSocket::ReadMessage(*socket, text);
+    // One message from each connection: whoever keeps his end open must not use up our descriptors.
+    socket->disconnectFromServer();
+    if (isRead && !text.isEmpty())
         emit sig_ipcMessage(text);
 }

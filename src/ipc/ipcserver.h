@@ -19,6 +19,8 @@ public:
     /// folder for the socket, and when the name cannot be had.
     /// The socket that a dead editor left behind is replaced, that of a living one never.
     bool Listen(const QString &name);
+    /// Ends listening for good: who sends from now on finds no editor.
+    void Close();
 
 signals:
     void sig_ipcMessage(QString message);
@@ -27,6 +29,11 @@ private slots:
     void OnConnect();
 
 private:
+    bool listenAt(const QString &path);
+    void watchForEnd();
+    void listenAgain();
+
     QLocalServer *m_server = nullptr;
     QString m_name;
+    bool m_isClosed = false;
 };

@@ -1,6 +1,7 @@
 #include "services/workfolder.h"
 
 #include "platform/folderaccess.h"
+#include "platform/namedlock.h"
 
 #include <QStandardPaths>
 #include <QString>
@@ -37,4 +38,11 @@ QString workFolder() {
             return folder;
     }
     return QString();
+}
+
+bool ownsWorkFolder() {
+    // Waits a little: the editor before this one may just be ending.
+    static platform::NamedLock lock(QStringLiteral("Tindra"), workFolder());
+    static const bool owns = lock.lock();
+    return owns;
 }

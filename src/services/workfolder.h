@@ -5,3 +5,8 @@ class QString;
 /// The folder of the session's temporary captures, created if missing and private to this user; empty
 /// when there is no writable place for it. Without a trailing slash.
 QString workFolder();
+
+/// Whether this process is the one that may clear the work folder: the first to ask of those that run. Two
+/// editors can meet there that do not know of each other, started with different environments. Decided at the
+/// first call, for the life of the process. GUI thread only.
+bool ownsWorkFolder();

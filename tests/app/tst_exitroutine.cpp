@@ -19,6 +19,10 @@ private slots:
     void exitClearsTheWorkFolder();
     void exitSavesThePreferences();
     void endOfTheSessionAsksNothing();
+    void twoKillsEndOnce();
+    void killInsideTheQuestionEndsOnce();
+    void leavingIsToldBeforeTheFilesGo();
+    void exitIsRememberedOutsideTheLoop();
 };
 
 void Tst_ExitRoutine::closeOnlyHidesInTrayMode() {
@@ -157,6 +161,47 @@ void Tst_ExitRoutine::endOfTheSessionAsksNothing() {
     QVERIFY(answers.isDone());
     QCOMPARE(messages(), (Messages{0x867}));
     QVERIFY(!QFile::exists(file));
+}
+
+void Tst_ExitRoutine::twoKillsEndOnce() {
+    QVERIFY(quits([this] {
+        treat("/kill"_qs);
+        treat("/kill"_qs);
+    }));
+    QCoreApplication::processEvents();
+    QCOMPARE(messages().count(0x867), 1);
+}
+
+void Tst_ExitRoutine::killInsideTheQuestionEndsOnce() {
+    addCapture("a"_qs);
+    const QString file = list()->rowItem(0)->editor()->imageKey();
+    forgetMessages();
+    ModalAnswers answers;
+    answers.add([this](QWidget *) { treat("/kill"_qs); });
+    QVERIFY(quits([this] { treat("/close"_qs); }));
+    QCoreApplication::processEvents();
+    QCOMPARE(messages().count(0x867), 1);
+    QVERIFY(QFile::exists(file));
+}
+
+void Tst_ExitRoutine::leavingIsToldBeforeTheFilesGo() {
+    addCapture("a"_qs);
+    markSaved();
+    const QString file = list()->rowItem(0)->editor()->imageKey();
+    QVector<bool> fileThere;
+    connect(m_window.get(), &TindraEditor::leaving, this, [&] { fileThere.append(QFile::exists(file)); });
+    QVERIFY(quits([this] { treat("/close"_qs); }));
+    QCOMPARE(fileThere, QVector<bool>{true});
+    QVERIFY(!QFile::exists(file));
+}
+
+void Tst_ExitRoutine::exitIsRememberedOutsideTheLoop() {
+    QVERIFY(!m_window->hasLeft());
+    ModalAnswers answers;
+    answers.add([this](QWidget *) { treat("/kill"_qs); });
+    treat("/path /nothing.png"_qs); // its complaint is a loop of its own
+    QVERIFY(answers.isDone());
+    QVERIFY(m_window->hasLeft());
 }
 
 QTEST_MAIN(Tst_ExitRoutine)

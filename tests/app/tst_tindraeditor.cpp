@@ -23,6 +23,7 @@ private slots:
     void hideTells_data();
     void hideTells();
     void hideIsBlockedAfterACapture();
+    void hideBlockHoldsFromTheLatestCapture();
     void preferenceValueIsChanged_data();
     void preferenceValueIsChanged();
     void captureIsAddedShownAndTold();
@@ -132,12 +133,28 @@ void Tst_TindraEditor::hideTells() {
 }
 
 void Tst_TindraEditor::hideIsBlockedAfterACapture() {
+    QElapsedTimer timer;
+    timer.start();
     addCapture("a"_qs);
     treat("/hide"_qs);
     QVERIFY(m_window->isVisible());
     QTRY_VERIFY_WITH_TIMEOUT(!m_window->isHideBlocked(), 4 * HideBlock);
+    QVERIFY2(timer.elapsed() >= HideBlock - 100, qPrintable(QString::number(timer.elapsed())));
+    QVERIFY2(timer.elapsed() <= HideBlock + 500, qPrintable(QString::number(timer.elapsed())));
     treat("/hide"_qs);
     QVERIFY(!m_window->isVisible());
+}
+
+void Tst_TindraEditor::hideBlockHoldsFromTheLatestCapture() {
+    m_window->BlockHide(HideBlock);
+    QTest::qWait(HideBlock * 3 / 5);
+    QElapsedTimer timer;
+    timer.start();
+    m_window->BlockHide(HideBlock);
+    // A shorter one does not cut it short.
+    m_window->BlockHide(1);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_window->isHideBlocked(), 4 * HideBlock);
+    QVERIFY2(timer.elapsed() >= HideBlock - 100, qPrintable(QString::number(timer.elapsed())));
 }
 
 void Tst_TindraEditor::preferenceValueIsChanged_data() {

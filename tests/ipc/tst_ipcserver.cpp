@@ -7,6 +7,8 @@
 
 #include <QtTest>
 
+#include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -55,6 +57,10 @@ private slots:
     void livingServerIsNotReplaced();
     void serverTooBusyToAnswerIsNotReplaced();
     void goesUnderTheElectionLock();
+    void closedServerIsNone();
+    void connectionIsClosedAfterItsMessage();
+    void listensAgainWhenDescriptorsRanOut();
+    void runsWithoutASocketWhereStrangersCouldSit();
 
 private:
     QStringList texts() const;
@@ -176,7 +182,7 @@ void Tst_IpcServer::oneMessageFromEachConnection() {
     QVERIFY(client.connectTo(socketPath()));
     QVERIFY(client.writeAll(hiMessage() + hiMessage()));
     QTRY_COMPARE(m_messages->size(), 1);
-    QVERIFY(client.writeAll(hiMessage()));
+    client.writeAll(hiMessage());
     QVERIFY(IpcClient().Send(serverName(), QStringLiteral("end")));
     QTRY_COMPARE(texts(), QStringList({QStringLiteral("hi"), QStringLiteral("end")}));
 }
@@ -300,6 +306,70 @@ void Tst_IpcServer::goesUnderTheElectionLock() {
     candidate.join();
     QVERIFY(stoodWhileLocked);
     QVERIFY(!QFileInfo::exists(socketPath()));
+}
+
+void Tst_IpcServer::closedServerIsNone() {
+    QVERIFY(m_server->Listen(serverName()));
+    m_server->Close();
+    QVERIFY(!IpcClient().Send(serverName(), QStringLiteral("late")));
+    QVERIFY(!QFileInfo::exists(socketPath()));
+    // Its name is free for a successor, whom its end leaves alone.
+    IpcServer successor;
+    QVERIFY(successor.Listen(serverName()));
+    m_server.reset();
+    QVERIFY(IpcClient().Test(serverName()));
+}
+
+void Tst_IpcServer::connectionIsClosedAfterItsMessage() {
+    QVERIFY(m_server->Listen(serverName()));
+    RawSocket client;
+    QVERIFY(client.connectTo(socketPath()));
+    QVERIFY(client.writeAll(hiMessage()));
+    QTRY_COMPARE(texts(), QStringList(QStringLiteral("hi")));
+    bool closed = false;
+    client.readToEnd(5000, &closed);
+    QVERIFY(closed);
+}
+
+void Tst_IpcServer::listensAgainWhenDescriptorsRanOut() {
+    QVERIFY(m_server->Listen(serverName()));
+    RawSocket client;
+    struct rlimit usual;
+    QCOMPARE(::getrlimit(RLIMIT_NOFILE, &usual), 0);
+    struct rlimit none = usual;
+    // The first number that is free is one too many.
+    const int free = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+    ::close(free);
+    none.rlim_cur = rlim_t(free);
+    QCOMPARE(::setrlimit(RLIMIT_NOFILE, &none), 0);
+    const bool connected = client.connectTo(socketPath());
+    QTest::qWait(100);
+    QCOMPARE(::setrlimit(RLIMIT_NOFILE, &usual), 0);
+    QVERIFY(connected);
+    QTRY_VERIFY(IpcClient().Test(serverName()));
+    QVERIFY(IpcClient().Send(serverName(), QStringLiteral("recovered")));
+    QTRY_COMPARE(texts(), QStringList(QStringLiteral("recovered")));
+}
+
+void Tst_IpcServer::runsWithoutASocketWhereStrangersCouldSit() {
+    const QByteArray session = qgetenv("XDG_RUNTIME_DIR");
+    const QByteArray temporary = qgetenv("TMPDIR");
+    const QByteArray cache = qgetenv("XDG_CACHE_HOME");
+    const QTemporaryDir open;
+    QCOMPARE(::chmod(QFile::encodeName(open.path()).constData(), 0777), 0);
+    qunsetenv("XDG_RUNTIME_DIR");
+    qputenv("TMPDIR", QFile::encodeName(open.path()));
+    qputenv("XDG_CACHE_HOME", "/dev/null/cache");
+    const bool listens = m_server->Listen(serverName());
+    const bool finds = IpcClient().Test(serverName());
+    const QStringList left =
+        QDir(open.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::System);
+    qputenv("XDG_RUNTIME_DIR", session);
+    qputenv("TMPDIR", temporary);
+    qputenv("XDG_CACHE_HOME", cache);
+    QVERIFY(!listens);
+    QVERIFY(!finds);
+    QCOMPARE(left, QStringList());
 }
 
 QTEST_GUILESS_MAIN(Tst_IpcServer)

@@ -8,6 +8,10 @@
 #include <QThread>
 #include <QtTest>
 
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
 #include <csignal>
 
 namespace {
@@ -102,6 +106,10 @@ private slots:
     void seesTheCaptureProcessComeAndGo();
     void connectsAgainAfterTheBusWasRestarted();
     void silentBusHoldsNobodyUp();
+    void busThatIsSilentFromTheStartHoldsNobodyUp_data();
+    void busThatIsSilentFromTheStartHoldsNobodyUp();
+    void addressesAreTriedInTurn_data();
+    void addressesAreTriedInTurn();
 
 private:
     QString file(const char *name) const { return m_folder->filePath(QString::fromLatin1(name)); }
@@ -168,6 +176,10 @@ void Tst_CaptureChannel::withoutABusNothingIsTouched_data() {
     QTest::addColumn<QByteArray>("address");
     QTest::newRow("no address") << QByteArray();
     QTest::newRow("a bus to be launched") << QByteArray("autolaunch:");
+    QTest::newRow("one that is gone, then one to be launched")
+        << QByteArray("unix:path=/nonexistent/bus;autolaunch:");
+    QTest::newRow("a bus that is a program") << QByteArray("unixexec:path=/bin/true");
+    QTest::newRow("nonsense") << QByteArray("unix:;unix:path=;=,;x");
 }
 
 void Tst_CaptureChannel::withoutABusNothingIsTouched() {
@@ -275,6 +287,59 @@ void Tst_CaptureChannel::silentBusHoldsNobodyUp() {
     // The bus library's own limit is 25 s.
     QVERIFY(timer.elapsed() < 5000);
     ::kill(pid_t(m_bus->processId()), SIGCONT);
+}
+
+void Tst_CaptureChannel::busThatIsSilentFromTheStartHoldsNobodyUp_data() {
+    QTest::addColumn<bool>("fullQueue");
+    QTest::newRow("connects and is silent") << false;
+    QTest::newRow("does not connect") << true;
+}
+
+void Tst_CaptureChannel::busThatIsSilentFromTheStartHoldsNobodyUp() {
+    QFETCH(bool, fullQueue);
+    const QTemporaryDir runtime;
+    // Listens, and nobody is there to accept.
+    const QString path = runtime.filePath(QStringLiteral("bus"));
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    qstrncpy(address.sun_path, QFile::encodeName(path).constData(), sizeof address.sun_path);
+    const auto *name = reinterpret_cast<const sockaddr *>(&address);
+    const int silent = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    QCOMPARE(::bind(silent, name, sizeof address), 0);
+    QCOMPARE(::listen(silent, fullQueue ? 0 : 20), 0);
+    QVector<int> waiting;
+    while (fullQueue) {
+        waiting.append(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+        if (::connect(waiting.last(), name, sizeof address) != 0)
+            break;
+    }
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+    qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtime.path()));
+    QElapsedTimer timer;
+    timer.start();
+    for (int event = 0; event < 20; ++event) {
+        QVERIFY(!m_channel->isCaptureProcessPresent());
+        QVERIFY(!m_channel->post(0x868, 0, 0));
+    }
+    const qint64 elapsed = timer.elapsed();
+    for (const int descriptor : waiting)
+        ::close(descriptor);
+    ::close(silent);
+    // One wait for all of them, and a short one.
+    QVERIFY2(elapsed < 2000, qPrintable(QString::number(elapsed)));
+}
+
+void Tst_CaptureChannel::addressesAreTriedInTurn_data() {
+    QTest::addColumn<QString>("pattern");
+    QTest::newRow("behind one that is gone") << QStringLiteral("unix:path=/nonexistent/bus;%1");
+    QTest::newRow("before one to be launched") << QStringLiteral("%1;autolaunch:");
+}
+
+void Tst_CaptureChannel::addressesAreTriedInTurn() {
+    QFETCH(QString, pattern);
+    RunningCapture capture(m_address);
+    qputenv("DBUS_SESSION_BUS_ADDRESS", pattern.arg(m_address).toUtf8());
+    QVERIFY(m_channel->isCaptureProcessPresent());
 }
 
 int main(int argc, char **argv) {

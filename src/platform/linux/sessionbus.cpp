@@ -1,17 +1,116 @@
 #include "platform/linux/sessionbus.h"
 
-#include <QFileInfo>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QHash>
+#include <QStringList>
 #include <QUrl>
 
-QString platform::sessionBusAddress() {
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstddef>
+#include <cstring>
+
+namespace {
+
+/// A bus answers in fractions of a millisecond. The bus library would wait 25 s for one that does not.
+constexpr int answerTimeoutMs = 250;
+/// So long a bus that was silent is left alone, so that not every event pays for the wait.
+constexpr int silenceMs = 10000;
+
+enum class Answer { Given, Refused, Silence };
+
+class Socket {
+public:
+    Socket() : m_descriptor(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)) {}
+    ~Socket() {
+        if (m_descriptor >= 0)
+            ::close(m_descriptor);
+    }
+    Socket(const Socket &) = delete;
+    Socket &operator=(const Socket &) = delete;
+
+    int descriptor() const { return m_descriptor; }
+
+private:
+    int m_descriptor;
+};
+
+/// The socket's name as the system takes it; that of an abstract one begins with a zero.
+QByteArray socketName(const QString &entry) {
+    const QString transport = QStringLiteral("unix:");
+    if (!entry.startsWith(transport))
+        return QByteArray();
+    const QStringList pairs = entry.mid(transport.size()).split(QLatin1Char(','));
+    for (const QString &pair : pairs) {
+        const QString key = pair.section(QLatin1Char('='), 0, 0);
+        const QByteArray value = QByteArray::fromPercentEncoding(pair.section(QLatin1Char('='), 1).toUtf8());
+        if (key == QLatin1String("path"))
+            return value;
+        if (key == QLatin1String("abstract"))
+            return '\0' + value;
+        if (key == QLatin1String("runtime") && value == "yes")
+            return qgetenv("XDG_RUNTIME_DIR") + "/bus";
+    }
+    return QByteArray();
+}
+
+/// Begins the greeting that each client of a bus begins with, and waits for any answer.
+Answer greet(const QByteArray &name) {
+    sockaddr_un address = {};
+    const Socket socket;
+    if (socket.descriptor() < 0 || name.isEmpty() || std::size_t(name.size()) >= sizeof address.sun_path)
+        return Answer::Refused;
+    address.sun_family = AF_UNIX;
+    std::memcpy(address.sun_path, name.constData(), std::size_t(name.size()));
+    // The length counts: an abstract name ends with it and not with a zero.
+    const auto size = socklen_t(offsetof(sockaddr_un, sun_path) + std::size_t(name.size()));
+    if (::connect(socket.descriptor(), reinterpret_cast<const sockaddr *>(&address), size) != 0)
+        return errno == EAGAIN ? Answer::Silence : Answer::Refused;
+    const QByteArray user = QByteArray::number(uint(::geteuid())).toHex();
+    const QByteArray greeting = '\0' + QByteArray("AUTH EXTERNAL ") + user + "\r\n";
+    if (::send(socket.descriptor(), greeting.constData(), std::size_t(greeting.size()), MSG_NOSIGNAL) !=
+        greeting.size())
+        return Answer::Refused;
+    struct pollfd readable = {socket.descriptor(), POLLIN, 0};
+    if (::poll(&readable, 1, answerTimeoutMs) <= 0)
+        return Answer::Silence;
+    char first = 0;
+    return ::recv(socket.descriptor(), &first, 1, 0) == 1 ? Answer::Given : Answer::Refused;
+}
+
+bool isAlive(const QString &entry) {
+    static QHash<QString, QElapsedTimer> silent;
+    const auto known = silent.constFind(entry);
+    if (known != silent.constEnd() && !known->hasExpired(silenceMs))
+        return false;
+    const Answer answer = greet(socketName(entry));
+    silent.remove(entry);
+    if (answer == Answer::Silence)
+        silent[entry].start();
+    return answer == Answer::Given;
+}
+
+QString namedAddress() {
     const QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
-    if (address.startsWith(QLatin1String("autolaunch:")))
-        return QString();
-    if (!address.isEmpty())
-        return address;
     const QString runtimeFolder = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    if (!address.isEmpty() || runtimeFolder.isEmpty())
+        return address;
     const QString socket = runtimeFolder + QStringLiteral("/bus");
-    if (runtimeFolder.isEmpty() || !QFileInfo::exists(socket))
-        return QString();
     return QStringLiteral("unix:path=") + QString::fromLatin1(QUrl::toPercentEncoding(socket, "/", "~"));
+}
+
+} // namespace
+
+QString platform::sessionBusAddress() {
+    const QStringList entries = namedAddress().split(QLatin1Char(';'), Qt::SkipEmptyParts);
+    for (const QString &entry : entries) {
+        if (isAlive(entry))
+            return entry;
+    }
+    return QString();
 }
