@@ -1,7 +1,9 @@
 #include "app/application.h"
 #include "app/tindraeditor.h"
 #include "ipc/ipcclient.h"
+#include "services/tracelog.h"
 #include "support/fakeplatform.h"
+#include "support/modalanswers.h"
 
 #include <QScreen>
 #include <QtTest>
@@ -23,6 +25,7 @@ private slots:
     void linesAreDroppedWithoutAWindow();
     void linesReachTheWindow();
     void linesOfTheSocketReachTheWindow();
+    void lineOfTheSocketIsTreatedInsideADialog();
     void aWindowThatIsGoneIsNotReached();
     void requestToEndBecomesAKillLine();
 
@@ -97,11 +100,39 @@ void Tst_Application::linesOfTheSocketReachTheWindow() {
     QSignalSpy lines(&editor, &TindraEditor::commandArrived);
     m_application.setMainWindow(&editor);
     QVERIFY(!IpcClient().Test(QStringLiteral("TNDEMutex")));
+    setTraceLevel(1);
     QVERIFY(!m_application.checkRunningInstance());
+    setTraceLevel(TraceLog::Off);
+    QFile log(TraceLog::filePath());
+    QVERIFY(log.open(QIODevice::ReadOnly));
+    QVERIFY(QString::fromUtf8(log.readAll()).contains(QStringLiteral("StartServer : " PROJECT_VERSION "\r")));
     IpcClient client;
     QVERIFY(client.Send(QStringLiteral("TNDEMutex"), QStringLiteral("x nothing")));
     QTRY_COMPARE(lines.size(), 1);
     QCOMPARE(lines.first().first().toString(), QStringLiteral("x nothing"));
+}
+
+void Tst_Application::lineOfTheSocketIsTreatedInsideADialog() {
+    TindraEditor editor;
+    QSignalSpy lines(&editor, &TindraEditor::commandArrived);
+    m_application.setMainWindow(&editor);
+    bool cameInside = false;
+    ModalAnswers answers;
+    answers.add([&](QWidget *dialog) {
+        IpcClient client;
+        QVERIFY(client.Send(QStringLiteral("TNDEMutex"), QStringLiteral("x /show")));
+        // The outer one is told only when it has been treated.
+        QTRY_COMPARE(lines.size(), 1);
+        cameInside = dialog->isVisible() && editor.isVisible() && m_platform.postedMessages().contains(0x869);
+        ModalAnswers::press(dialog, QStringLiteral("Ok"));
+    });
+    IpcClient outer;
+    QVERIFY(outer.Send(QStringLiteral("TNDEMutex"), QStringLiteral("x /path /nothing.png")));
+    QTRY_COMPARE(lines.size(), 2);
+    QVERIFY(answers.isDone());
+    QVERIFY(cameInside);
+    QCOMPARE(lines.at(0).first().toString(), QStringLiteral("x /show"));
+    QCOMPARE(lines.at(1).first().toString(), QStringLiteral("x /path /nothing.png"));
 }
 
 void Tst_Application::aWindowThatIsGoneIsNotReached() {

@@ -1,4 +1,11 @@
 #include "app/windowtest.h"
+#include "platform/sharedimageblock.h"
+#include "services/tracelog.h"
+
+#include <QBuffer>
+#include <QSharedMemory>
+
+#include <cstring>
 
 namespace {
 constexpr int HideBlock = 500; // milliseconds
@@ -31,6 +38,12 @@ private slots:
     void secondCaptureLeavesTheWindowAlone();
     void autoSaveFollowsTheCapture_data();
     void autoSaveFollowsTheCapture();
+    void silentSaveIsToldWhenItIsDone();
+    void captureInMemoryIsFetched();
+    void memoryThatCannotBeReadIsReported_data();
+    void memoryThatCannotBeReadIsReported();
+    void commandsAreTraced_data();
+    void commandsAreTraced();
     void saveAsksForAName();
     void lineInsideTheDialogOfAnother();
     void brokenCaptureIsReported_data();
@@ -231,6 +244,83 @@ void Tst_TindraEditor::autoSaveFollowsTheCapture() {
     QVERIFY(list()->rowItem(0)->editor()->isSaved());
     QTEST(m_window->isVisible(), "visible");
     QTEST(messages().contains(0x870), "told");
+}
+
+void Tst_TindraEditor::silentSaveIsToldWhenItIsDone() {
+    int saved = -1;
+    m_session->platform->onPost = [&](quint32 message) {
+        if (message == 0x870)
+            saved = QDir(m_target->path()).entryList(QDir::Files).size();
+    };
+    treat("/autosave /skip /path "_qs + capture("a"_qs));
+    QCOMPARE(saved, 1);
+}
+
+void Tst_TindraEditor::captureInMemoryIsFetched() {
+    QImage picture(50, 20, QImage::Format_RGB32);
+    picture.fill(Qt::magenta);
+    QBuffer bytes;
+    QVERIFY(bytes.open(QIODevice::WriteOnly) && picture.save(&bytes, "PNG"));
+    QSharedMemory block;
+    block.setNativeKey(platform::sharedImageBlock().nativeKey);
+    QVERIFY(block.create(int(bytes.size())));
+    std::memcpy(block.data(), bytes.data().constData(), std::size_t(bytes.size()));
+    treat("/skip /path key /memory %1"_qs.arg(bytes.size()));
+    QCOMPARE(list()->count(), 1);
+    QCOMPARE(list()->rowItem(0)->editor()->imageKey(), "key"_qs);
+    QCOMPARE(ImageProvider::instance()->pixmap("key"_qs).toImage().convertToFormat(QImage::Format_RGB32),
+             picture);
+}
+
+void Tst_TindraEditor::memoryThatCannotBeReadIsReported_data() {
+    QTest::addColumn<bool>("blockThere");
+    QTest::addColumn<int>("size");
+    QTest::newRow("no block") << false << 10;
+    QTest::newRow("larger than the block") << true << 1000;
+    QTest::newRow("no picture in it") << true << 100;
+}
+
+void Tst_TindraEditor::memoryThatCannotBeReadIsReported() {
+    QFETCH(bool, blockThere);
+    QFETCH(int, size);
+    QSharedMemory block;
+    block.setNativeKey(platform::sharedImageBlock().nativeKey);
+    QVERIFY(!blockThere || block.create(100));
+    ModalAnswers answers;
+    answers.addPress("Ok"_qs);
+    treat("/path key /memory %1"_qs.arg(size));
+    QVERIFY(answers.isDone());
+    QCOMPARE(answers.texts(), QStringList{"Failed to capture image."_qs});
+    QCOMPARE(list()->count(), 0);
+}
+
+void Tst_TindraEditor::commandsAreTraced_data() {
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<QString>("logged");
+    QTest::newRow("line") << "/nothing"
+                          << "treatCommand : tindra /nothing";
+    QTest::newRow("show") << "/show"
+                          << "treatCommand : show";
+    QTest::newRow("hide") << "/hide"
+                          << "treatCommand : hide";
+    QTest::newRow("block hide") << "/hide"
+                                << "treatCommand : block hide";
+}
+
+void Tst_TindraEditor::commandsAreTraced() {
+    QFETCH(QString, line);
+    QFETCH(QString, logged);
+    for (const int level : {1, 2}) {
+        QFile::remove(TraceLog::filePath());
+        if (logged.endsWith("block hide"_qs))
+            m_window->BlockHide(HideBlock);
+        setTraceLevel(level);
+        treat(line);
+        setTraceLevel(TraceLog::Off);
+        QFile log(TraceLog::filePath());
+        const QString text = log.open(QIODevice::ReadOnly) ? QString::fromUtf8(log.readAll()) : QString();
+        QVERIFY2(text.contains(logged + QLatin1Char('\r')) == (level == 2), qPrintable(text));
+    }
 }
 
 void Tst_TindraEditor::saveAsksForAName() {

@@ -3,7 +3,7 @@
 #include <functional>
 
 /// A child process of this test that runs `body` as another user of the machine and ends with its result.
-/// Only root can make one; `isPossible` tells.
+/// Only root can make one; `isPossible` tells, and fails the test where none may be skipped.
 class Stranger {
 public:
     static bool isPossible();

@@ -42,6 +42,8 @@ private slots:
     void readsTheseBytes();
     void laterPiecesAreNotAwaited();
     void readsWhatHasArrivedAlready();
+    void waitsOneSecondForAMessage_data();
+    void waitsOneSecondForAMessage();
     void closedConnectionIsNotWaitedFor();
     void writingWithoutConnectionFails();
     void connectingTwiceStartsAfresh();
@@ -172,6 +174,33 @@ void Tst_IpcSocket::readsWhatHasArrivedAlready() {
     QString text;
     QVERIFY(socket.ReadMessage(text));
     QCOMPARE(text, QStringLiteral("hi"));
+}
+
+void Tst_IpcSocket::waitsOneSecondForAMessage_data() {
+    QTest::addColumn<int>("delay");
+    QTest::addColumn<bool>("readable");
+    QTest::newRow("well within the limit") << 600 << true;
+    QTest::newRow("well beyond it") << 1600 << false;
+}
+
+void Tst_IpcSocket::waitsOneSecondForAMessage() {
+    QFETCH(int, delay);
+    QFETCH(bool, readable);
+    RawSocket client;
+    QVERIFY(client.connectTo(platform::localSocketPath(serverName())));
+    QVERIFY(m_server->waitForNewConnection(5000));
+    QLocalSocket *accepted = m_server->nextPendingConnection();
+    QVERIFY(accepted);
+    const std::unique_ptr<QThread> writer(QThread::create([&client, delay] {
+        QThread::msleep(static_cast<unsigned long>(delay));
+        client.writeAll(bytes("0008 00000004 0068 0069"));
+    }));
+    writer->start();
+    QString text;
+    const bool isRead = IpcSocket::ReadMessage(*accepted, text);
+    writer->wait();
+    QCOMPARE(isRead, readable);
+    QCOMPARE(text, readable ? QStringLiteral("hi") : QString());
 }
 
 void Tst_IpcSocket::closedConnectionIsNotWaitedFor() {

@@ -1,6 +1,7 @@
 #include "platform/localserversocket.h"
 #include "platform/namedlock.h"
 #include "platform/sharedimageblock.h"
+#include "support/administrator.h"
 
 #include <QtTest>
 
@@ -102,7 +103,7 @@ void Tst_RuntimeFolder::unfitSessionFolderIsLeft() {
     else if (kind == QLatin1String("link")) {
         QVERIFY(QFile::link(path("run"), path("link")));
         qputenv("XDG_RUNTIME_DIR", QFile::encodeName(path("link")));
-    } else if (::geteuid() != 0)
+    } else if (!isAdministrator())
         QSKIP("only root can give a folder away");
     else
         QCOMPARE(::chown(QFile::encodeName(path("run")).constData(), stranger, stranger), 0);
@@ -226,7 +227,7 @@ void Tst_RuntimeFolder::withoutAFolderThereIsNoSocket() {
 }
 
 void Tst_RuntimeFolder::strangersFolderIsPassedOver() {
-    if (::geteuid() != 0)
+    if (!isAdministrator())
         QSKIP("only root can give a folder away");
     qunsetenv("XDG_RUNTIME_DIR");
     QVERIFY(QDir().mkdir(substitute()));

@@ -1,5 +1,6 @@
 #include "platform/configuration.h"
 #include "services/tracelog.h"
+#include "support/administrator.h"
 
 #include <QtTest>
 
@@ -395,7 +396,7 @@ void Tst_TraceLog::trapsLoseTheLine() {
 }
 
 void Tst_TraceLog::folderOfSomebodyElseLosesTheLine() {
-    if (::geteuid() != 0)
+    if (!isAdministrator())
         QSKIP("only an administrator can give a folder away");
     setTraceLevel(1);
     QVERIFY(QDir().mkdir(folderPath()));

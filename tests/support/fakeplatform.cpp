@@ -17,6 +17,8 @@ QVector<quint32> FakePlatform::postedMessages() const {
 }
 
 bool FakePlatform::post(quint32 message, quint64 wParam, qint64 lParam) {
+    if (onPost)
+        onPost(message);
     posted.append({message, wParam, lParam});
     return true;
 }

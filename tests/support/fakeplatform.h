@@ -12,6 +12,8 @@
 #include <QStringList>
 #include <QVector>
 
+#include <functional>
+
 /// A desktop that does nothing and remembers what it was asked for.
 class FakePlatform : public Platform,
                      private ApplicationIdentity,
@@ -35,6 +37,7 @@ public:
 
     bool captureProcessPresent = true;
     QVector<Event> posted; ///< events that reached the capture process
+    std::function<void(quint32 message)> onPost;
     QString applicationId;
     QImage clipboard;
     bool clipboardWorks = true;
