@@ -10,6 +10,7 @@
 
 #include <QContextMenuEvent>
 #include <QCoreApplication>
+#include <QMetaMethod>
 #include <QScrollBar>
 #include <QWheelEvent>
 
@@ -225,6 +226,10 @@ void EditorView::resizeEvent(QResizeEvent *event) {
 
 void EditorView::contextMenuEvent(QContextMenuEvent *event) {
     m_contextMenu->setEnabled(m_editor);
+    m_contextMenu->hideMissingTools();
+    // Nobody prints where nobody listens.
+    m_contextMenu->action(CanvasMenu::Print)
+        ->setVisible(isSignalConnected(QMetaMethod::fromSignal(&EditorView::contextMenuPrint)));
     if (m_editor)
         m_contextMenu->checkTool(m_editor->shapeType());
     m_contextMenu->exec(event->globalPos());

@@ -195,6 +195,7 @@ void Tst_TindraEditor::captureIsAddedShownAndTold() {
     QVERIFY(m_window->isVisible());
     QVERIFY(scene());
     QCOMPARE(scene(), list()->rowItem(0)->editor());
+    makeWide();
     QVERIFY(button("pen")->isEnabled());
     QVERIFY(!button("undo")->isEnabled());
     QVERIFY(!button("reset")->isEnabled());

@@ -125,6 +125,7 @@ void Tst_ToolSelection::lastToolIsCheckedAtStart() {
 
 void Tst_ToolSelection::undoStateReachesTheButtons() {
     addCapture("a"_qs);
+    makeWide();
     drawStroke();
     QVERIFY(button("undo")->isEnabled());
     QVERIFY(button("reset")->isEnabled());
@@ -145,6 +146,7 @@ void Tst_ToolSelection::undoStateReachesTheButtons() {
 
 void Tst_ToolSelection::drawingsLiveWithTheirCapture() {
     addCapture("a"_qs);
+    makeWide();
     drawStroke();
     const Editor *first = scene();
     addCapture("b"_qs);

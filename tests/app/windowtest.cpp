@@ -40,6 +40,12 @@ void WindowTest::drawStroke() {
     QCoreApplication::processEvents();
 }
 
+void WindowTest::makeWide() {
+    m_window->show();
+    m_window->resize(1800, 400);
+    QCoreApplication::processEvents();
+}
+
 void WindowTest::activate() {
     m_window->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(m_window.get()));

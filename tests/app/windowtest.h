@@ -40,6 +40,8 @@ protected:
     Messages messages() const { return m_session->platform->postedMessages(); }
     void forgetMessages() { m_session->platform->posted.clear(); }
     void drawStroke();
+    /// Gives the toolbar room for every button; those without are disabled with their actions.
+    void makeWide();
     void activate();
     /// Whether the action ends the event loop by itself.
     bool quits(const std::function<void()> &action);
