@@ -10,7 +10,6 @@
 #include "ui/uistyler.h"
 
 #include <QButtonGroup>
-#include <QEvent>
 #include <QLayout>
 #include <QShortcut>
 #include <QStyle>

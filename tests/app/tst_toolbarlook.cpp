@@ -3,6 +3,7 @@
 #include "ui/uistyler.h"
 
 #include <QLabel>
+#include <QMenu>
 
 /// The toolbar under the real style sheet, at the scale of this run: sizes are those of the sheet and nothing
 /// is cut off. With TINDRA_TEST_PICTURES set, pictures of it are left in that folder.
@@ -19,6 +20,7 @@ private slots:
     void everyPictureIsThere();
     void statesLookDifferent();
     void smallestWindowShowsTheMenu();
+    void noButtonIsCutOffAtAnyWidth();
 
 private:
     static double scale() { return QGuiApplication::primaryScreen()->logicalDotsPerInchX() / 96.0; }
@@ -26,6 +28,7 @@ private:
     Toolbar *toolbar() const { return m_window->findChild<Toolbar *>(); }
     QImage look(QWidget *widget) const;
     void show(int width);
+    static void picture(QWidget *widget, const QString &name);
 };
 
 void Tst_ToolbarLook::initTestCase() {
@@ -42,9 +45,13 @@ void Tst_ToolbarLook::show(int width) {
     addCapture("a"_qs);
     m_window->resize(width, scaled(400));
     QCoreApplication::processEvents();
+    picture(m_window.get(), "toolbar-%1"_qs.arg(width));
+}
+
+void Tst_ToolbarLook::picture(QWidget *widget, const QString &name) {
     const QString folder = qEnvironmentVariable("TINDRA_TEST_PICTURES");
     if (!folder.isEmpty())
-        m_window->grab().save("%1/toolbar-%2-%3.png"_qs.arg(folder).arg(width).arg(scale()));
+        widget->grab().save("%1/%2-%3.png"_qs.arg(folder, name).arg(scale()));
 }
 
 void Tst_ToolbarLook::sizesOfTheSheet() {
@@ -122,6 +129,38 @@ void Tst_ToolbarLook::smallestWindowShowsTheMenu() {
     show(scaled(910));
     QVERIFY(button("capture")->isVisible() && button("pen")->isVisible() && button("menu")->isVisible());
     QVERIFY(toolbar()->rect().contains(button("menu")->geometry()));
+}
+
+void Tst_ToolbarLook::noButtonIsCutOffAtAnyWidth() {
+    show(scaled(1200));
+    // Narrower than the sheet allows, where every button that may leave has left.
+    m_window->setMinimumWidth(0);
+    const auto buttons = toolbar()->findChildren<ToolButton *>();
+    for (int width = scaled(1200); width >= scaled(560); width -= scaled(40)) {
+        m_window->resize(width, scaled(400));
+        QCoreApplication::processEvents();
+        int end = 0;
+        for (ToolButton *button : buttons) {
+            if (!button->isVisible())
+                continue;
+            QVERIFY(button->x() >= end);
+            QVERIFY(button->width() >= button->sizeHint().width());
+            end = button->geometry().right() + 1;
+        }
+        QVERIFY(end <= toolbar()->width());
+    }
+    QMenu *menu = button("menu")->menu();
+    menu->popup(m_window->mapToGlobal(QPoint(0, toolbar()->height())));
+    for (QAction *action : menu->actions()) {
+        if (action->isVisible() && !action->isSeparator())
+            QVERIFY(menu->actionGeometry(action).height() >= scaled(36));
+    }
+    picture(m_window.get(), "toolbar-narrow"_qs);
+    picture(menu, "toolbar-overflow"_qs);
+    menu->close();
+    button("help")->menu()->popup(QPoint());
+    picture(button("help")->menu(), "toolbar-help"_qs);
+    button("help")->menu()->close();
 }
 
 QTEST_MAIN(Tst_ToolbarLook)
