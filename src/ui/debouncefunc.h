@@ -19,5 +19,5 @@ private slots:
 private:
     std::function<void()> m_callable;
     int m_interval;
-    QTimer m_timer;
+    QTimer m_timer{this};
 };

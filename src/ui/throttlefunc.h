@@ -30,6 +30,6 @@ private:
     bool m_running = false;
     bool m_pending = false;
     qint64 m_lastCall = 0;
-    QTimer m_timer;
+    QTimer m_timer{this};
     Clock m_clock;
 };

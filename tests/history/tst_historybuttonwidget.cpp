@@ -5,6 +5,8 @@
 #include "history/historylistwidgetitem.h"
 #include "support/literals.h"
 #include "support/session.h"
+#include "ui/debouncefunc.h"
+#include "ui/throttlefunc.h"
 
 #include <QGraphicsRectItem>
 #include <QtTest>
@@ -19,6 +21,8 @@ private slots:
     void firstUpdateDependsOnTheArea_data();
     void firstUpdateDependsOnTheArea();
     void updatesInABurstWaitForItsInterval();
+    void intervalOfTheUpdates_data();
+    void intervalOfTheUpdates();
     void drawingShowsInTheThumbnail();
     void cropShowsInTheThumbnail();
     void cachedPictureIsScaledOnly();
@@ -98,6 +102,24 @@ void Tst_HistoryButtonWidget::updatesInABurstWaitForItsInterval() {
     QTRY_VERIFY(m_button->thumbnail().cacheKey() != first);
 }
 
+void Tst_HistoryButtonWidget::intervalOfTheUpdates_data() {
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("small") << QSize(40, 30);
+    QTest::newRow("a 4K screen") << QSize(3840, 2160);
+}
+
+void Tst_HistoryButtonWidget::intervalOfTheUpdates() {
+    QFETCH(QSize, size);
+    add(Session::captureInMemory("m"_qs, size));
+    m_row->onUpdateThumbnail();
+    const QTimer *throttle = m_row->findChild<ThrottleFunc *>()->findChild<QTimer *>();
+    const QTimer *debounce = m_row->findChild<DebounceFunc *>()->findChild<QTimer *>();
+    const bool isSmall = size.width() < 3840;
+    QCOMPARE(throttle->isActive(), isSmall);
+    QCOMPARE(debounce->isActive(), !isSmall);
+    QCOMPARE((isSmall ? throttle : debounce)->interval(), 33);
+}
+
 void Tst_HistoryButtonWidget::drawingShowsInTheThumbnail() {
     add(Session::captureFile("a"_qs, {80, 80}, Qt::white));
     QTRY_COMPARE(thumbnailColor(0.25), QColor(Qt::white));
@@ -148,7 +170,7 @@ void Tst_HistoryButtonWidget::pinIsOfferedForFilesOnly() {
 
 void Tst_HistoryButtonWidget::detachedRowStaysQuiet() {
     add(Session::captureFile("a"_qs));
-    HistoryListWidgetItem *item = m_list->rowItem(0);
+    editor()->setSavedPath("/saved.png"_qs); // would be deleted without a question
     int pins = 0;
     connect(m_row, &HistoryButtonWidget::pinHistory, this, [&] { ++pins; });
     m_row->detach();
@@ -160,7 +182,8 @@ void Tst_HistoryButtonWidget::detachedRowStaysQuiet() {
     QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint());
     QCoreApplication::sendEvent(m_row, &event);
     QVERIFY(!m_row->findChild<QMenu *>()->isVisible());
-    QCOMPARE(m_list->rowItem(0), item);
+    m_row->onContextMenuDelete();
+    QCOMPARE(m_list->count(), 1);
 }
 
 QTEST_MAIN(Tst_HistoryButtonWidget)
