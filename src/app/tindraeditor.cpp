@@ -101,6 +101,8 @@ TindraEditor::~TindraEditor() = default;
 void TindraEditor::buildLayout() {
     setObjectName(QStringLiteral("TindraEditorClass"));
     setWindowTitle(tr("TindraEditor"));
+    // The menu that a main window has by itself would hide the toolbar, and nothing brings that back.
+    setContextMenuPolicy(Qt::NoContextMenu);
     resize(StartSize);
     auto *mainWidget = new QWidget(this);
     mainWidget->setObjectName(QStringLiteral("mainWidget_"));

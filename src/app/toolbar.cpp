@@ -141,7 +141,7 @@ Toolbar::Toolbar(TindraEditor *window)
       m_tools(new QButtonGroup(this)) {
     setObjectName(QStringLiteral("toolbar_"));
     setMovable(false);
-    setContextMenuPolicy(Qt::PreventContextMenu);
+    setContextMenuPolicy(Qt::NoContextMenu);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     // What does not fit has a menu of its own.
     if (auto *extension = findChild<QWidget *>(QStringLiteral("qt_toolbar_ext_button")))

@@ -383,7 +383,11 @@ void Tst_Toolbar::extensionButtonIsGone() {
     const auto *extension = toolbar()->findChild<QWidget *>("qt_toolbar_ext_button"_qs);
     QVERIFY(extension);
     QCOMPARE(extension->maximumSize(), QSize(0, 0));
-    QCOMPARE(toolbar()->contextMenuPolicy(), Qt::PreventContextMenu);
+    QCOMPARE(toolbar()->contextMenuPolicy(), Qt::NoContextMenu);
+    // Nor does the window behind it offer to hide the toolbar.
+    QContextMenuEvent event(QContextMenuEvent::Mouse, {3, 3}, toolbar()->mapToGlobal({3, 3}));
+    QApplication::sendEvent(toolbar(), &event);
+    QVERIFY(!QApplication::activePopupWidget());
     QVERIFY(!toolbar()->isMovable());
 }
 
