@@ -1,5 +1,24 @@
 #include "app/windowtest.h"
 
+#include <QLockFile>
+
+#include <chrono>
+#include <thread>
+
+namespace {
+
+/// Watches whether a window is raised.
+class RaiseWatch : public QObject {
+public:
+    int raised = 0;
+    bool eventFilter(QObject *, QEvent *event) override {
+        raised += event->type() == QEvent::ZOrderChange;
+        return false;
+    }
+};
+
+} // namespace
+
 /// Hiding, the ways out, and what each of them leaves behind.
 class Tst_ExitRoutine : public WindowTest {
     Q_OBJECT
@@ -13,11 +32,18 @@ private slots:
     void exitAsksAboutUnsavedImages_data();
     void exitAsksAboutUnsavedImages();
     void refusedExitLeavesTheCloseButtonHiding();
+    void escapeExitsWithoutTrayMode();
     void exitIsRefusedWhileADialogIsOpen();
+    void exitUnderAnotherDialog_data();
+    void exitUnderAnotherDialog();
+    void killEndsTheQuestion();
     void killAsksNothingAndKeepsTheFiles_data();
     void killAsksNothingAndKeepsTheFiles();
     void exitClearsTheWorkFolder();
-    void exitSavesThePreferences();
+    void everyEndSavesThePreferences_data();
+    void everyEndSavesThePreferences();
+    void endOfTheSessionSavesThePreferencesFirst();
+    void endOfTheSessionEndsTheOpenItem();
     void endOfTheSessionAsksNothing();
     void twoKillsEndOnce();
     void killInsideTheQuestionEndsOnce();
@@ -87,21 +113,88 @@ void Tst_ExitRoutine::refusedExitLeavesTheCloseButtonHiding() {
     QVERIFY(!m_window->isVisible());
 }
 
+void Tst_ExitRoutine::escapeExitsWithoutTrayMode() {
+    preferences()->SetBool(TindraPreferences::TrayMode, false);
+    addCapture("a"_qs);
+    markSaved();
+    activate();
+    forgetMessages();
+    QVERIFY(quits([this] { QTest::keyClick(m_window.get(), Qt::Key_Escape); }));
+    QCOMPARE(messages(), (Messages{0x867, 0x86D}));
+}
+
 void Tst_ExitRoutine::exitIsRefusedWhileADialogIsOpen() {
     addCapture("a"_qs);
     const QString file = list()->rowItem(0)->editor()->imageKey();
     ModalAnswers answers;
     answers.add([this](QWidget *question) {
+        QWidget before(question, Qt::Window);
+        before.show();
+        before.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&before));
+        RaiseWatch watch;
+        question->installEventFilter(&watch);
         // A second request, while the question of the first stands.
         treat("/close"_qs);
         QCoreApplication::processEvents();
         QVERIFY(question->isVisible());
+        QVERIFY(question->isActiveWindow());
+        QCOMPARE(watch.raised, 1);
         ModalAnswers::press(question, "Yes"_qs);
     });
     QVERIFY(quits([this] { treat("/close"_qs); }));
     QVERIFY(answers.isDone());
     // It was a normal exit all the same.
     QVERIFY(!QFile::exists(file));
+}
+
+void Tst_ExitRoutine::exitUnderAnotherDialog_data() {
+    QTest::addColumn<bool>("saved");
+    QTest::newRow("unsaved: the dialog comes first") << false;
+    QTest::newRow("all saved: nothing to ask") << true;
+}
+
+void Tst_ExitRoutine::exitUnderAnotherDialog() {
+    QFETCH(bool, saved);
+    addCapture("a"_qs);
+    if (saved)
+        markSaved();
+    QDialog dialog(m_window.get());
+    dialog.open();
+    QWidget before(&dialog, Qt::Window);
+    before.show();
+    before.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&before));
+    RaiseWatch watch;
+    dialog.installEventFilter(&watch);
+    forgetMessages();
+    QCOMPARE(quits([this] { treat("/close"_qs); }), saved);
+    QCOMPARE(watch.raised > 0, !saved);
+    QCOMPARE(dialog.isActiveWindow(), !saved);
+    QCOMPARE(messages(), saved ? (Messages{0x867, 0x86D}) : Messages{});
+    if (saved)
+        return;
+    // The request is forgotten: the close button hides.
+    dialog.close();
+    QVERIFY(!quits([this] { m_window->close(); }));
+    QVERIFY(!m_window->isVisible());
+}
+
+void Tst_ExitRoutine::killEndsTheQuestion() {
+    addCapture("a"_qs);
+    const QString file = list()->rowItem(0)->editor()->imageKey();
+    forgetMessages();
+    ModalAnswers answers;
+    answers.add([this](QWidget *) {
+        treat("/kill"_qs);
+        QCoreApplication::processEvents();
+    });
+    QVERIFY(quits([this] { treat("/close"_qs); }));
+    QVERIFY(answers.isDone());
+    QCOMPARE(answers.texts().size(), 1);
+    QCOMPARE(messages().count(0x867), 1);
+    m_window.reset();
+    QVERIFY(QFile::exists(file));
 }
 
 void Tst_ExitRoutine::killAsksNothingAndKeepsTheFiles_data() {
@@ -141,13 +234,58 @@ void Tst_ExitRoutine::exitClearsTheWorkFolder() {
     QVERIFY(QFile::exists(notes));
 }
 
-void Tst_ExitRoutine::exitSavesThePreferences() {
+void Tst_ExitRoutine::everyEndSavesThePreferences_data() {
+    QTest::addColumn<QString>("end");
+    QTest::newRow("exit") << "/close";
+    QTest::newRow("kill") << "/kill";
+    QTest::newRow("end of the session") << "";
+}
+
+void Tst_ExitRoutine::everyEndSavesThePreferences() {
+    QFETCH(QString, end);
     treat("/updateprefvalue 59 1"_qs);
-    QVERIFY(quits([this] { treat("/close"_qs); }));
+    QVERIFY(quits([this, end] {
+        if (end.isEmpty())
+            endSession();
+        else
+            treat(end);
+    }));
     m_window.reset();
     TindraPreferences::resetForTesting();
     TindraPreferences::instance()->Init();
     QVERIFY(TindraPreferences::instance()->GetBool(TindraPreferences::AutoHistoryDelete, false));
+}
+
+// While another program has the settings to itself, the captures wait too.
+void Tst_ExitRoutine::endOfTheSessionSavesThePreferencesFirst() {
+    addCapture("a"_qs);
+    const QString file = list()->rowItem(0)->editor()->imageKey();
+    preferences()->SetBool(TindraPreferences::AutoHistoryDelete, true);
+    const QString settings = ConfigurationLocation("SOFTWARE\\Norvane\\Tindra\\Config"_qs).fileName();
+    QVERIFY(QDir().mkpath(QFileInfo(settings).path()));
+    QLockFile lock(settings + ".lock"_qs);
+    QVERIFY(lock.lock());
+    bool isCaptureThere = false;
+    std::thread other([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(150));
+        isCaptureThere = QFile::exists(file);
+        lock.unlock();
+    });
+    const bool hasQuit = quits([this] { endSession(); });
+    other.join();
+    QVERIFY(hasQuit);
+    QVERIFY(isCaptureThere);
+    QVERIFY(!QFile::exists(file));
+}
+
+void Tst_ExitRoutine::endOfTheSessionEndsTheOpenItem() {
+    m_window->show();
+    TestEditor *editor = addFake("a"_qs);
+    m_window->onClickCrop();
+    QVERIFY(editor->crop);
+    const ItemLog log = editor->sharedLog;
+    QVERIFY(quits([this] { endSession(); }));
+    QCOMPARE(log->filter("crop finish"_qs), QStringList{"crop finish 0"_qs});
 }
 
 void Tst_ExitRoutine::endOfTheSessionAsksNothing() {
@@ -155,9 +293,7 @@ void Tst_ExitRoutine::endOfTheSessionAsksNothing() {
     const QString file = list()->rowItem(0)->editor()->imageKey();
     forgetMessages();
     ModalAnswers answers;
-    // The receiver looks at nothing of the manager, which only the desktop can make.
-    std::aligned_storage_t<64, alignof(std::max_align_t)> manager;
-    QVERIFY(quits([&] { emit qApp->commitDataRequest(reinterpret_cast<QSessionManager &>(manager)); }));
+    QVERIFY(quits([this] { endSession(); }));
     QVERIFY(answers.isDone());
     QCOMPARE(messages(), (Messages{0x867}));
     QVERIFY(!QFile::exists(file));

@@ -27,12 +27,16 @@ private slots:
     void voidLinesDoNothing();
     void showBringsUpAndTells();
     void showComesBeforeHide();
+    void commandsLeaveSpecialStates_data();
+    void commandsLeaveSpecialStates();
     void hideTells_data();
     void hideTells();
     void hideIsBlockedAfterACapture();
     void hideBlockHoldsFromTheLatestCapture();
     void preferenceValueIsChanged_data();
     void preferenceValueIsChanged();
+    void numberBecomesASwitch();
+    void namelessValueIsNotStored();
     void captureIsAddedShownAndTold();
     void skippedCaptureStaysHidden();
     void secondCaptureLeavesTheWindowAlone();
@@ -55,11 +59,13 @@ private slots:
     // Placement
     void windowIsFittedToTheCapture();
     void hugeCaptureFillsTheScreen();
+    void moveOfTheWindowPlacesWhatFloats();
 
     // Keys
     void keysAct_data();
     void keysAct();
-    void escapeEndsTheOpenItemFirst();
+    void openItemTakesEscapeAndReturn_data();
+    void openItemTakesEscapeAndReturn();
     void arrowsWalkTheRows();
 };
 
@@ -121,6 +127,30 @@ void Tst_TindraEditor::showBringsUpAndTells() {
 void Tst_TindraEditor::showComesBeforeHide() {
     treat("/hide /show"_qs);
     QVERIFY(m_window->isVisible());
+}
+
+void Tst_TindraEditor::commandsLeaveSpecialStates_data() {
+    QTest::addColumn<int>("state");
+    QTest::addColumn<QString>("command");
+    const QPair<const char *, Qt::WindowState> states[] = {{"minimised", Qt::WindowMinimized},
+                                                           {"maximised", Qt::WindowMaximized},
+                                                           {"full screen", Qt::WindowFullScreen}};
+    for (const auto &state : states) {
+        QTest::addRow("%s, show", state.first) << int(state.second) << "/show";
+        QTest::addRow("%s, capture", state.first) << int(state.second) << "/path";
+    }
+}
+
+void Tst_TindraEditor::commandsLeaveSpecialStates() {
+    QFETCH(int, state);
+    QFETCH(QString, command);
+    m_window->setWindowState(Qt::WindowState(state));
+    m_window->show();
+    m_window->hide();
+    QVERIFY(m_window->windowState() & state);
+    treat(command == "/path"_qs ? "/path "_qs + capture("a"_qs) : command);
+    QVERIFY(m_window->isVisible());
+    QVERIFY(!(m_window->windowState() & (Qt::WindowMinimized | Qt::WindowMaximized | Qt::WindowFullScreen)));
 }
 
 void Tst_TindraEditor::hideTells_data() {
@@ -187,6 +217,29 @@ void Tst_TindraEditor::preferenceValueIsChanged() {
     treat(line);
     QTEST(preferences()->GetBool(TindraPreferences::AutoSave, false), "autoSave");
     QTEST(preferences()->GetBool(TindraPreferences::ShowFileDlgAfterCapture, false), "askForFile");
+}
+
+void Tst_TindraEditor::numberBecomesASwitch() {
+    QCOMPARE(preferences()->GetInt(TindraPreferences::LineWidth, -1), 3);
+    treat("/updateprefvalue 67 8"_qs);
+    QCOMPARE(preferences()->Type(TindraPreferences::LineWidth), int(Preferences::Bool));
+    QVERIFY(preferences()->GetBool(TindraPreferences::LineWidth, false));
+    QCOMPARE(preferences()->GetInt(TindraPreferences::LineWidth, -1), -1);
+}
+
+void Tst_TindraEditor::namelessValueIsNotStored() {
+    constexpr int nameless = 14;
+    const auto stored = [] {
+        QFile file(ConfigurationLocation("SOFTWARE\\Norvane\\Tindra\\Config"_qs).fileName());
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    };
+    preferences()->SaveAll();
+    const QByteArray before = stored();
+    QVERIFY(before.contains("LineWidth"));
+    treat("/updateprefvalue 14 1"_qs);
+    QVERIFY(preferences()->GetBool(nameless, false));
+    preferences()->SaveAll();
+    QCOMPARE(stored(), before);
 }
 
 void Tst_TindraEditor::captureIsAddedShownAndTold() {
@@ -407,13 +460,25 @@ void Tst_TindraEditor::windowIsFittedToTheCapture() {
     const QSize frame = m_window->frameGeometry().size() - m_window->size();
     const int toolbarHeight = m_window->findChild<QWidget *>("toolbar_"_qs)->height();
     QCOMPARE(m_window->size(), QSize(300 + 200 + 172, 200 + 200 + toolbarHeight) - frame);
-    QCOMPARE(m_window->pos() + QPoint(frame.width() / 2, 0), QPoint(50, m_window->y()));
+    QVERIFY(toolbarHeight < 230 - 100);
+    QCOMPARE(m_window->geometry().topLeft(), QPoint(150 - 100, 230 - 100 - toolbarHeight));
 }
 
 void Tst_TindraEditor::hugeCaptureFillsTheScreen() {
     treat("/point 5 5 /path "_qs + capture("a"_qs, {2000, 1500}));
     const QRect available = m_window->screen()->availableGeometry();
     QCOMPARE(m_window->frameGeometry(), available);
+}
+
+void Tst_TindraEditor::moveOfTheWindowPlacesWhatFloats() {
+    addCapture("a"_qs);
+    m_window->onClickHistoryHide();
+    auto *button = view()->findChild<QWidget *>("historyShow_"_qs);
+    QVERIFY(button && button->isVisible());
+    const QPoint place = button->pos();
+    button->move(place + QPoint(-20, 30));
+    m_window->move(m_window->pos() + QPoint(15, 10));
+    QTRY_COMPARE(button->pos(), place);
 }
 
 void Tst_TindraEditor::keysAct_data() {
@@ -451,11 +516,35 @@ void Tst_TindraEditor::keysAct() {
     QTEST(list()->count(), "rows");
 }
 
-void Tst_TindraEditor::escapeEndsTheOpenItemFirst() {
-    addCapture("a"_qs);
+void Tst_TindraEditor::openItemTakesEscapeAndReturn_data() {
+    QTest::addColumn<bool>("crop");
+    QTest::addColumn<int>("key");
+    QTest::addColumn<QString>("entry");
+    QTest::newRow("escape, crop") << true << int(Qt::Key_Escape) << "crop finish 0";
+    QTest::newRow("return, crop") << true << int(Qt::Key_Return) << "crop finish 1";
+    QTest::newRow("escape, text") << false << int(Qt::Key_Escape) << "text finish 0";
+    QTest::newRow("return, text") << false << int(Qt::Key_Return) << "text finish 1";
+}
+
+void Tst_TindraEditor::openItemTakesEscapeAndReturn() {
+    QFETCH(bool, crop);
+    QFETCH(int, key);
+    QFETCH(QString, entry);
+    m_window->show();
+    TestEditor *editor = addFake("a"_qs);
     activate();
-    m_window->onClickCrop();
-    QTest::keyClick(m_window.get(), Qt::Key_Escape);
+    if (crop) {
+        m_window->onClickCrop();
+        editor->crop->frame = QRect(5, 5, 10, 10);
+    } else {
+        m_window->onClickText();
+        sendMouse(QEvent::MouseButtonPress, {5, 5});
+        sendMouse(QEvent::MouseButtonRelease, {5, 5});
+    }
+    QCOMPARE(editor->shapeType(), crop ? Editor::Crop : Editor::TextEditing);
+    QTest::keyClick(m_window.get(), Qt::Key(key));
+    QCOMPARE(editor->log.filter("finish"_qs), QStringList{entry});
+    QVERIFY(editor->shapeType() != Editor::Crop && editor->shapeType() != Editor::TextEditing);
     QVERIFY(m_window->isVisible());
 }
 

@@ -23,20 +23,28 @@ void WindowTest::cleanup() {
     m_session.reset();
 }
 
+TestEditor *WindowTest::addFake(const QString &name) {
+    auto *editor = new TestEditor;
+    editor->setParent(list());
+    editor->setImageKey(capture(name));
+    list()->insertHistory(History(editor), true, 0);
+    return editor;
+}
+
+void WindowTest::sendMouse(QEvent::Type type, const QPointF &pos) {
+    const QPoint viewPos = view()->mapFromScene(pos);
+    const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+    const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
+    QMouseEvent event(type, viewPos, view()->viewport()->mapToGlobal(viewPos), button, held, Qt::NoModifier);
+    QCoreApplication::sendEvent(view()->viewport(), &event);
+}
+
 void WindowTest::drawStroke() {
     m_window->onPenSelected(Qt::blue);
-    const auto send = [this](QEvent::Type type, const QPointF &pos) {
-        const QPoint viewPos = view()->mapFromScene(pos);
-        const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
-        const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
-        QMouseEvent event(type, viewPos, view()->viewport()->mapToGlobal(viewPos), button, held,
-                          Qt::NoModifier);
-        QCoreApplication::sendEvent(view()->viewport(), &event);
-    };
-    send(QEvent::MouseButtonPress, {5, 5});
-    send(QEvent::MouseMove, {15, 15});
-    send(QEvent::MouseMove, {25, 10});
-    send(QEvent::MouseButtonRelease, {25, 10});
+    sendMouse(QEvent::MouseButtonPress, {5, 5});
+    sendMouse(QEvent::MouseMove, {15, 15});
+    sendMouse(QEvent::MouseMove, {25, 10});
+    sendMouse(QEvent::MouseButtonRelease, {25, 10});
     QCoreApplication::processEvents();
 }
 
@@ -44,6 +52,12 @@ void WindowTest::makeWide() {
     m_window->show();
     m_window->resize(1800, 400);
     QCoreApplication::processEvents();
+}
+
+void WindowTest::endSession() {
+    // The receiver looks at nothing of the manager, which only the desktop can make.
+    std::aligned_storage_t<64, alignof(std::max_align_t)> manager;
+    emit qApp->commitDataRequest(reinterpret_cast<QSessionManager &>(manager));
 }
 
 void WindowTest::activate() {

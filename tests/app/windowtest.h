@@ -2,6 +2,7 @@
 
 #include "app/tindraeditor.h"
 #include "canvas/editorview.h"
+#include "canvas/fakeitems.h"
 #include "history/historylistwidget.h"
 #include "history/historylistwidgetitem.h"
 #include "history/historywidget.h"
@@ -39,9 +40,14 @@ protected:
     }
     Messages messages() const { return m_session->platform->postedMessages(); }
     void forgetMessages() { m_session->platform->posted.clear(); }
+    /// A capture in the top row whose rectangle, text and crop are stand-ins that keep a log.
+    TestEditor *addFake(const QString &name);
+    /// Left button and mouse on the canvas, in image pixels.
+    void sendMouse(QEvent::Type type, const QPointF &pos);
     void drawStroke();
     /// Gives the toolbar room for every button; those without are disabled with their actions.
     void makeWide();
+    void endSession();
     void activate();
     /// Whether the action ends the event loop by itself.
     bool quits(const std::function<void()> &action);
