@@ -36,7 +36,6 @@ private slots:
     void exitIsRefusedWhileADialogIsOpen();
     void exitUnderAnotherDialog_data();
     void exitUnderAnotherDialog();
-    void killEndsTheQuestion();
     void killAsksNothingAndKeepsTheFiles_data();
     void killAsksNothingAndKeepsTheFiles();
     void exitClearsTheWorkFolder();
@@ -178,23 +177,6 @@ void Tst_ExitRoutine::exitUnderAnotherDialog() {
     dialog.close();
     QVERIFY(!quits([this] { m_window->close(); }));
     QVERIFY(!m_window->isVisible());
-}
-
-void Tst_ExitRoutine::killEndsTheQuestion() {
-    addCapture("a"_qs);
-    const QString file = list()->rowItem(0)->editor()->imageKey();
-    forgetMessages();
-    ModalAnswers answers;
-    answers.add([this](QWidget *) {
-        treat("/kill"_qs);
-        QCoreApplication::processEvents();
-    });
-    QVERIFY(quits([this] { treat("/close"_qs); }));
-    QVERIFY(answers.isDone());
-    QCOMPARE(answers.texts().size(), 1);
-    QCOMPARE(messages().count(0x867), 1);
-    m_window.reset();
-    QVERIFY(QFile::exists(file));
 }
 
 void Tst_ExitRoutine::killAsksNothingAndKeepsTheFiles_data() {
