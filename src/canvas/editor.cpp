@@ -97,6 +97,8 @@ QPixmap Editor::flatten(bool withDrawings, bool ignoreCrop) {
 }
 
 void Editor::setShape(ShapeType shape) {
+    if (isDragging())
+        finishDrag();
     const bool open = m_shapeType == TextEditing || m_shapeType == Crop;
     if (open && m_currentItem)
         m_currentItem->drawFinish(false);
@@ -164,6 +166,16 @@ void Editor::reset() {
 
 void Editor::mousePressEvent(QGraphicsSceneMouseEvent *event) {
     QGraphicsScene::mousePressEvent(event);
+    pressTool(event);
+}
+
+void Editor::mouseDoubleClickEvent(QGraphicsSceneMouseEvent *event) {
+    QGraphicsScene::mouseDoubleClickEvent(event);
+    // Two quick strokes are two strokes.
+    pressTool(event);
+}
+
+void Editor::pressTool(const QGraphicsSceneMouseEvent *event) {
     if (m_gestureActive || m_shapeType == TextEditing || m_shapeType == Crop)
         return;
     const bool left = event->button() == Qt::LeftButton;
@@ -180,6 +192,8 @@ void Editor::mousePressEvent(QGraphicsSceneMouseEvent *event) {
     }
     if (!left)
         return;
+    if (isDragging())
+        finishDrag();
     // Also for a tool that makes no item: the release counts it as used.
     m_pressPos = pos;
     m_lastPos = pos;
@@ -198,6 +212,9 @@ void Editor::mouseMoveEvent(QGraphicsSceneMouseEvent *event) {
     if (m_shapeType == Crop)
         return;
     const bool left = event->buttons() & Qt::LeftButton;
+    // A menu or a dialog has taken the release.
+    if (!left && isDragging())
+        finishDrag();
     const bool shift = event->modifiers() & Qt::ShiftModifier;
     const QPoint pos = event->scenePos().toPoint();
     if (m_shapeType == Eraser && left && eraseAt(pos))
@@ -232,6 +249,10 @@ void Editor::endDrag(QPoint pos, bool shift) {
     m_pressPos = NoPos;
     m_lastPos = NoPos;
     reportToolUse();
+}
+
+bool Editor::isDragging() const {
+    return m_pressPos != NoPos && m_shapeType >= Pen && m_shapeType <= Mosaic;
 }
 
 void Editor::finishDrag() {

@@ -132,6 +132,7 @@ protected:
     }
 
     void mousePressEvent(QGraphicsSceneMouseEvent *event) override;
+    void mouseDoubleClickEvent(QGraphicsSceneMouseEvent *event) override;
     void mouseMoveEvent(QGraphicsSceneMouseEvent *event) override;
     void mouseReleaseEvent(QGraphicsSceneMouseEvent *event) override;
 
@@ -155,6 +156,10 @@ private:
     /// Whether the release ended a pen stroke where it began, which leaves nothing.
     bool dropClickOfPen(QPoint pos);
     void finishStroke(QPoint pos, bool shift);
+    /// What the current tool does with a press.
+    void pressTool(const QGraphicsSceneMouseEvent *event);
+    /// Whether a drawing tool is between press and release.
+    bool isDragging() const;
     void endDrag(QPoint pos, bool shift);
     void toggle(QList<QGraphicsItem *> &from, QList<QGraphicsItem *> &to);
     void takeOutOfScene(QGraphicsItem *item);

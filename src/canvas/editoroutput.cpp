@@ -31,6 +31,8 @@ public:
 } // namespace
 
 bool Editor::saveFlattened(const QString &path, bool mark, int quality) {
+    // A stroke that went on after the save would be missing in the file, which counts as all there is.
+    finishDrag();
     finishCurrentItem(true);
     return savePixmap(flatten(true, false), path, mark, quality);
 }
@@ -56,5 +58,6 @@ bool Editor::savePinImage(const QString &path) {
 }
 
 bool Editor::copyToClipboard(QWidget *owner) {
+    finishDrag();
     return copyPixmapToClipboard(flatten(true, false), owner);
 }

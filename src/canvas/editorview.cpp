@@ -230,8 +230,11 @@ void EditorView::contextMenuEvent(QContextMenuEvent *event) {
     // Nobody prints where nobody listens.
     m_contextMenu->action(CanvasMenu::Print)
         ->setVisible(isSignalConnected(QMetaMethod::fromSignal(&EditorView::contextMenuPrint)));
-    if (m_editor)
+    if (m_editor) {
+        // The menu takes the release.
+        m_editor->finishDrag();
         m_contextMenu->checkTool(m_editor->shapeType());
+    }
     m_contextMenu->exec(event->globalPos());
 }
 

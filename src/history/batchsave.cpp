@@ -70,6 +70,7 @@ void BatchSave::save(Editor *editor) {
 
 void BatchSave::startJob(Editor *editor, const QString &path) {
     waitForJobs(QThreadPool::globalInstance()->maxThreadCount());
+    editor->finishDrag();
     editor->finishCurrentItem(true);
     const QImage image = editor->flatten(true, false).toImage();
     m_jobs.enqueue({editor, path, QtConcurrent::run(encode, image, path, m_quality)});

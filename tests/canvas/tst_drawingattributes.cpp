@@ -12,6 +12,8 @@ private slots:
     void figureTakesItsSettings();
     void freehandTakesColourAndWidthOnly_data();
     void freehandTakesColourAndWidthOnly();
+    void widthThatNoPanelOffers_data();
+    void widthThatNoPanelOffers();
     void finishedSettingsStay();
     void noSettingsDrawNothing();
 };
@@ -68,6 +70,24 @@ void Tst_DrawingAttributes::freehandTakesColourAndWidthOnly() {
     QCOMPARE(attributes.fillColor.alpha(), 0);
     QCOMPARE(attributes.lineWidth, 12);
     QCOMPARE(attributes.lineStyle, 1);
+}
+
+void Tst_DrawingAttributes::widthThatNoPanelOffers_data() {
+    QTest::addColumn<int>("stored");
+    QTest::addColumn<int>("drawn");
+    QTest::newRow("between the panel's") << 2 << 2;
+    QTest::newRow("wide") << 100 << 100;
+    QTest::newRow("none") << 0 << 3;
+    QTest::newRow("below none") << -2 << 3;
+    QTest::newRow("beyond reason") << 101 << 3;
+    QTest::newRow("most") << std::numeric_limits<int>::max() << 3;
+}
+
+void Tst_DrawingAttributes::widthThatNoPanelOffers() {
+    QFETCH(int, stored);
+    set(TindraPreferences::LineWidth, stored);
+    QTEST(DrawingAttributes::forFigure().lineWidth, "drawn");
+    QTEST(DrawingAttributes::forFreehand(TindraPreferences::HighlighterColor).lineWidth, "drawn");
 }
 
 void Tst_DrawingAttributes::finishedSettingsStay() {

@@ -5,8 +5,12 @@ namespace {
 constexpr int DefaultLineWidth = 3;
 constexpr int SolidLine = 1;
 
+/// A settings file can hold any number, but a highlighter draws as many lines as the width says.
+constexpr int WidestLine = 100;
+
 int lineWidthSetting() {
-    return TindraPreferences::instance()->GetInt(TindraPreferences::LineWidth, DefaultLineWidth);
+    const int stored = TindraPreferences::instance()->GetInt(TindraPreferences::LineWidth, DefaultLineWidth);
+    return stored >= 1 && stored <= WidestLine ? stored : DefaultLineWidth;
 }
 
 } // namespace
