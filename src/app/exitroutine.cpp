@@ -80,14 +80,16 @@ void ExitRoutine::endSession() {
 // next start, settings do not.
 void ExitRoutine::leave(End end) {
     m_left = true;
+    // Listed before the door closes: what comes into the folder afterwards is the next editor's.
+    const QStringList files = end == End::Kill ? QStringList() : filesToClear();
     emit leaving();
     // The folder's content is that of another editor otherwise.
     if (end != End::Kill && ownsWorkFolder())
         m_history->SavePinnedHistories();
     if (end == End::Exit)
-        removeTemporaryFiles();
+        removeTemporaryFiles(files);
     TindraPreferences::instance()->SaveAll();
     if (end == End::Session)
-        removeTemporaryFiles();
+        removeTemporaryFiles(files);
     QCoreApplication::quit();
 }

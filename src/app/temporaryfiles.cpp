@@ -3,6 +3,7 @@
 #include "services/workfolder.h"
 
 #include <QDir>
+#include <QFile>
 
 namespace {
 const auto CapturePattern = QStringLiteral("*.png");
@@ -20,13 +21,23 @@ QStringList temporaryCaptures() {
     return captures;
 }
 
-void removeTemporaryFiles() {
+QStringList filesToClear() {
+    const QString path = workFolder();
+    if (path.isEmpty())
+        return {};
+    const QDir folder(path);
+    QStringList files;
+    const QStringList names = folder.entryList({CapturePattern}, QDir::Files);
+    for (const QString &name : names)
+        files.append(folder.absoluteFilePath(name));
+    return files;
+}
+
+void removeTemporaryFiles(const QStringList &files) {
     const QString path = workFolder();
     if (path.isEmpty() || !ownsWorkFolder())
         return;
-    QDir folder(path);
-    const QStringList captures = folder.entryList({CapturePattern}, QDir::Files);
-    for (const QString &capture : captures)
-        folder.remove(capture);
-    QDir(folder.filePath(QStringLiteral("AIRemoveBeta"))).removeRecursively();
+    for (const QString &file : files)
+        QFile::remove(file);
+    QDir(QDir(path).filePath(QStringLiteral("AIRemoveBeta"))).removeRecursively();
 }

@@ -4,6 +4,7 @@
 #include "output/imagewriter.h"
 #include "services/tracelog.h"
 
+#include <QCursor>
 #include <QGuiApplication>
 #include <QThread>
 #include <QThreadPool>

@@ -6,8 +6,30 @@
 class Tst_TemporaryFiles : public QObject {
     Q_OBJECT
 private slots:
+    void clearsWhatWasListedAndNothingThatCameLater();
     void withoutAWorkFolderNothingIsTouched();
 };
+
+void Tst_TemporaryFiles::clearsWhatWasListedAndNothingThatCameLater() {
+    const QDir folder(workFolder());
+    const auto put = [&folder](const char *name) {
+        QFile file(folder.filePath(QString::fromLatin1(name)));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+    };
+    put("early.png");
+    put("notes.txt");
+    QVERIFY(folder.mkpath(QStringLiteral("AIRemoveBeta/deep")));
+    QVERIFY(folder.mkpath(QStringLiteral("pin")));
+    put("pin/0.png");
+    const QStringList files = filesToClear();
+    put("late.png"); // handed to the next editor already
+    removeTemporaryFiles(files);
+    QVERIFY(!folder.exists(QStringLiteral("early.png")));
+    QVERIFY(folder.exists(QStringLiteral("late.png")));
+    QVERIFY(folder.exists(QStringLiteral("notes.txt")));
+    QVERIFY(folder.exists(QStringLiteral("pin/0.png")));
+    QVERIFY(!folder.exists(QStringLiteral("AIRemoveBeta")));
+}
 
 // An empty path means the current directory to Qt.
 void Tst_TemporaryFiles::withoutAWorkFolderNothingIsTouched() {
@@ -23,7 +45,8 @@ void Tst_TemporaryFiles::withoutAWorkFolderNothingIsTouched() {
     QVERIFY(workFolder().isEmpty());
 
     QVERIFY(temporaryCaptures().isEmpty());
-    removeTemporaryFiles();
+    QVERIFY(filesToClear().isEmpty());
+    removeTemporaryFiles(filesToClear());
     QVERIFY(QFile::exists(folder.filePath(QStringLiteral("holiday.png"))));
     QVERIFY(QFile::exists(folder.filePath(QStringLiteral("AIRemoveBeta"))));
     QDir::setCurrent(QDir::rootPath());

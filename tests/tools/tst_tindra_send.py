@@ -161,12 +161,13 @@ class TindraSend(unittest.TestCase):
         self.assertEqual(stat.S_IMODE(self.work.stat().st_mode), 0o700)
         self.assertEqual(self.picture.read_bytes(), PICTURE)
 
-    def test_odd_endings_are_left_away(self):
+    def test_copies_end_as_the_editor_knows_its_captures(self):
         editor = self.editor()
-        odd = self.scratch / 'shot.p"n g'
-        odd.write_bytes(PICTURE)
-        self.send(odd)
-        self.assertRegex(self.lines(editor, 1)[0], r'^"tindra-send" "/path" "[^" ]*/capture-[^". ]+"$')
+        for number, ending in enumerate((".jpg", '.p"n g', ""), 1):
+            source = self.scratch / f"shot{ending}"
+            source.write_bytes(PICTURE)
+            self.send(source)
+            self.assertRegex(self.lines(editor, number)[-1], r'^"tindra-send" "/path" "[^" ]*/capture-[^". ]+\.png"$')
 
     def test_each_picture_has_its_message(self):
         editor = self.editor()
