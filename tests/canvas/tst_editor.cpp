@@ -703,10 +703,11 @@ void Tst_Editor::editorThatDiesClosesWhatIsOpen_data() {
 void Tst_Editor::editorThatDiesClosesWhatIsOpen() {
     QFETCH(bool, text);
     int closed = 0;
+    std::function<bool()> isThere;
     const auto note = [&] {
         ++closed;
         // The item is still there, for a popup to let go of.
-        QVERIFY(text ? m_editor->text->clip.isValid() : !m_editor->crop->isDrawn());
+        QVERIFY(isThere());
     };
     connect(m_editor.get(), &Editor::finishTextItem, this, note);
     connect(m_editor.get(), &Editor::finishCropItem, this, note);
@@ -716,6 +717,10 @@ void Tst_Editor::editorThatDiesClosesWhatIsOpen() {
     } else {
         openCrop();
     }
+    // Asked through the items: the members of the test's editor go before its base class ends.
+    isThere = [text, openText = m_editor->text, crop = m_editor->crop] {
+        return text ? openText->clip.isValid() : !crop->isDrawn();
+    };
     const ItemLog log = m_editor->sharedLog;
     delete m_editor.get();
     m_editor.release();
