@@ -9,6 +9,7 @@
 #include "services/tracelog.h"
 #include "services/workfolder.h"
 
+#include <QLibraryInfo>
 #include <QLocale>
 #include <QTranslator>
 
@@ -81,12 +82,18 @@ void Application::OnIpcMessage(QString message) {
         emit m_mainWindow->commandArrived(message);
 }
 
-/// The product speaks the language it was built for, whatever the system's is.
+/// The product speaks the language it was built for, whatever the system's is; a build without the
+/// translation speaks the English of the sources. The toolkit's own dialogs and menus follow.
 void Application::loadTranslation() {
     static QTranslator translator;
+    static QTranslator toolkit;
     const QString language = QLocale(QLocale::Korean).bcp47Name();
-    if (translator.load(QStringLiteral(":/TindraEditor_%0.qm").arg(language)))
-        installTranslator(&translator);
+    if (!translator.load(QStringLiteral(":/TindraEditor_%0.qm").arg(language)))
+        return;
+    installTranslator(&translator);
+    if (toolkit.load(QStringLiteral("qtbase_") + language,
+                     QLibraryInfo::location(QLibraryInfo::TranslationsPath)))
+        installTranslator(&toolkit);
 }
 
 void Application::startCrashClient() {

@@ -17,6 +17,7 @@ public:
 private slots:
     void hasItsNameAndNoOrganisation();
     void announcesItsIdentity();
+    void withoutTheTranslationTextsStayEnglish();
     void outlivesItsLastWindow();
     void oneLogicalPixelIsOneDevicePixel();
     void scaleFactorsBecomeDpi();
@@ -43,6 +44,12 @@ void Tst_Application::hasItsNameAndNoOrganisation() {
 void Tst_Application::announcesItsIdentity() {
     QCOMPARE(m_platform.applicationId,
              QStringLiteral("{7C5A40EF-A0FB-4BFC-874A-C0F2E0B9FA8E}\\Norvane\\Tindra\\Tindra.exe"));
+}
+
+void Tst_Application::withoutTheTranslationTextsStayEnglish() {
+    QVERIFY(!QFile::exists(QStringLiteral(":/TindraEditor_ko.qm")));
+    QCOMPARE(QCoreApplication::translate("Toolbar", "save"), QStringLiteral("save"));
+    QCOMPARE(QCoreApplication::translate("QPlatformTheme", "Cancel"), QStringLiteral("Cancel"));
 }
 
 void Tst_Application::outlivesItsLastWindow() {

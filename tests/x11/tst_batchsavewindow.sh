@@ -51,7 +51,7 @@ wait_for "no dialog" has_windows 2
 sleep 0.3
 picture dialog
 # The dialog for the names, over the button that opens it, and back.
-dialog=$(xdotool search --onlyvisible --name '^Confirm Save All Images$')
+dialog=$(xdotool getactivewindow)
 xdotool mousemove --window "$dialog" 314 142 click 1
 wait_for "no dialog for the names" has_windows 3
 sleep 0.3
