@@ -76,7 +76,10 @@ QImage decodeImage(QIODevice *device, double limitMegabytes) {
     if (claim.size.isEmpty() ||
         imageMegabytes(claim.size.width(), claim.size.height(), claim.depth) > limitMegabytes)
         return QImage();
-    return reader.read();
+    QImage image = reader.read();
+    // A file called "…@2x" comes out as a picture for a denser screen, drawn at half its size.
+    image.setDevicePixelRatio(1.0);
+    return image;
 }
 
 double imageMegabytes(int width, int height, int depth) {

@@ -85,6 +85,7 @@ private slots:
     void budgetIsKept();
     void fileComesBeforeMemory();
     void brokenFileFallsBackToMemory();
+    void nameThatPromisesADenserScreenChangesNothing();
     void relativePathIsNoFile();
     void specialFileIsNoImage();
     void currentImageIsServedWithoutAnotherLook();
@@ -316,6 +317,14 @@ void Tst_ImageProvider::brokenFileFallsBackToMemory() {
     QVERIFY(provider().pixmap(path).isNull());
     QVERIFY(provider().insert(path, QPixmap::fromImage(inMemory)));
     COMPARE_IMAGES(provider().pixmap(path).toImage(), inMemory, "memory");
+}
+
+void Tst_ImageProvider::nameThatPromisesADenserScreenChangesNothing() {
+    const QImage picture = filled(QSize(30, 20), Qt::red);
+    const QPixmap pixmap = provider().pixmap(writeFile(QStringLiteral("shot@2x.png"), encoded(picture)));
+    // The toolkit scales a picture of that name down; a pixel of a capture is a pixel.
+    QCOMPARE(pixmap.devicePixelRatio(), 1.0);
+    COMPARE_IMAGES(pixmap.toImage(), picture, "file");
 }
 
 void Tst_ImageProvider::relativePathIsNoFile() {
