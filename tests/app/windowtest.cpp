@@ -66,9 +66,12 @@ void WindowTest::activate() {
 }
 
 bool WindowTest::quits(const std::function<void()> &action) {
-    QTimer::singleShot(0, this, action);
     QTimer patience;
     connect(&patience, &QTimer::timeout, this, [] { QCoreApplication::exit(NoQuit); });
-    patience.start(400);
+    // The action may take its time: only what comes behind it is waited for.
+    QTimer::singleShot(0, this, [&] {
+        action();
+        patience.start(400);
+    });
     return QApplication::exec() != NoQuit;
 }

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QDialog>
+#include <QEvent>
 #include <QLabel>
 
 namespace {
@@ -57,7 +58,7 @@ void ModalAnswers::press(QWidget *dialog, const QString &text) {
 
 void ModalAnswers::onTick() {
     QWidget *dialog = QApplication::activeModalWidget();
-    if (!dialog || !dialog->isVisible() || dialog == m_answering)
+    if (!dialog || !dialog->isVisible() || dialog == m_answered)
         return;
     const QString details = labelText(dialog, QStringLiteral("informativeText_"));
     m_texts.append(labelText(dialog, QStringLiteral("text_")) +
@@ -68,7 +69,14 @@ void ModalAnswers::onTick() {
         dialog->close();
         return;
     }
-    m_answering = dialog;
+    m_answered = dialog;
+    dialog->installEventFilter(this);
     m_answers.takeFirst()(dialog);
-    m_answering = nullptr;
+}
+
+bool ModalAnswers::eventFilter(QObject *object, QEvent *event) {
+    // Shown again, it asks again.
+    if (event->type() == QEvent::Hide && object == m_answered)
+        m_answered = nullptr;
+    return false;
 }

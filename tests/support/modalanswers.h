@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <QStringList>
 #include <QTimer>
 
@@ -35,11 +36,13 @@ public:
     static void press(QWidget *dialog, const QString &text);
 
 private:
+    bool eventFilter(QObject *object, QEvent *event) override;
     void onTick();
 
     QTimer m_timer;
     QList<Answer> m_answers;
     QStringList m_texts;
-    QWidget *m_answering = nullptr;
+    /// Has its answer and is on its way out: it may take a turn of the event loop to go.
+    QPointer<QWidget> m_answered;
     int m_unexpected = 0;
 };
