@@ -4,10 +4,35 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
 
 namespace {
+
 const auto CapturePattern = QStringLiteral("*.png");
+
+/// Whether a pinned capture may come back under that name, which is then its number.
+bool isNumbered(const QFileInfo &file) {
+    const QString name = file.completeBaseName();
+    return !name.isEmpty() &&
+           std::all_of(name.begin(), name.end(), [](const QChar &character) { return character.isDigit(); });
 }
+
+/// A pin comes back under its number, unless a file has that name. If the editor is killed while it clears
+/// up, a number that is still taken would keep a pin away; so all of them are given up before the first file
+/// goes.
+QStringList withoutNumbers(const QStringList &files) {
+    QStringList renamed;
+    for (const QString &path : files) {
+        const QFileInfo file(path);
+        const QString aside = file.dir().filePath(QStringLiteral("left-") + file.fileName());
+        renamed.append(isNumbered(file) && QFile::rename(path, aside) ? aside : path);
+    }
+    return renamed;
+}
+
+} // namespace
 
 QStringList temporaryCaptures() {
     const QString path = workFolder();
@@ -37,7 +62,7 @@ void removeTemporaryFiles(const QStringList &files) {
     const QString path = workFolder();
     if (path.isEmpty() || !ownsWorkFolder())
         return;
-    for (const QString &file : files)
+    for (const QString &file : withoutNumbers(files))
         QFile::remove(file);
     QDir(QDir(path).filePath(QStringLiteral("AIRemoveBeta"))).removeRecursively();
 }

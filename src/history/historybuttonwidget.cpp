@@ -5,12 +5,12 @@
 #include "history/historylistwidgetitem.h"
 #include "history/thumbnail.h"
 #include "ui/debouncefunc.h"
+#include "ui/menu.h"
 #include "ui/throttlefunc.h"
 #include "ui/uistyler.h"
 
 #include <QContextMenuEvent>
 #include <QHBoxLayout>
-#include <QMenu>
 #include <QPainter>
 #include <QStyleOption>
 
@@ -58,7 +58,7 @@ void HistoryButtonWidget::connectButton() {
 
 void HistoryButtonWidget::buildMenu() {
     using Row = HistoryButtonWidget;
-    m_menu = new QMenu(this);
+    m_menu = new Menu(this);
     // The keys are the window's; here they are only shown.
     const auto showKey = [](QAction *action, const QKeySequence &key) {
         action->setShortcut(key);

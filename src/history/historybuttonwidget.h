@@ -9,7 +9,7 @@ class DebounceFunc;
 class HistoryButton;
 class HistoryListWidgetItem;
 class QAction;
-class QMenu;
+class Menu;
 class ThrottleFunc;
 
 /// The widget of one row: keeps the thumbnail up to date, offers the context menu, and passes on what the
@@ -83,7 +83,7 @@ private:
     HistoryListWidgetItem *m_item;
     HistoryButton *m_button;
     HistorySelectMode m_selectionMode = HistorySelectModes::Normal;
-    QMenu *m_menu;
+    Menu *m_menu;
     QAction *m_saveAll;
     QAction *m_deleteAll;
     QAction *m_openFolder;

@@ -53,7 +53,8 @@ public:
     void selectPreviousRow();
 
     /// Writes the picture of each pinned row, without drawings and crop, to the folder of pinned captures,
-    /// which holds nothing else afterwards. What cannot be written is left out.
+    /// which holds nothing else afterwards. Where that cannot be written, the capture's own file is moved
+    /// there; what cannot be read is left out.
     void SavePinnedHistories();
     /// The files in the folder of pinned captures.
     QStringList pinnedFilePaths() const;

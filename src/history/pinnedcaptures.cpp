@@ -21,6 +21,14 @@ QString numberedPath(const QString &folder, int number) {
     return QStringLiteral("%0/%1.png").arg(folder, QString::number(number));
 }
 
+/// The picture as it was captured becomes the pinned one, for which even a full disk has room.
+void keepAsPin(const Editor *editor, const QString &path) {
+    if (!editor->imageExists() || editor->imageRect().isEmpty())
+        return;
+    if (QFile::rename(editor->imageKey(), path))
+        QFile::setPermissions(path, PrivateFile);
+}
+
 } // namespace
 
 void HistoryWidget::SavePinnedHistories() {
@@ -38,8 +46,11 @@ void HistoryWidget::SavePinnedHistories() {
     for (int row = 0; row < pinned; ++row) {
         const QString path = numberedPath(folder, row);
         trace(2, tag, "%ls", path.utf16());
-        if (!m_historyListWidget->rowItem(row)->editor()->savePinImage(path))
+        Editor *editor = m_historyListWidget->rowItem(row)->editor();
+        if (!editor->savePinImage(path)) {
             trace(1, tag, "Failed to save [%ls]", path.utf16());
+            keepAsPin(editor, path);
+        }
     }
 }
 

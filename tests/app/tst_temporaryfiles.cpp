@@ -3,10 +3,14 @@
 
 #include <QtTest>
 
+#include <sys/inotify.h>
+#include <unistd.h>
+
 class Tst_TemporaryFiles : public QObject {
     Q_OBJECT
 private slots:
     void clearsWhatWasListedAndNothingThatCameLater();
+    void noPinFindsItsNumberTakenWhileFilesGo();
     void withoutAWorkFolderNothingIsTouched();
 };
 
@@ -25,10 +29,40 @@ void Tst_TemporaryFiles::clearsWhatWasListedAndNothingThatCameLater() {
     put("late.png"); // handed to the next editor already
     removeTemporaryFiles(files);
     QVERIFY(!folder.exists(QStringLiteral("early.png")));
-    QVERIFY(folder.exists(QStringLiteral("late.png")));
+    QVERIFY(QFile::remove(folder.filePath(QStringLiteral("late.png"))));
     QVERIFY(folder.exists(QStringLiteral("notes.txt")));
     QVERIFY(folder.exists(QStringLiteral("pin/0.png")));
     QVERIFY(!folder.exists(QStringLiteral("AIRemoveBeta")));
+}
+
+// A pin that comes back finds its place taken by a file of its number: none may be left when the first file
+// of those that hold the pinned pictures is gone.
+void Tst_TemporaryFiles::noPinFindsItsNumberTakenWhileFilesGo() {
+    const QDir folder(workFolder());
+    const QStringList names{QStringLiteral("0.png"), QStringLiteral("1.png"), QStringLiteral("4.png"),
+                            QStringLiteral("a.png")};
+    for (const QString &name : names)
+        QVERIFY(QFile(folder.filePath(name)).open(QIODevice::WriteOnly));
+    const int watch = ::inotify_init1(IN_NONBLOCK);
+    QVERIFY(::inotify_add_watch(watch, QFile::encodeName(folder.path()), IN_DELETE | IN_MOVED_FROM) >= 0);
+    removeTemporaryFiles(filesToClear());
+
+    QSet<QString> present(names.begin(), names.end());
+    int deleted = 0;
+    alignas(inotify_event) char events[4096];
+    const ssize_t size = ::read(watch, events, sizeof events);
+    ::close(watch);
+    for (ssize_t at = 0; at < size;) {
+        const auto *event = reinterpret_cast<const inotify_event *>(events + at);
+        at += ssize_t(sizeof(inotify_event) + event->len);
+        present.remove(QFile::decodeName(event->name));
+        if (!(event->mask & IN_DELETE))
+            continue;
+        ++deleted;
+        QVERIFY2(!present.intersects({names.begin(), names.begin() + 3}), event->name);
+    }
+    QCOMPARE(deleted, names.size());
+    QCOMPARE(folder.entryList({QStringLiteral("*.png")}), QStringList());
 }
 
 // An empty path means the current directory to Qt.

@@ -3,6 +3,7 @@
 #include "history/historylistwidget.h"
 #include "history/historylistwidgetitem.h"
 #include "history/historywidget.h"
+#include "support/filesizelimit.h"
 #include "support/imagecompare.h"
 #include "support/literals.h"
 #include "support/session.h"
@@ -22,6 +23,7 @@ private slots:
     void folderIsWrittenAnew();
     void pictureComesWithoutDrawings();
     void unreadableRowIsSkipped();
+    void fullDiskKeepsThePinnedCapture();
     void filesAreForTheUserAlone();
     void linkInTheFolderIsReplacedNotFollowed_data();
     void linkInTheFolderIsReplacedNotFollowed();
@@ -107,6 +109,22 @@ void Tst_PinnedCaptures::unreadableRowIsSkipped() {
     m_panel->SavePinnedHistories();
     QCOMPARE(m_panel->pinnedFilePaths(), QStringList{pinFile(1)});
     QCOMPARE(widthsOf({pinFile(1)}), QVector<int>{11});
+}
+
+void Tst_PinnedCaptures::fullDiskKeepsThePinnedCapture() {
+    add("old"_qs, 11);
+    m_panel->setPinnedImages(true);
+    m_panel->SavePinnedHistories();
+    add("new"_qs, 12);
+    m_panel->setPinnedImages(true);
+    QVERIFY(QFile::setPermissions(editor(0)->imageKey(), QFile::Permissions(0x6644)));
+    {
+        const FileSizeLimit full(0);
+        m_panel->SavePinnedHistories();
+    }
+    QCOMPARE(m_panel->pinnedFilePaths(), (QStringList{pinFile(0), pinFile(1)}));
+    QCOMPARE(widthsOf(m_panel->pinnedFilePaths()), (QVector<int>{11, 12}));
+    QCOMPARE(int(QFile::permissions(pinFile(0))) & 0x7077, 0x6000);
 }
 
 void Tst_PinnedCaptures::filesAreForTheUserAlone() {

@@ -1,4 +1,5 @@
 #include "output/imagewriter.h"
+#include "support/filesizelimit.h"
 #include "support/imagecompare.h"
 
 #include <QBuffer>
@@ -13,12 +14,10 @@
 
 #include <linux/capability.h>
 #include <sys/mount.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <random>
 
 namespace {
@@ -85,22 +84,6 @@ bool dropFilePrivileges() {
     data[0].inheritable &= dropped;
     return ::syscall(SYS_capset, &header, data) == 0;
 }
-
-/// Files of this process cannot grow beyond a size, as on a disk that is full.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) {
-        std::signal(SIGXFSZ, SIG_IGN);
-        ::getrlimit(RLIMIT_FSIZE, &m_before);
-        rlimit limit = m_before;
-        limit.rlim_cur = bytes;
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() { ::setrlimit(RLIMIT_FSIZE, &m_before); }
-
-private:
-    rlimit m_before{};
-};
 
 /// Closes a folder for writing as long as it lives.
 class ReadOnlyFolder {

@@ -1,7 +1,5 @@
 #!/usr/bin/env python3
 """The real program: its roles, the ways out, and what it leaves behind. usage: tst_start.py EDITOR"""
-import contextlib
-import fcntl
 import os
 import shutil
 import signal
@@ -13,39 +11,7 @@ import time
 import unittest
 from pathlib import Path
 
-EDITOR = sys.argv.pop(1)
-SENDER = Path(__file__).resolve().parents[2] / "tools" / "tindra-send"
-RUNTIME = Path(os.environ["XDG_RUNTIME_DIR"])
-WORK = Path(os.environ["XDG_DATA_HOME"]) / "Norvane/Tindra"
-RESULTS = Path(os.environ["TMPDIR"]) / "results"
-SOCKET = RUNTIME / "TNDEMutex"
-LIMIT = 20.0
-
-SETTINGS = f"""[Config]
-AutoSavePath={RESULTS}
-FilePath={RESULTS}
-"""
-
-
-def wait_for(condition, limit=LIMIT):
-    end = time.monotonic() + limit
-    while time.monotonic() < end:
-        if condition():
-            return True
-        time.sleep(0.02)
-    return bool(condition())
-
-
-def windows():
-    return subprocess.run(["wmctrl", "-l"], capture_output=True, text=True, check=False).stdout.splitlines()
-
-
-@contextlib.contextmanager
-def held(name):
-    """A lock of the runtime folder whose holder does not move."""
-    with open(RUNTIME / name, "w") as lock:
-        fcntl.flock(lock, fcntl.LOCK_EX)
-        yield
+from editorsession import (LIMIT, RESULTS, RUNTIME, SOCKET, WORK, EditorTest, answers, held, wait_for, windows)
 
 
 def picture():
@@ -54,47 +20,7 @@ def picture():
     return path
 
 
-class Start(unittest.TestCase):
-    def setUp(self):
-        self.started = []
-        RESULTS.mkdir(exist_ok=True)
-        settings = Path(os.environ["XDG_CONFIG_HOME"]) / "Norvane/Tindra.conf"
-        settings.parent.mkdir(parents=True, exist_ok=True)
-        settings.write_text(SETTINGS)
-
-    def tearDown(self):
-        for process in self.started:
-            if process.poll() is None:
-                process.kill()
-            process.wait()
-        for folder, pattern in ((WORK, "*.png"), (RESULTS, "*")):
-            for path in folder.glob(pattern):
-                path.unlink()
-
-    def start(self, *arguments, environment=None):
-        process = subprocess.Popen([EDITOR, *map(str, arguments)], env=environment, stdin=subprocess.DEVNULL)
-        self.started.append(process)
-        return process
-
-    def first(self, *arguments):
-        process = self.start(*arguments)
-        self.assertTrue(wait_for(self.answers), "the first editor does not listen")
-        return process
-
-    @staticmethod
-    def answers():
-        with socket.socket(socket.AF_UNIX) as connection:
-            return connection.connect_ex(str(SOCKET)) == 0
-
-    def send(self, *arguments, environment=None):
-        result = subprocess.run([SENDER, *map(str, arguments)], env=environment, capture_output=True, check=False,
-                                timeout=60)
-        self.assertEqual(result.returncode, 0, result.stderr.decode())
-
-    def ended(self, process):
-        """The exit code."""
-        return process.wait(LIMIT)
-
+class Start(EditorTest):
     def capture(self, name):
         """A capture in the work folder, as a capture side puts it there."""
         WORK.mkdir(parents=True, exist_ok=True)
