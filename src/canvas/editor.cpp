@@ -440,7 +440,7 @@ void Editor::emptyRedoList() {
 }
 
 void Editor::reportToolUse() {
-    const int lineStyle = TindraPreferences::instance()->GetInt(TindraPreferences::FigureLineType, 1);
+    const int lineStyle = DrawingAttributes::figureLineStyle();
     const char *code = toolUsageCode(m_shapeType, lineStyle);
     if (!code)
         return;

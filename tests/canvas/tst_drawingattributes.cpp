@@ -14,6 +14,8 @@ private slots:
     void freehandTakesColourAndWidthOnly();
     void widthThatNoPanelOffers_data();
     void widthThatNoPanelOffers();
+    void styleThatIsNoneGivesASolidLine_data();
+    void styleThatIsNoneGivesASolidLine();
     void finishedSettingsStay();
     void noSettingsDrawNothing();
 };
@@ -88,6 +90,23 @@ void Tst_DrawingAttributes::widthThatNoPanelOffers() {
     set(TindraPreferences::LineWidth, stored);
     QTEST(DrawingAttributes::forFigure().lineWidth, "drawn");
     QTEST(DrawingAttributes::forFreehand(TindraPreferences::HighlighterColor).lineWidth, "drawn");
+}
+
+void Tst_DrawingAttributes::styleThatIsNoneGivesASolidLine_data() {
+    QTest::addColumn<int>("stored");
+    QTest::addColumn<int>("drawn");
+    QTest::newRow("dashed") << 2 << 2;
+    QTest::newRow("last") << 5 << 5;
+    QTest::newRow("invisible") << 0 << 1;
+    QTest::newRow("beyond the last") << 6 << 1;
+    QTest::newRow("negative") << -5 << 1;
+    QTest::newRow("most") << std::numeric_limits<int>::max() << 1;
+}
+
+void Tst_DrawingAttributes::styleThatIsNoneGivesASolidLine() {
+    QFETCH(int, stored);
+    set(TindraPreferences::FigureLineType, stored);
+    QTEST(DrawingAttributes::forFigure().lineStyle, "drawn");
 }
 
 void Tst_DrawingAttributes::finishedSettingsStay() {

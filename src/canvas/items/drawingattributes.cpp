@@ -3,7 +3,6 @@
 namespace {
 
 constexpr int DefaultLineWidth = 3;
-constexpr int SolidLine = 1;
 
 /// A settings file can hold any number, but a highlighter draws as many lines as the width says.
 constexpr int WidestLine = 100;
@@ -21,8 +20,15 @@ DrawingAttributes DrawingAttributes::forFigure() {
     attributes.lineColor = preferences.color(TindraPreferences::FigureLineColor);
     attributes.fillColor = preferences.color(TindraPreferences::FigureFillColor);
     attributes.lineWidth = lineWidthSetting();
-    attributes.lineStyle = preferences.GetInt(TindraPreferences::FigureLineType, SolidLine);
+    attributes.lineStyle = figureLineStyle();
     return attributes;
+}
+
+/// A settings file can hold any number, but a style that is none draws nothing.
+int DrawingAttributes::figureLineStyle() {
+    const int stored =
+        TindraPreferences::instance()->GetInt(TindraPreferences::FigureLineType, Qt::SolidLine);
+    return stored >= Qt::SolidLine && stored <= Qt::DashDotDotLine ? stored : Qt::SolidLine;
 }
 
 DrawingAttributes DrawingAttributes::forFreehand(TindraPreferences::Id color) {

@@ -13,6 +13,8 @@ struct DrawingAttributes {
 
     /// Line, arrow, rectangle, circle, balloon.
     static DrawingAttributes forFigure();
+    /// The `Qt::PenStyle` of the next figure.
+    static int figureLineStyle();
     /// Pen and highlighter: always solid.
     static DrawingAttributes forFreehand(TindraPreferences::Id color);
 };
