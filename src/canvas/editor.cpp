@@ -102,6 +102,10 @@ void Editor::setShape(ShapeType shape) {
     const bool open = m_shapeType == TextEditing || m_shapeType == Crop;
     if (open && m_currentItem)
         m_currentItem->drawFinish(false);
+    // The press that opened a text counts until the click that closes it, but not for another tool.
+    const bool isTextMode = shape == Text || shape == TextEditing || shape == TextFinished;
+    if (!isTextMode)
+        m_pressPos = NoPos;
     // Read anew: closing the item above has changed the tool.
     if (m_shapeType != Crop)
         m_previousShapeType = m_shapeType;

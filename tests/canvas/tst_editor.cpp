@@ -97,6 +97,7 @@ private slots:
     void usageCodeOfTool();
     void usageIsReportedOncePerToolAndLineStyle();
     void textUsageIsReportedAfterTheClosingClick();
+    void toolPickedAfterATextIsNotInUseYet();
 
     void saveWritesWhatIsSeen();
     void saveWithoutMarkLeavesTheCaptureUnsaved();
@@ -1010,6 +1011,17 @@ void Tst_Editor::textUsageIsReportedAfterTheClosingClick() {
     QVERIFY(m_usage.isEmpty());
     click(100, 100); // the click that only returns to the text tool
     QCOMPARE(m_usage, QStringList{QStringLiteral("cap_30_12")});
+}
+
+void Tst_Editor::toolPickedAfterATextIsNotInUseYet() {
+    m_editor->setShape(Editor::Text);
+    click(30, 30);
+    m_editor->text->close(true, false);
+    m_editor->setShape(Editor::Pen);
+    m_mouse->move(at(100, 100));
+    QVERIFY(m_usage.isEmpty());
+    drag({{10, 10}, {40, 40}});
+    QCOMPARE(m_usage, QStringList{QStringLiteral("cap_303_11")});
 }
 
 void Tst_Editor::saveWritesWhatIsSeen() {
