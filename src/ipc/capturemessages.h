@@ -15,7 +15,7 @@ enum : quint32 {
     ShownForCapture = 0x86C,
     Hidden = 0x86D, ///< wParam: 1 when the recent list is full
     Shown = 0x86E,
-    LogTargetToggled = 0x86F, ///< wParam: 1 for memory
+    LogTargetToggled = 0x86F, ///< by the debug dialog; wParam: 1 for memory, which pictures then come through
     SilentCaptureSaved = 0x870
 };
 }
