@@ -329,6 +329,10 @@
         <source>Print (&amp;P)</source>
         <translation>인쇄(&amp;P)</translation>
     </message>
+    <message>
+        <source>Show recent captures</source>
+        <translation>최근 캡처 보기</translation>
+    </message>
 </context>
 <context>
     <name>ExitRoutine</name>
@@ -838,6 +842,25 @@ please change save folder.</source>
     <message>
         <source>failed to access save file.</source>
         <translation>저장할 파일에 접근할 수 없습니다.</translation>
+    </message>
+</context>
+<context>
+    <name>ImageToolWidget</name>
+    <message>
+        <source>Image size and zoom</source>
+        <translation>이미지 크기와 배율</translation>
+    </message>
+    <message>
+        <source>Zoom out</source>
+        <translation>축소</translation>
+    </message>
+    <message>
+        <source>Zoom in</source>
+        <translation>확대</translation>
+    </message>
+    <message>
+        <source>Original size</source>
+        <translation>원래 크기</translation>
     </message>
 </context>
 <context>

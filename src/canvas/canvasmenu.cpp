@@ -59,7 +59,7 @@ int entryOfTool(ShapeTypes::ShapeType shape) {
 
 } // namespace
 
-CanvasMenu::CanvasMenu(bool withAiTools, QWidget *parent) : QMenu(parent) {
+CanvasMenu::CanvasMenu(bool withAiTools, QWidget *parent) : Menu(parent) {
     int group = 0;
     for (const Row &row : Rows) {
         if (row.entry == AiTools && !withAiTools)

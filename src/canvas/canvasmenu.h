@@ -1,13 +1,12 @@
 #pragma once
 
 #include "canvas/shapetype.h"
-
-#include <QMenu>
+#include "ui/menu.h"
 
 #include <array>
 
 /// The canvas' context menu. Entries whose panel belongs to the main window take it as a submenu.
-class CanvasMenu : public QMenu {
+class CanvasMenu : public Menu {
     Q_OBJECT
 public:
     enum Entry { AiTools, Figure, Pen, Highlighter, LineWidth, Text, Crop, Mosaic, Eraser, Reset, Print };

@@ -269,6 +269,23 @@ void Editor::finishDrag() {
     endDrag(m_lastPos, m_lastShift);
 }
 
+void Editor::dropDrag() {
+    if (!isDragging())
+        return;
+    // Not destroyed before the editor is: an item may have work of its own under way.
+    if (m_currentItem)
+        takeOutOfScene(graphicsItem(m_currentItem));
+    m_currentItem = nullptr;
+    m_pressPos = NoPos;
+    m_lastPos = NoPos;
+}
+
+void Editor::setGestureActive(bool active) {
+    m_gestureActive = active;
+    if (active)
+        dropDrag();
+}
+
 bool Editor::dropClickOfPen(QPoint pos) {
     if (m_shapeType != Pen || pos != m_pressPos)
         return false;

@@ -79,8 +79,9 @@ public:
     void setZoomStep(int step) { m_zoomStep = step; }
     QPoint savedCenter() const { return m_savedCenter; }
     void setSavedCenter(QPoint center) { m_savedCenter = center; }
-    /// A pan or pinch is running: presses are not for the tools.
-    void setGestureActive(bool active) { m_gestureActive = active; }
+    /// A pan or pinch is running: presses are not for the tools, and neither was that of the first finger,
+    /// before the second one came.
+    void setGestureActive(bool active);
 
 signals:
     void changedShape(Editor::ShapeType shapeType);
@@ -161,6 +162,8 @@ private:
     /// Whether a drawing tool is between press and release.
     bool isDragging() const;
     void endDrag(QPoint pos, bool shift);
+    /// Ends a drag and leaves nothing of it.
+    void dropDrag();
     void toggle(QList<QGraphicsItem *> &from, QList<QGraphicsItem *> &to);
     void takeOutOfScene(QGraphicsItem *item);
     void rejectCurrentItem();

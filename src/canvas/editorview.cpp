@@ -1,15 +1,20 @@
 #include "canvas/editorview.h"
 
+#include "canvas/canvasgestures.h"
 #include "canvas/canvasmenu.h"
 #include "canvas/canvasviewport.h"
 #include "canvas/flagguard.h"
+#include "canvas/floatingcopy.h"
+#include "canvas/imagetoolwidget.h"
 #include "canvas/items/drawingfreehanditem.h"
 #include "canvas/toolcursor.h"
+#include "canvas/viewplacement.h"
 #include "popups/itembutton.h"
 #include "ui/uistyler.h"
 
 #include <QContextMenuEvent>
 #include <QCoreApplication>
+#include <QGestureEvent>
 #include <QMetaMethod>
 #include <QScrollBar>
 #include <QWheelEvent>
@@ -18,28 +23,39 @@
 
 namespace {
 
-/// Distance of the history button from the view's border, at 96 per inch.
-constexpr int HistoryButtonMargin = 10;
-
-/// What a wheel event says on whichever axis it says it.
+/// What a wheel event says on its main axis.
 int wheelDelta(const QWheelEvent &event) {
     const QPoint delta = event.angleDelta();
-    return delta.y() != 0 ? delta.y() : delta.x();
+    return qAbs(delta.x()) > qAbs(delta.y()) ? delta.x() : delta.y();
 }
 
 } // namespace
 
 EditorView::EditorView(QWidget *parent)
     : QGraphicsView(parent), m_viewport(new CanvasViewport), m_historyShow(new ItemButton(this)),
-      m_contextMenu(new CanvasMenu(false, this)) {
+      m_imageTool(new ImageToolWidget(this)), m_contextMenu(new CanvasMenu(false, this)),
+      m_gestures(new CanvasGestures(this)) {
     setViewport(m_viewport);
     // What is to be painted is decided here and not by the base class.
     setViewportUpdateMode(NoViewportUpdate);
     m_historyShow->setObjectName(QStringLiteral("historyShow_"));
+    // The viewport is the youngest child, which lies above the others.
+    m_historyShow->raise();
+    m_imageTool->raise();
+    m_historyShow->setToolTip(tr("Show recent captures"));
+    m_historyShow->setAccessibleName(m_historyShow->toolTip());
     m_historyShow->hide();
     connect(m_historyShow, &ItemButton::clicked, this, &EditorView::onClickHistoryShow);
+    m_imageTool->setObjectName(QStringLiteral("imageTool_"));
+    m_imageTool->hide();
+    connect(m_imageTool, &ImageToolWidget::zoomIn, this, &EditorView::onZoomIn);
+    connect(m_imageTool, &ImageToolWidget::zoomOut, this, &EditorView::onZoomOut);
+    connect(m_imageTool, &ImageToolWidget::zoomReset, this, &EditorView::onZoomReset);
     m_contextMenu->setObjectName(QStringLiteral("contextMenu_"));
     connectMenu();
+    connectGestures();
+    addFloatingCopyAction();
+    UIStyler::setScaleCallback(this, [this](double) { placeFloatingWidgets(); });
     // Zooming around the mouse and the cursor over an open text need to know where the mouse is.
     viewport()->setMouseTracking(true);
 }
@@ -56,6 +72,25 @@ void EditorView::connectMenu() {
     forward(CanvasMenu::Eraser, &EditorView::contextMenuEraser);
     forward(CanvasMenu::Reset, &EditorView::contextMenuReset);
     forward(CanvasMenu::Print, &EditorView::contextMenuPrint);
+}
+
+void EditorView::connectGestures() {
+    connect(m_gestures, &CanvasGestures::active, this, [this](bool active) {
+        if (m_editor)
+            m_editor->setGestureActive(active);
+    });
+    connect(m_gestures, &CanvasGestures::panned, this, &EditorView::onPanned);
+    connect(m_gestures, &CanvasGestures::pinched, this, &EditorView::onPinched);
+}
+
+void EditorView::addFloatingCopyAction() {
+    auto *action = new QAction(this);
+    action->setShortcut(Qt::CTRL | Qt::ALT | Qt::SHIFT | Qt::Key_F);
+    connect(action, &QAction::triggered, this, [this] {
+        if (m_editor)
+            FloatingCopy::open(m_editor, this);
+    });
+    addAction(action);
 }
 
 void EditorView::setAiToolsMenu(QMenu *menu) {
@@ -86,6 +121,8 @@ void EditorView::setEditor(Editor *editor) {
     if (m_editor) {
         // A capture can arrive in the middle of a drag, and its end will be another scene's.
         m_editor->finishDrag();
+        // Nor will the end of a gesture be told to this one.
+        m_editor->setGestureActive(false);
         m_editor->setSavedCenter(mapToScene(viewport()->rect().center()).toPoint());
     }
     for (const QMetaObject::Connection &connection : qAsConst(m_editorConnections))
@@ -102,10 +139,20 @@ void EditorView::setEditor(Editor *editor) {
         connectEditor();
         editor->restoreLastShape();
         onEditorChanged();
-        centerOn(editor->savedCenter());
+        restoreCenter(editor->savedCenter());
+    } else {
+        placeImageTool();
     }
     updateGeometry();
     viewport()->update();
+}
+
+void EditorView::restoreCenter(const QPoint &center) {
+    // What was saved stands at a pixel, the one in the middle or the one before. The base class centres on
+    // the exact middle and cuts what is left of a pixel, so captures would creep from one swap to the next.
+    const QRect area = viewport()->rect();
+    const QPointF fromPixel = QPointF(area.width(), area.height()) / 2 - area.center() + QPointF(0.5, 0.5);
+    centerOn(center + fromPixel / m_zoom);
 }
 
 void EditorView::connectEditor() {
@@ -119,6 +166,7 @@ void EditorView::connectEditor() {
         connect(editor, SIGNAL(createCropItem(DrawingCropItem *)), this, SLOT(onCreateCropItem())),
         connect(editor, &Editor::updateImageSize, this, &EditorView::onUpdateImageSize),
         connect(editor, &Editor::strokeExtended, this, &EditorView::onStrokeExtended),
+        connect(editor, &QObject::destroyed, m_imageTool, &QWidget::hide),
     };
 }
 
@@ -146,7 +194,7 @@ void EditorView::onChangeSceneRect() {
 }
 
 void EditorView::onUpdateImageSize() {
-    placeFloatingWidgets();
+    placeImageTool();
 }
 
 void EditorView::onCreateCropItem() {
@@ -219,6 +267,37 @@ void EditorView::forwardWheel(const QWheelEvent &event, const QPoint &angleDelta
     QGraphicsView::wheelEvent(&turned);
 }
 
+bool EditorView::event(QEvent *event) {
+    if (event->type() == QEvent::Gesture) {
+        m_gestures->handle(static_cast<QGestureEvent *>(event), m_zoom);
+        return true;
+    }
+    // The base class has the viewport grab pans too; accepting means that this widget gets them.
+    if (event->type() == QEvent::GestureOverride)
+        event->accept();
+    return QGraphicsView::event(event);
+}
+
+void EditorView::onPanned(const QPointF &delta) {
+    const auto scroll = [this](const QPoint &angleDelta, Qt::KeyboardModifier modifier) {
+        QWheelEvent wheel(QPointF(), viewport()->mapToGlobal(QPoint()), QPoint(), angleDelta, Qt::LeftButton,
+                          modifier, Qt::NoScrollPhase, false);
+        wheelEvent(&wheel);
+    };
+    scroll(QPoint(static_cast<int>(delta.x()), 0), Qt::ShiftModifier);
+    scroll(QPoint(0, static_cast<int>(delta.y())), Qt::AltModifier);
+}
+
+void EditorView::onPinched(double zoom) {
+    if (!m_editor)
+        return;
+    m_zoom = zoom;
+    // The scale's whole part, although steps count otherwise: the scale that this step stands for is what a
+    // capture comes back with.
+    m_editor->setZoomStep(static_cast<int>(zoom));
+    applyZoom();
+}
+
 void EditorView::resizeEvent(QResizeEvent *event) {
     QGraphicsView::resizeEvent(event);
     applyZoom();
@@ -265,17 +344,25 @@ void EditorView::onEmptyEditor(bool isEmpty) {
 }
 
 void EditorView::placeFloatingWidgets() {
+    placeImageTool();
     placeHistoryButton();
+}
+
+void EditorView::placeImageTool() {
+    if (!m_editor) {
+        m_imageTool->hide();
+        return;
+    }
+    m_imageTool->setImageSize(m_editor->visibleRect().size());
+    m_imageTool->setPercent(shownPercent(m_zoom));
+    m_imageTool->adjustSize();
+    m_imageTool->move(ViewPlacement::imageTool(size(), m_imageTool->size(), widgetScale(this)));
+    m_imageTool->show();
 }
 
 void EditorView::placeHistoryButton() {
     if (!m_historyShow->isVisible())
         return;
-    const int margin = scaled(HistoryButtonMargin);
     const int bar = verticalScrollBar()->isVisible() ? verticalScrollBar()->width() : 0;
-    m_historyShow->move(width() - bar - margin - m_historyShow->width(), margin);
-}
-
-int EditorView::scaled(int size) const {
-    return static_cast<int>(size * widgetScale(this));
+    m_historyShow->move(ViewPlacement::historyButton(size(), m_historyShow->size(), bar, widgetScale(this)));
 }

@@ -11,9 +11,11 @@
 
 #include <optional>
 
+class CanvasGestures;
 class CanvasMenu;
 class CanvasViewport;
 class DebounceFunc;
+class ImageToolWidget;
 class ItemButton;
 class QMenu;
 
@@ -69,6 +71,7 @@ signals:
     void cropped(bool cropped);
 
 protected:
+    bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void drawBackground(QPainter *painter, const QRectF &rect) override;
     void wheelEvent(QWheelEvent *event) override;
@@ -82,16 +85,20 @@ private slots:
     void onUpdateImageSize();
     void onCreateCropItem();
     void onStrokeExtended(const DrawingFreehandItem *item, int firstSegment);
+    void onPanned(const QPointF &delta);
+    void onPinched(double zoom);
 
 private:
     void connectEditor();
     void connectMenu();
+    void connectGestures();
+    void addFloatingCopyAction();
     void setZoomStep(int step);
+    void restoreCenter(const QPoint &center);
     void applyZoom();
     void placeFloatingWidgets();
+    void placeImageTool();
     void placeHistoryButton();
-    /// Sizes in device pixels, from those at 96 per inch.
-    int scaled(int size) const;
     void scheduleRefresh();
     void refreshBackground();
     /// Whether the capture has another picture, under whatever key, than the frame was painted from.
@@ -106,6 +113,7 @@ private:
 
     CanvasViewport *m_viewport;
     ItemButton *m_historyShow;
+    ImageToolWidget *m_imageTool;
     QPointer<Editor> m_editor;
     QVector<QMetaObject::Connection> m_editorConnections;
     double m_zoom = 1.0;
@@ -116,4 +124,5 @@ private:
     std::optional<qint64> m_frameImage; ///< `QPixmap::cacheKey` of what the frame was painted from
     QRegion m_rendered;                 ///< what of the frame is being painted, while it is
     CanvasMenu *m_contextMenu;
+    CanvasGestures *m_gestures;
 };

@@ -27,3 +27,7 @@ double computeZoom(int step) {
 int zoomStepToFit(double scale) {
     return static_cast<int>((scale - LowestScale) * 20.0 / 0.9);
 }
+
+int shownPercent(double scale) {
+    return static_cast<int>(scale * 100);
+}

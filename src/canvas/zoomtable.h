@@ -13,3 +13,7 @@ double computeZoom(int step);
 
 /// The highest step, not counting rounding, whose scale does not exceed `scale` (0.1 to 1.0).
 int zoomStepToFit(double scale);
+
+/// The scale as the user reads it, in per cent. Truncates the product of floating point numbers, so a scale
+/// that lies just below its decimal number shows as one per cent less: 1.15 as 114.
+int shownPercent(double scale);

@@ -2,6 +2,7 @@
 #include "canvas/capturefixture.h"
 #include "canvas/editorview.h"
 #include "canvas/fakeitems.h"
+#include "canvas/imagetoolwidget.h"
 #include "canvas/itemtable.h"
 #include "ipc/imageprovider.h"
 #include "popups/itembutton.h"
@@ -12,6 +13,7 @@
 
 #include <QContextMenuEvent>
 #include <QElapsedTimer>
+#include <QLabel>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTimer>
@@ -83,6 +85,8 @@ private slots:
     void zoomStaysWithinItsSteps();
     void zoomIsKeptPerCapture();
     void scrollPositionIsKeptPerCapture();
+    void scrollPositionDoesNotCreepFromSwapToSwap_data();
+    void scrollPositionDoesNotCreepFromSwapToSwap();
     void controlWheelZoomsAroundTheMouse();
     void wheelScrolls_data();
     void wheelScrolls();
@@ -106,6 +110,11 @@ private slots:
     void withoutEditorOnlyTheBackgroundIsShown();
     void editorThatDiesWhileShownIsForgotten();
 
+    void ownWidgetsLieAboveThePicture();
+    void zoomToolTellsSizeAndScale();
+    void zoomToolStandsAtTheBottomLeft();
+    void zoomToolZooms();
+    void zoomToolIsThereWithACaptureOnly();
     void historyButtonStandsAtTheTopRight();
     void historyButtonMarginFollowsTheScale_data();
     void historyButtonMarginFollowsTheScale();
@@ -126,6 +135,7 @@ private:
     QImage shown() const {
         return m_view->viewport()->grab().toImage().convertToFormat(QImage::Format_RGB32);
     }
+    ImageToolWidget *zoomTool() const { return m_view->findChild<ImageToolWidget *>(); }
     void withMenuOpen(const std::function<void(CanvasMenu *)> &check);
 
     std::unique_ptr<TestEditor> m_editor;
@@ -266,6 +276,46 @@ void Tst_EditorView::scrollPositionIsKeptPerCapture() {
     const QPointF after = m_view->mapToScene(m_view->viewport()->rect().center());
     QVERIFY2(qAbs(after.x() - before.x()) <= 1 && qAbs(after.y() - before.y()) <= 1,
              qPrintable(QStringLiteral("%1, %2").arg(after.x()).arg(after.y())));
+    m_view->setEditor(nullptr);
+}
+
+void Tst_EditorView::scrollPositionDoesNotCreepFromSwapToSwap_data() {
+    QTest::addColumn<int>("step");
+    QTest::addColumn<QSize>("view");
+    QTest::addColumn<int>("tolerance");
+    for (const int side : {300, 301}) {
+        const auto row = [side](const char *name, int step, int tolerance) {
+            QTest::addRow("%s, %d pixels", name, side) << step << QSize(side, side) << tolerance;
+        };
+        row("55 %", 10, 0);
+        row("73 %", 14, 0);
+        row("100 %", 20, 0);
+        // Image pixels count, so the place is as exact as one of them is large.
+        row("145 %", 23, 1);
+        row("800 %", 44, 4);
+    }
+}
+
+void Tst_EditorView::scrollPositionDoesNotCreepFromSwapToSwap() {
+    QFETCH(int, step);
+    QFETCH(QSize, view);
+    QFETCH(int, tolerance);
+    TestEditor large;
+    load(large, QSize(1000, 900), QStringLiteral("large"));
+    m_view->resize(view);
+    large.setZoomStep(step);
+    for (int place = 130; place < 137; ++place) {
+        m_view->setEditor(&large);
+        m_view->horizontalScrollBar()->setValue(place);
+        m_view->verticalScrollBar()->setValue(place - 20);
+        for (int swap = 0; swap < 10; ++swap) {
+            m_view->setEditor(m_editor.get());
+            m_view->setEditor(&large);
+        }
+        const int x = m_view->horizontalScrollBar()->value(), y = m_view->verticalScrollBar()->value();
+        QVERIFY2(qAbs(x - place) <= tolerance && qAbs(y - place + 20) <= tolerance,
+                 qPrintable(QStringLiteral("from %1: %2, %3").arg(place).arg(x).arg(y)));
+    }
     m_view->setEditor(nullptr);
 }
 
@@ -608,6 +658,68 @@ void Tst_EditorView::editorThatDiesWhileShownIsForgotten() {
     m_view->onZoomIn();
     m_view->onChangeSceneRect();
     m_view->onEditorChanged();
+}
+
+void Tst_EditorView::ownWidgetsLieAboveThePicture() {
+    m_view->onClickHistoryHide();
+    auto *button = m_view->findChild<ItemButton *>(QStringLiteral("historyShow_"));
+    QCOMPARE(m_view->childAt(button->geometry().center()), button);
+    QVERIFY(zoomTool()->isAncestorOf(m_view->childAt(zoomTool()->geometry().center())));
+}
+
+void Tst_EditorView::zoomToolTellsSizeAndScale() {
+    const auto *size = zoomTool()->findChild<QLabel *>(QStringLiteral("imageSize_"));
+    const auto *percent = zoomTool()->findChild<QLabel *>(QStringLiteral("percent_"));
+    QCOMPARE(size->text(), QStringLiteral("200 \u00D7 140"));
+    QCOMPARE(percent->text(), QStringLiteral("100%"));
+    m_view->onZoomOut();
+    QCOMPARE(percent->text(), QStringLiteral("96%"));
+    m_editor->applyCrop(QRect(10, 20, 100, 60));
+    QCOMPARE(size->text(), QStringLiteral("100 \u00D7 60"));
+    TestEditor other;
+    load(other, QSize(50, 40), QStringLiteral("other"));
+    m_view->setEditor(&other);
+    QCOMPARE(size->text(), QStringLiteral("50 \u00D7 40"));
+    QCOMPARE(percent->text(), QStringLiteral("100%"));
+    m_view->setEditor(nullptr);
+}
+
+void Tst_EditorView::zoomToolStandsAtTheBottomLeft() {
+    const auto check = [this](int left, int bottom) {
+        QCOMPARE(zoomTool()->x(), left);
+        QCOMPARE(zoomTool()->y() + zoomTool()->height(), m_view->height() - bottom);
+        QCOMPARE(zoomTool()->size(), zoomTool()->sizeHint());
+    };
+    check(10, 20);
+    m_view->resize(350, 260);
+    check(10, 20);
+    m_view->dpi = 144;
+    m_view->onZoomIn();
+    check(15, 30);
+}
+
+void Tst_EditorView::zoomToolZooms() {
+    const auto click = [this](const char *name) {
+        zoomTool()->findChild<ItemButton *>(QString::fromLatin1(name))->click();
+        return m_view->transform().m11();
+    };
+    QCOMPARE(click("zoomIn_"), 1.15);
+    QCOMPARE(click("zoomIn_"), 1.3);
+    QCOMPARE(click("zoomOut_"), 1.15);
+    QCOMPARE(click("originalSize_"), 1.0);
+    QCOMPARE(click("zoomOut_"), 0.96);
+}
+
+void Tst_EditorView::zoomToolIsThereWithACaptureOnly() {
+    QVERIFY(zoomTool()->isVisible());
+    m_view->setEditor(nullptr);
+    QVERIFY(!zoomTool()->isVisible());
+    m_view->resize(350, 260);
+    QVERIFY(!zoomTool()->isVisible());
+    m_view->setEditor(m_editor.get());
+    QVERIFY(zoomTool()->isVisible());
+    m_editor.reset(); // dies while shown
+    QVERIFY(!zoomTool()->isVisible());
 }
 
 void Tst_EditorView::historyButtonStandsAtTheTopRight() {

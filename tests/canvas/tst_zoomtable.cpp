@@ -8,8 +8,11 @@ private slots:
     void scaleOfStep_data();
     void scaleOfStep();
     void everyStepScalesMoreThanTheOneBefore();
+    void everyStepFollowsTheTable();
     void stepToFit_data();
     void stepToFit();
+    void percentIsTheTruncatedProduct_data();
+    void percentIsTheTruncatedProduct();
 };
 
 void Tst_ZoomTable::scaleOfStep_data() {
@@ -43,6 +46,20 @@ void Tst_ZoomTable::everyStepScalesMoreThanTheOneBefore() {
         QVERIFY2(computeZoom(step) < computeZoom(step + 1), qPrintable(QString::number(step)));
 }
 
+// In whole numbers: tenths of a per cent, rounded half up.
+void Tst_ZoomTable::everyStepFollowsTheTable() {
+    for (int step = 0; step <= 44; ++step) {
+        int tenths;
+        if (step < 20)
+            tenths = 100 + 45 * step;
+        else if (step <= 40)
+            tenths = 1000 + 150 * (step - 20);
+        else
+            tenths = 4000 + 1000 * (step - 40);
+        QCOMPARE(computeZoom(step), (tenths + 5) / 10 / 100.0);
+    }
+}
+
 void Tst_ZoomTable::stepToFit_data() {
     QTest::addColumn<double>("scale");
     QTest::addColumn<int>("step");
@@ -55,6 +72,23 @@ void Tst_ZoomTable::stepToFit() {
     QFETCH(double, scale);
     QFETCH(int, step);
     QCOMPARE(zoomStepToFit(scale), step);
+}
+
+void Tst_ZoomTable::percentIsTheTruncatedProduct_data() {
+    QTest::addColumn<int>("step");
+    QTest::addColumn<int>("percent");
+    QTest::newRow("lowest") << 0 << 10;
+    QTest::newRow("rounded up by the table") << 19 << 96;
+    QTest::newRow("100 %") << 20 << 100;
+    QTest::newRow("1.15 lies just below its decimal") << 21 << 114;
+    QTest::newRow("1.30 does not") << 22 << 130;
+    QTest::newRow("highest") << 44 << 800;
+}
+
+void Tst_ZoomTable::percentIsTheTruncatedProduct() {
+    QFETCH(int, step);
+    QFETCH(int, percent);
+    QCOMPARE(shownPercent(computeZoom(step)), percent);
 }
 
 QTEST_APPLESS_MAIN(Tst_ZoomTable)
