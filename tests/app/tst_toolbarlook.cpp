@@ -1,6 +1,6 @@
 #include "app/toolbar.h"
 #include "app/windowtest.h"
-#include "ui/uistyler.h"
+#include "ui/builtinstyle.h"
 
 #include <QLabel>
 #include <QMenu>
@@ -32,9 +32,7 @@ private:
 };
 
 void Tst_ToolbarLook::initTestCase() {
-    UIStyler::install(qApp);
-    UIStyler::setColorsIniPath(qApp, QStringLiteral(":/style/editor_variables.ini"));
-    UIStyler::setStyleSheetPaths(qApp, {QStringLiteral(":/style/editor.qss")});
+    installBuiltInStyle(qApp);
 }
 
 QImage Tst_ToolbarLook::look(QWidget *widget) const {

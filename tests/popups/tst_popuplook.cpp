@@ -9,9 +9,9 @@
 #include "popups/toolbutton.h"
 #include "preferences/tindrapreferences.h"
 #include "support/fakeplatform.h"
+#include "ui/builtinstyle.h"
 #include "ui/coachmarkwidget.h"
 #include "ui/menu.h"
-#include "ui/uistyler.h"
 
 #include <QHBoxLayout>
 #include <QScreen>
@@ -42,10 +42,7 @@ private:
 
 void Tst_PopupLook::initTestCase() {
     FakePlatform::install();
-    UIStyler::install(qApp);
-    UIStyler::setColorsIniPath(qApp, QStringLiteral(":/style/editor_variables.ini"));
-    UIStyler::setStyleSheetPaths(
-        qApp, {QStringLiteral(":/style/editor.qss"), QStringLiteral(":/style/editor_non_dwm_shadows.qss")});
+    installBuiltInStyle(qApp);
 }
 
 void Tst_PopupLook::init() {

@@ -1,5 +1,6 @@
 #include "support/openedurls.h"
 #include "ui/aboutdialog.h"
+#include "ui/builtinstyle.h"
 #include "ui/clickablelabel.h"
 #include "ui/uistyler.h"
 
@@ -20,9 +21,7 @@ private slots:
 
 void Tst_AboutDialog::initTestCase() {
     QCoreApplication::setApplicationVersion(QStringLiteral("3.2.1"));
-    UIStyler::install(qApp);
-    UIStyler::setColorsIniPath(qApp, QStringLiteral(":/style/editor_variables.ini"));
-    UIStyler::setStyleSheetPaths(qApp, {QStringLiteral(":/style/editor.qss")});
+    installBuiltInStyle(qApp);
 }
 
 void Tst_AboutDialog::sizeFollowsTheScale_data() {

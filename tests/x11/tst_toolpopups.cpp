@@ -11,9 +11,9 @@
 #include "popups/textpopup.h"
 #include "popups/toolbutton.h"
 #include "preferences/tindrapreferences.h"
+#include "ui/builtinstyle.h"
 #include "ui/menu.h"
 #include "ui/rangedspinbox.h"
-#include "ui/uistyler.h"
 
 #include <QHBoxLayout>
 #include <QLineEdit>
@@ -86,10 +86,7 @@ void Tst_ToolPopups::settle(QWidget *popup) {
 }
 
 void Tst_ToolPopups::initTestCase() {
-    UIStyler::install(qApp);
-    UIStyler::setColorsIniPath(qApp, QStringLiteral(":/style/editor_variables.ini"));
-    UIStyler::setStyleSheetPaths(
-        qApp, {QStringLiteral(":/style/editor.qss"), QStringLiteral(":/style/editor_non_dwm_shadows.qss")});
+    installBuiltInStyle(qApp);
 }
 
 void Tst_ToolPopups::init() {

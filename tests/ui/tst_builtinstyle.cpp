@@ -1,0 +1,419 @@
+#include "support/fakeplatform.h"
+#include "ui/builtinstyle.h"
+#include "ui/stylesheettext.h"
+#include "ui/uistyler.h"
+#include "ui/uistylerproperties.h"
+
+#include <QFile>
+#include <QFontDatabase>
+#include <QGlyphRun>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPixmap>
+#include <QRawFont>
+#include <QRegularExpression>
+#include <QSettings>
+#include <QTextLayout>
+#include <QtTest>
+
+/// The look as it is compiled in: its fonts, and sheets without mistakes that Qt would pass over.
+class Tst_BuiltInStyle : public QObject {
+    Q_OBJECT
+private slots:
+    void initTestCase() { FakePlatform::install(); }
+    void lettersComeFromOneFamily_data();
+    void lettersComeFromOneFamily();
+    void substitutesStandOnce();
+    void lineInPlaceOfTheShadow_data();
+    void lineInPlaceOfTheShadow();
+    void everyVariableIsInTheTable_data();
+    void everyVariableIsInTheTable();
+    void everyPictureIsThere_data();
+    void everyPictureIsThere();
+    void isReadWithoutComplaint_data();
+    void isReadWithoutComplaint();
+    void mistakesAreComplainedAbout_data();
+    void mistakesAreComplainedAbout();
+    void declarationsAreWhole_data();
+    void declarationsAreWhole();
+    void sectionsStandInTheirOrder();
+    void declarationsStandInTheirOrder();
+    void dialogsLookAlike();
+    void looksOfTheBasicWidgets_data();
+    void looksOfTheBasicWidgets();
+
+private:
+    /// One selector with all that its block declares.
+    struct Rule {
+        QString selector;
+        QStringList declarations;
+    };
+    static QVector<Rule> rules(const QString &path);
+    static void addSheets();
+    static QString sheet(const QString &path);
+    static QString withoutComments(QString text);
+    /// What Qt says when it takes that sheet for that scale.
+    static QStringList complaints(const QString &text, double scale);
+};
+
+namespace {
+
+QStringList messages;
+
+void collect(QtMsgType, const QMessageLogContext &, const QString &text) {
+    messages.append(text);
+}
+
+const QString mainSheet = QStringLiteral(":/style/editor.qss");
+const QString supplement = QStringLiteral(":/style/editor_non_dwm_shadows.qss");
+const QString table = QStringLiteral(":/style/editor_variables.ini");
+
+} // namespace
+
+void Tst_BuiltInStyle::addSheets() {
+    QTest::addColumn<QString>("path");
+    QTest::newRow("sheet") << mainSheet;
+    QTest::newRow("supplement") << supplement;
+}
+
+QString Tst_BuiltInStyle::sheet(const QString &path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+QString Tst_BuiltInStyle::withoutComments(QString text) {
+    static const QRegularExpression comment(QStringLiteral("/\\*.*?\\*/"),
+                                            QRegularExpression::DotMatchesEverythingOption);
+    return text.remove(comment);
+}
+
+QVector<Tst_BuiltInStyle::Rule> Tst_BuiltInStyle::rules(const QString &path) {
+    static const QRegularExpression block(QStringLiteral("([^{}]+)\\{([^{}]*)\\}"));
+    QVector<Rule> rules;
+    auto blocks = block.globalMatch(withoutComments(sheet(path)));
+    while (blocks.hasNext()) {
+        const QRegularExpressionMatch match = blocks.next();
+        QStringList declarations;
+        for (const QString &declaration : match.captured(2).split(QLatin1Char(';')))
+            declarations.append(declaration.simplified());
+        declarations.removeAll(QString());
+        for (const QString &selector : match.captured(1).split(QLatin1Char(',')))
+            rules.append({selector.simplified(), declarations});
+    }
+    return rules;
+}
+
+QStringList Tst_BuiltInStyle::complaints(const QString &text, double scale) {
+    const QSettings colors(table, QSettings::IniFormat);
+    const auto lookUp = [&](const QString &key) { return colors.value(key).toString(); };
+    messages.clear();
+    const QtMessageHandler before = qInstallMessageHandler(collect);
+    {
+        QLabel window;
+        window.setStyleSheet(preprocessStyleSheet(text, lookUp, scale));
+        window.ensurePolished();
+    }
+    qInstallMessageHandler(before);
+    return messages;
+}
+
+void Tst_BuiltInStyle::lettersComeFromOneFamily_data() {
+    QTest::addColumn<QString>("family");
+    QTest::newRow("the sheet's") << QStringLiteral("Malgun Gothic");
+    QTest::newRow("the link's") << QStringLiteral("dotum");
+}
+
+void Tst_BuiltInStyle::lettersComeFromOneFamily() {
+    QFETCH(QString, family);
+    if (QFontDatabase().families().contains(family))
+        QSKIP("The family itself is installed.");
+    installBuiltInStyle(qApp);
+    QLabel window;
+    window.setStyleSheet(QStringLiteral("* { font-family: \"%1\"; font-size: 12px; }").arg(family));
+    window.ensurePolished();
+    QTextLayout layout(QStringLiteral("Tindra 0123 (&S) 저장하시겠습니까?"), window.font());
+    layout.beginLayout();
+    layout.createLine();
+    layout.endLayout();
+    QStringList used;
+    for (const QGlyphRun &run : layout.glyphRuns())
+        used.append(run.rawFont().familyName().toLower());
+    used.removeDuplicates();
+    QCOMPARE(used, QStringList{QStringLiteral("noto sans cjk kr")});
+}
+
+void Tst_BuiltInStyle::substitutesStandOnce() {
+    installBuiltInStyle(qApp);
+    installBuiltInStyle(qApp);
+    QCOMPARE(QFont::substitutes(QStringLiteral("Malgun Gothic")),
+             (QStringList{QStringLiteral("noto sans cjk kr"), QStringLiteral("nanumgothic")}));
+}
+
+void Tst_BuiltInStyle::lineInPlaceOfTheShadow_data() {
+    QTest::addColumn<bool>("shadow");
+    QTest::addColumn<QStringList>("sheets");
+    QTest::newRow("desktop with shadows") << true << QStringList{mainSheet};
+    QTest::newRow("desktop without") << false << QStringList{mainSheet, supplement};
+}
+
+void Tst_BuiltInStyle::lineInPlaceOfTheShadow() {
+    QFETCH(bool, shadow);
+    FakePlatform::install()->nativeShadow = shadow;
+    installBuiltInStyle(qApp);
+    QTEST(qApp->property(UIStylerProperty::QssPaths).toStringList(), "sheets");
+    QCOMPARE(qApp->property(UIStylerProperty::ColorsIniPath).toString(), table);
+}
+
+void Tst_BuiltInStyle::everyVariableIsInTheTable_data() {
+    addSheets();
+}
+
+void Tst_BuiltInStyle::everyVariableIsInTheTable() {
+    QFETCH(QString, path);
+    const QStringList keys = QSettings(table, QSettings::IniFormat).allKeys();
+    auto matches =
+        QRegularExpression(QStringLiteral("var\\(([^)]*)\\)")).globalMatch(withoutComments(sheet(path)));
+    QVERIFY(matches.hasNext());
+    while (matches.hasNext()) {
+        const QString key = matches.next().captured(1);
+        QVERIFY2(keys.contains(key), qPrintable(key));
+    }
+}
+
+void Tst_BuiltInStyle::everyPictureIsThere_data() {
+    QTest::addColumn<QString>("picture");
+    auto matches =
+        QRegularExpression(QStringLiteral("url\\(([^)]*)\\)")).globalMatch(withoutComments(sheet(mainSheet)));
+    QVERIFY(matches.hasNext());
+    while (matches.hasNext()) {
+        const QString picture = matches.next().captured(1);
+        QTest::newRow(qPrintable(picture)) << picture;
+    }
+}
+
+void Tst_BuiltInStyle::everyPictureIsThere() {
+    QFETCH(QString, picture);
+    QVERIFY(!QPixmap(picture).isNull());
+}
+
+void Tst_BuiltInStyle::isReadWithoutComplaint_data() {
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<double>("scale");
+    for (const double scale : {1.0, 1.25, 1.5, 2.0}) {
+        QTest::addRow("sheet at %g", scale) << mainSheet << scale;
+        QTest::addRow("supplement at %g", scale) << supplement << scale;
+    }
+}
+
+void Tst_BuiltInStyle::isReadWithoutComplaint() {
+    QFETCH(QString, path);
+    QFETCH(double, scale);
+    QVERIFY(!sheet(path).isEmpty());
+    QCOMPARE(complaints(sheet(path), scale), QStringList());
+}
+
+void Tst_BuiltInStyle::mistakesAreComplainedAbout_data() {
+    QTest::addColumn<QString>("text");
+    QTest::newRow("bracket that stays open") << QStringLiteral("QLabel { color: red;");
+    QTest::newRow("bracket too many") << QStringLiteral("QLabel { color: red; }} QLabel { color: red; }");
+    QTest::newRow("unknown property") << QStringLiteral("QLabel { colour: red; }");
+    QTest::newRow("scale that is no number") << QStringLiteral("QLabel { min-width: scale(a)px }}");
+}
+
+void Tst_BuiltInStyle::mistakesAreComplainedAbout() {
+    QFETCH(QString, text);
+    QVERIFY(!complaints(text, 1.0).isEmpty());
+}
+
+void Tst_BuiltInStyle::declarationsAreWhole_data() {
+    addSheets();
+}
+
+/// Qt says nothing about these.
+void Tst_BuiltInStyle::declarationsAreWhole() {
+    QFETCH(QString, path);
+    static const QRegularExpression whole(QStringLiteral("^[a-zA-Z-]+: \\S.*$"));
+    static const QRegularExpression badScale(QStringLiteral("scale\\((?!\\d+\\))"));
+    for (const Rule &rule : rules(path)) {
+        QVERIFY2(!rule.selector.isEmpty(), qPrintable(rule.declarations.join(QLatin1Char(';'))));
+        for (const QString &declaration : rule.declarations) {
+            QVERIFY2(whole.match(declaration).hasMatch(),
+                     qPrintable(rule.selector + QLatin1Char(' ') + declaration));
+            QVERIFY2(!badScale.match(declaration).hasMatch(), qPrintable(declaration));
+        }
+    }
+}
+
+void Tst_BuiltInStyle::sectionsStandInTheirOrder() {
+    const QStringList order{
+        QStringLiteral("basic widgets"),
+        QStringLiteral("ToolButton"),
+        QStringLiteral("TindraEditor"),
+        QStringLiteral("Popup"),
+        QStringLiteral("PositiveButton, NegativeButton"),
+        QStringLiteral("ItemButton"),
+        QStringLiteral("images of the popups"),
+        QStringLiteral("ColorSelectPopup, ColorPicker"),
+        QStringLiteral("EditorView"),
+        QStringLiteral("HistoryWidget"),
+        QStringLiteral("BannerFrame"),
+        QStringLiteral("ConfirmSaveDialog"),
+        QStringLiteral("PreferencesDialog"),
+        QStringLiteral("ImagePreferencesWidget"),
+        QStringLiteral("ShortcutPreferencesWidget"),
+        QStringLiteral("FileNameFormatSettingDialog"),
+        QStringLiteral("SizeInputDialog"),
+        QStringLiteral("MessageDialog"),
+        QStringLiteral("AboutDialog"),
+        QStringLiteral("PrintPreviewDialog"),
+        QStringLiteral("CoachmarkWidget"),
+    };
+    static const QRegularExpression heading(QStringLiteral("/\\* ---- (.*) ---- \\*/"));
+    auto headings = heading.globalMatch(sheet(mainSheet));
+    int before = -1;
+    while (headings.hasNext()) {
+        const QString name = headings.next().captured(1);
+        const int place = order.indexOf(name);
+        QVERIFY2(place < 0 || place > before, qPrintable(name));
+        before = qMax(before, place);
+    }
+    QCOMPARE(before, order.size() - 1);
+}
+
+void Tst_BuiltInStyle::declarationsStandInTheirOrder() {
+    // Font, background, border, size, padding, margin, the rest.
+    static const QRegularExpression groups[] = {
+        QRegularExpression(QStringLiteral("^(color|font.*)$")),
+        QRegularExpression(QStringLiteral("^background")),
+        QRegularExpression(QStringLiteral("^border")),
+        QRegularExpression(QStringLiteral("^(min-|max-)?(width|height)$")),
+        QRegularExpression(QStringLiteral("^padding")),
+        QRegularExpression(QStringLiteral("^margin"))};
+    for (const Rule &rule : rules(mainSheet)) {
+        std::ptrdiff_t before = 0;
+        for (const QString &declaration : rule.declarations) {
+            const QString property = declaration.section(QLatin1Char(':'), 0, 0);
+            const auto group = std::find_if(std::begin(groups), std::end(groups),
+                                            [&](const QRegularExpression &names) {
+                                                return names.match(property).hasMatch();
+                                            }) -
+                               std::begin(groups);
+            QVERIFY2(group >= before, qPrintable(rule.selector + QStringLiteral(": ") + property));
+            before = group;
+        }
+    }
+}
+
+void Tst_BuiltInStyle::dialogsLookAlike() {
+    static const QRegularExpression dialog(QStringLiteral("^\\w+Dialog$"));
+    int dialogs = 0;
+    for (const Rule &rule : rules(mainSheet)) {
+        if (!dialog.match(rule.selector).hasMatch())
+            continue;
+        ++dialogs;
+        QVERIFY2(rule.declarations.contains(QStringLiteral("background-color: var(color2)")),
+                 qPrintable(rule.selector));
+        QVERIFY2(rule.declarations.contains(QStringLiteral("border-top: scale(1)px solid var(color31)")),
+                 qPrintable(rule.selector));
+    }
+    QVERIFY(dialogs >= 4);
+}
+
+void Tst_BuiltInStyle::looksOfTheBasicWidgets_data() {
+    QTest::addColumn<QString>("selector");
+    QTest::addColumn<QString>("declaration");
+    const auto add = [](const char *selector, const char *declaration) {
+        QTest::addRow("%s { %s }", selector, declaration)
+            << QString::fromLatin1(selector) << QString::fromLatin1(declaration);
+    };
+    add("*", "font-family: \"Malgun Gothic\"");
+    add("*", "font-size: scale(12)px");
+    add("QPushButton", "color: var(color8)");
+    add("QPushButton", "background-color: var(color2)");
+    add("QPushButton", "border: scale(1)px solid var(color9)");
+    add("QPushButton", "border-radius: scale(3)px");
+    add("QPushButton", "outline: none");
+    add("QPushButton", "min-height: scale(24)px");
+    add("QPushButton:hover", "background-color: var(color21)");
+    add("QPushButton:pressed", "background-color: var(color22)");
+    add("QPushButton:checked", "background-color: var(color22)");
+    add("QPushButton:disabled", "color: var(color9)");
+    add("QPushButton:disabled", "border-color: var(color34)");
+    add("QPushButton::menu-indicator", "width: scale(7)px");
+    add("QPushButton::menu-indicator", "height: scale(4)px");
+    add("QPushButton::menu-indicator", "subcontrol-position: center right");
+    add("QPushButton::menu-indicator", "left: -scale(5)px");
+    add("QLineEdit", "border: scale(1)px solid var(color9)");
+    add("QLineEdit", "padding-left: scale(6)px");
+    add("QLineEdit", "min-height: scale(24)px");
+    add("QCheckBox::indicator", "width: scale(12)px");
+    add("QMenu::indicator", "height: scale(12)px");
+    add("QRadioButton", "spacing: scale(6)px");
+    add("QRadioButton::indicator", "width: scale(16)px");
+    add("QComboBox", "border: scale(1)px solid var(color9)");
+    add("QComboBox", "padding-left: scale(9)px");
+    add("QComboBox", "min-height: scale(24)px");
+    add("QComboBox::down-arrow", "width: scale(7)px");
+    add("QComboBox::down-arrow", "height: scale(4)px");
+    add("QSpinBox", "min-height: scale(24)px");
+    add("QScrollBar:vertical", "max-width: scale(18)px");
+    add("QScrollBar:vertical", "margin: scale(5)px");
+    add("QScrollBar:horizontal", "max-height: scale(18)px");
+    add("QScrollBar::handle", "background-color: var(color2)");
+    add("QScrollBar::handle", "border: scale(1)px solid var(color20)");
+    add("QScrollBar::handle", "border-radius: scale(3)px");
+    add("QToolBar::separator", "background-color: var(color39)");
+    add("QMenu", "font-size: scale(13)px");
+    add("QMenu::item", "min-width: scale(140)px");
+    add("QMenu::item", "min-height: scale(36)px");
+    add("QMenu::item", "padding-left: scale(40)px");
+    add("QMenu::item", "padding-right: scale(14)px");
+    add("QMenu::item:selected", "background-color: var(color22)");
+    add("QFrame[frameShape=\"4\"]", "background-color: var(color6)");
+    add("QFrame[frameShape=\"4\"]", "max-height: scale(1)px");
+    add("QFrame[frameShape=\"5\"]", "max-width: scale(1)px");
+    add("QListWidget::item", "min-height: scale(24)px");
+    add("#hasShadowEffect", "background-color: var(color2)");
+    add("TindraEditor", "min-width: scale(910)px");
+    add("TindraEditor", "min-height: scale(300)px");
+    add("PositiveButton", "background-color: var(color13)");
+    add("PositiveButton", "min-width: scale(85)px");
+    add("PositiveButton:hover", "background-color: var(color17)");
+    add("PositiveButton:pressed", "background-color: var(color18)");
+    add("PositiveButton:disabled", "background-color: var(color34)");
+    add("NegativeButton", "min-width: scale(85)px");
+    add("ColorSquare", "min-width: scale(132)px");
+    add("ColorSquare", "max-height: scale(100)px");
+    add("GradientSlider", "max-width: scale(16)px");
+    add("GradientSlider", "min-height: scale(100)px");
+    add("MessageDialog #icon_", "min-width: scale(28)px");
+    add("MessageDialog #icon_", "max-height: scale(28)px");
+    add("MessageDialog #text_", "font-size: scale(13)px");
+    add("MessageDialog #text_", "color: var(color1)");
+    add("MessageDialog #informativeText_", "font-size: scale(12)px");
+    add("MessageDialog #informativeText_", "color: var(color19)");
+    add("MessageDialog #bottom_", "background-color: var(color14)");
+    add("MessageDialog #positiveButton", "background-color: var(color13)");
+    add("AboutDialog #labelAbout", "min-width: scale(439)px");
+    add("AboutDialog #labelAbout", "max-height: scale(272)px");
+    add("CoachmarkWidget #label", "color: var(color2)");
+}
+
+void Tst_BuiltInStyle::looksOfTheBasicWidgets() {
+    QFETCH(QString, selector);
+    QFETCH(QString, declaration);
+    const QString property = declaration.section(QLatin1Char(':'), 0, 0) + QLatin1Char(':');
+    QString last;
+    for (const Rule &rule : rules(mainSheet)) {
+        if (rule.selector != selector)
+            continue;
+        for (const QString &other : rule.declarations) {
+            if (other.startsWith(property))
+                last = other;
+        }
+    }
+    QCOMPARE(last, declaration);
+}
+
+QTEST_MAIN(Tst_BuiltInStyle)
+#include "tst_builtinstyle.moc"
