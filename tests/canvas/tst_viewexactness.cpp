@@ -1,6 +1,7 @@
 #include "canvas/capturefixture.h"
 #include "canvas/editorview.h"
 #include "canvas/fakeitems.h"
+#include "canvas/imagetoolwidget.h"
 #include "ipc/imageprovider.h"
 #include "preferences/tindrapreferences.h"
 #include "support/imagecompare.h"
@@ -122,6 +123,8 @@ void Tst_ViewExactness::show(const Scene &scene) {
         QVERIFY(QMetaObject::invokeMethod(m_editor.get(), "onCrop", Q_ARG(QRect, scene.crop)));
     m_noSmoothBackground.reset(scene.waitForSmooth ? nullptr : new NoSmoothBackground);
     m_view = std::make_unique<EditorView>();
+    // It stands before the picture, on the screen.
+    m_view->findChild<ImageToolWidget *>()->setMaximumSize(0, 0);
     m_view->setFrameShape(QFrame::NoFrame);
     m_view->resize(303, 211);
     QPalette palette = m_view->viewport()->palette();
