@@ -170,6 +170,10 @@ void Editor::reset() {
 
 void Editor::mousePressEvent(QGraphicsSceneMouseEvent *event) {
     QGraphicsScene::mousePressEvent(event);
+    // With Ctrl down the toolkit leaves the selection as it is, and an open text would stay without the
+    // focus.
+    if (m_shapeType == TextEditing && !mouseGrabberItem())
+        clearSelection();
     pressTool(event);
 }
 

@@ -113,12 +113,12 @@ protected:
     virtual NewItem makeItem(ShapeType shape, const QRectF &sceneRect);
 
     // The connections of each kind of item, for whatever class has the signals and slots of that kind.
-    // The signals that carry an item are connected by name, since its class need not be complete here.
+    // The signal that carries a crop is connected by name, since its class need not be complete there.
     template <class Item> void connectDrawing(Item *item) {
         connect(this, &Editor::changeSceneRect, item, &Item::onChangeSceneRect);
     }
     template <class Item> void connectText(Item *item) {
-        connect(item, SIGNAL(moveTextItem(DrawingTextItem *)), this, SIGNAL(moveTextItem(DrawingTextItem *)));
+        connect(item, &Item::moveTextItem, this, &Editor::moveTextItem);
         connect(item, &Item::finishEdit, this, &Editor::onFinishTextEdit);
         connect(this, &Editor::changeSceneRect, item, &Item::onChangeSceneRect);
     }

@@ -5,8 +5,10 @@
 #include "canvas/canvasviewport.h"
 #include "canvas/flagguard.h"
 #include "canvas/floatingcopy.h"
+#include "canvas/floatingtextpopup.h"
 #include "canvas/imagetoolwidget.h"
 #include "canvas/items/drawingfreehanditem.h"
+#include "canvas/items/drawingtextitem.h"
 #include "canvas/toolcursor.h"
 #include "canvas/viewplacement.h"
 #include "popups/itembutton.h"
@@ -34,7 +36,7 @@ int wheelDelta(const QWheelEvent &event) {
 EditorView::EditorView(QWidget *parent)
     : QGraphicsView(parent), m_viewport(new CanvasViewport), m_historyShow(new ItemButton(this)),
       m_imageTool(new ImageToolWidget(this)), m_contextMenu(new CanvasMenu(false, this)),
-      m_gestures(new CanvasGestures(this)) {
+      m_gestures(new CanvasGestures(this)), m_textPopup(std::make_unique<FloatingTextPopup>(this)) {
     setViewport(m_viewport);
     // What is to be painted is decided here and not by the base class.
     setViewportUpdateMode(NoViewportUpdate);
@@ -123,6 +125,8 @@ void EditorView::setEditor(Editor *editor) {
         m_editor->finishDrag();
         // Nor will the end of a gesture be told to this one.
         m_editor->setGestureActive(false);
+        // The popup of an open item is this view's.
+        m_editor->finishCurrentItem(false);
         m_editor->setSavedCenter(mapToScene(viewport()->rect().center()).toPoint());
     }
     for (const QMetaObject::Connection &connection : qAsConst(m_editorConnections))
@@ -162,6 +166,9 @@ void EditorView::connectEditor() {
         connect(editor, &Editor::changed, this, &EditorView::onEditorChanged),
         connect(editor, &Editor::changedShape, this, &EditorView::onChangeShape),
         connect(editor, &Editor::changeSceneRect, this, &EditorView::onChangeSceneRect),
+        connect(editor, &Editor::createTextItem, this, &EditorView::onCreateTextItem),
+        connect(editor, &Editor::moveTextItem, this, &EditorView::onMoveTextItem),
+        connect(editor, &Editor::finishTextItem, this, &EditorView::onFinishTextItem),
         // By name: a member pointer wants the argument's class complete.
         connect(editor, SIGNAL(createCropItem(DrawingCropItem *)), this, SLOT(onCreateCropItem())),
         connect(editor, &Editor::updateImageSize, this, &EditorView::onUpdateImageSize),
@@ -195,6 +202,18 @@ void EditorView::onChangeSceneRect() {
 
 void EditorView::onUpdateImageSize() {
     placeImageTool();
+}
+
+void EditorView::onCreateTextItem(DrawingTextItem *item) {
+    m_textPopup->open(item);
+}
+
+void EditorView::onMoveTextItem(DrawingTextItem *) {
+    m_textPopup->place();
+}
+
+void EditorView::onFinishTextItem() {
+    m_textPopup->finish();
 }
 
 void EditorView::onCreateCropItem() {
@@ -250,14 +269,15 @@ void EditorView::wheelEvent(QWheelEvent *event) {
             onZoomOut();
         setTransformationAnchor(anchor);
         event->accept();
-        return;
-    }
-    if (event->modifiers() & Qt::ShiftModifier)
+    } else if (event->modifiers() & Qt::ShiftModifier) {
         forwardWheel(*event, QPoint(delta, 0), Qt::AltModifier);
-    else if (event->modifiers() & Qt::AltModifier)
+    } else if (event->modifiers() & Qt::AltModifier) {
         forwardWheel(*event, QPoint(0, delta), event->modifiers());
-    else
+    } else {
         QGraphicsView::wheelEvent(event);
+    }
+    m_textPopup->place();
+    m_textPopup->hide();
 }
 
 void EditorView::forwardWheel(const QWheelEvent &event, const QPoint &angleDelta,
@@ -303,6 +323,16 @@ void EditorView::resizeEvent(QResizeEvent *event) {
     applyZoom();
 }
 
+void EditorView::showEvent(QShowEvent *event) {
+    QGraphicsView::showEvent(event);
+    m_textPopup->setShown(true);
+}
+
+void EditorView::hideEvent(QHideEvent *event) {
+    QGraphicsView::hideEvent(event);
+    m_textPopup->setShown(false);
+}
+
 void EditorView::contextMenuEvent(QContextMenuEvent *event) {
     m_contextMenu->setEnabled(m_editor);
     m_contextMenu->hideMissingTools();
@@ -334,6 +364,7 @@ void EditorView::onMoveMainWindow() {
     if (placing)
         return;
     const FlagGuard guard(placing);
+    m_textPopup->hide();
     placeFloatingWidgets();
 }
 
@@ -344,6 +375,7 @@ void EditorView::onEmptyEditor(bool isEmpty) {
 }
 
 void EditorView::placeFloatingWidgets() {
+    m_textPopup->place();
     placeImageTool();
     placeHistoryButton();
 }

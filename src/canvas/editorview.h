@@ -9,12 +9,14 @@
 #include <QPointer>
 #include <QVector>
 
+#include <memory>
 #include <optional>
 
 class CanvasGestures;
 class CanvasMenu;
 class CanvasViewport;
 class DebounceFunc;
+class FloatingTextPopup;
 class ImageToolWidget;
 class ItemButton;
 class QMenu;
@@ -79,10 +81,15 @@ protected:
     void scrollContentsBy(int dx, int dy) override;
     void changeEvent(QEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
 
 private slots:
     void onSceneChanged(const QList<QRectF> &areas);
     void onUpdateImageSize();
+    void onCreateTextItem(DrawingTextItem *item);
+    void onMoveTextItem(DrawingTextItem *item);
+    void onFinishTextItem();
     void onCreateCropItem();
     void onStrokeExtended(const DrawingFreehandItem *item, int firstSegment);
     void onPanned(const QPointF &delta);
@@ -125,4 +132,5 @@ private:
     QRegion m_rendered;                 ///< what of the frame is being painted, while it is
     CanvasMenu *m_contextMenu;
     CanvasGestures *m_gestures;
+    std::unique_ptr<FloatingTextPopup> m_textPopup;
 };

@@ -8,6 +8,7 @@
 #include "canvas/items/drawingpenitem.h"
 #include "canvas/items/drawingrectitem.h"
 #include "canvas/items/drawingspeechballoonitem.h"
+#include "canvas/items/drawingtextitem.h"
 
 template <class Item> Editor::NewItem ItemTable::drawing(Editor &editor, const QRectF &sceneRect) {
     auto *item = new Item(sceneRect, &editor);
@@ -19,6 +20,12 @@ Editor::NewItem ItemTable::mosaic(Editor &editor, const QRectF &sceneRect) {
     auto *item = new DrawingMosaicItem(sceneRect, &editor, editor.flatten(true, true));
     editor.connectDrawing(item);
     return {item, item};
+}
+
+Editor::NewItem ItemTable::text(Editor &editor, const QRectF &sceneRect) {
+    auto *item = new DrawingTextItem(sceneRect, &editor);
+    editor.connectText(item);
+    return {item, item, item, nullptr};
 }
 
 ItemTable::Maker ItemTable::maker(Editor::ShapeType shape) {
@@ -35,6 +42,7 @@ ItemTable::Maker ItemTable::maker(Editor::ShapeType shape) {
         {Editor::Circle, &drawing<DrawingCircleItem>},
         {Editor::SpeechBalloon, &drawing<DrawingSpeechBalloonItem>},
         {Editor::Mosaic, &mosaic},
+        {Editor::Text, &text},
     };
     for (const Row &row : Rows) {
         if (row.shape == shape)

@@ -14,4 +14,6 @@ private:
     template <class Item> static Editor::NewItem drawing(Editor &editor, const QRectF &sceneRect);
     /// Also takes a picture of all that is there, without the crop.
     static Editor::NewItem mosaic(Editor &editor, const QRectF &sceneRect);
+    /// Stays open after the press.
+    static Editor::NewItem text(Editor &editor, const QRectF &sceneRect);
 };

@@ -159,6 +159,12 @@ void TextPopup::stopTyping() {
         target->activateWindow();
 }
 
+void TextPopup::hideEvent(QHideEvent *event) {
+    Popup::hideEvent(event);
+    // Shown again, it must not take the keyboard from a text.
+    stopTyping();
+}
+
 bool TextPopup::eventFilter(QObject *watched, QEvent *event) {
     if (watched == m_size->lineEdit() && event->type() == QEvent::MouseButtonPress)
         startTyping();

@@ -38,6 +38,9 @@ signals:
     /// `format`: the bits of `Format`. A size that is no number is 0.
     void fontChanged(int fontSize, QColor color, int format);
 
+protected:
+    void hideEvent(QHideEvent *event) override;
+
 private:
     void addSizeBox(QHBoxLayout *row);
     void addColorButton(QHBoxLayout *row);

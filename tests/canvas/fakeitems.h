@@ -3,6 +3,7 @@
 #include "canvas/editor.h"
 #include "canvas/items/drawinginterface.h"
 #include "canvas/items/drawingitem.h"
+#include "canvas/items/drawingtextitem.h"
 
 #include <QGraphicsObject>
 #include <QGraphicsSceneMouseEvent>
@@ -13,7 +14,6 @@
 #include <memory>
 
 class DrawingCropItem;
-class DrawingTextItem;
 
 /// Items that stand in for the product's own and write down what the editor does with them, to the end of
 /// the editor itself: so the log belongs to all of them.

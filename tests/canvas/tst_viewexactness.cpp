@@ -94,9 +94,20 @@ private slots:
     void changeInTheMiddleOfADrag();
     void changeAndMoveInOneTurn_data();
     void changeAndMoveInOneTurn();
+    void writing_data();
+    void writing();
+    void randomWriting_data();
+    void randomWriting();
+    void blinkingCursor();
 
 private:
     void compare(const QString &when);
+    QImage reference();
+    void key(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void type(const QString &text);
+    void compose(const QString &composed, const QString &finished = QString());
+    /// Opens a text by a click there and types into it.
+    void openText(const QPoint &pos, const QString &text);
     QImage screen() const;
     void crop(const QRect &frame);
     void setPen(const QColor &color, int width);
@@ -172,11 +183,7 @@ void Tst_ViewExactness::setPen(const QColor &color, int width) {
     m_editor->setShape(Editor::Pen);
 }
 
-void Tst_ViewExactness::compare(const QString &when) {
-    // What a mosaic shows during its drag depends on how far its job is.
-    QThreadPool::globalInstance()->waitForDone();
-    QCoreApplication::processEvents(); // the scene tells what has changed
-    QCoreApplication::processEvents(); // and that is painted
+QImage Tst_ViewExactness::reference() {
     m_reference->visible = m_editor->visibleRect();
     m_reference->viewport()->setPalette(m_view->viewport()->palette());
     m_reference->resize(m_view->viewport()->size());
@@ -185,9 +192,18 @@ void Tst_ViewExactness::compare(const QString &when) {
     m_reference->setTransform(m_view->transform());
     m_reference->horizontalScrollBar()->setValue(m_view->horizontalScrollBar()->value());
     m_reference->verticalScrollBar()->setValue(m_view->verticalScrollBar()->value());
+    QImage picture(m_view->viewport()->size(), QImage::Format_RGB32);
+    m_reference->viewport()->render(&picture);
+    return picture;
+}
+
+void Tst_ViewExactness::compare(const QString &when) {
+    // What a mosaic shows during its drag depends on how far its job is.
+    QThreadPool::globalInstance()->waitForDone();
+    QCoreApplication::processEvents(); // the scene tells what has changed
+    QCoreApplication::processEvents(); // and that is painted
+    const QImage expected = reference();
     QCOMPARE(m_reference->viewportTransform(), m_view->viewportTransform());
-    QImage expected(m_view->viewport()->size(), QImage::Format_RGB32);
-    m_reference->viewport()->render(&expected);
     QString message;
     QVERIFY2(sameImage(screen(), expected, QStringLiteral("view"), &message),
              qPrintable(when + QLatin1String(": ") + message));
@@ -431,6 +447,179 @@ void Tst_ViewExactness::changeAndMoveInOneTurn() {
     compare(QStringLiteral("move, change, move"));
     mouse.release({110, 80});
     compare(QStringLiteral("released"));
+}
+
+void Tst_ViewExactness::key(int key, Qt::KeyboardModifiers modifiers) {
+    QTest::keyClick(m_view.get(), static_cast<Qt::Key>(key), modifiers);
+}
+
+void Tst_ViewExactness::type(const QString &text) {
+    for (const QChar character : text) {
+        QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(character));
+        QCoreApplication::sendEvent(m_view.get(), &press);
+    }
+}
+
+void Tst_ViewExactness::compose(const QString &composed, const QString &finished) {
+    QTextCharFormat underlined;
+    underlined.setFontUnderline(true);
+    const QInputMethodEvent::Attribute format(QInputMethodEvent::TextFormat, 0, composed.size(), underlined);
+    QInputMethodEvent event(composed, {format});
+    event.setCommitString(finished);
+    QCoreApplication::sendEvent(m_view.get(), &event);
+}
+
+void Tst_ViewExactness::openText(const QPoint &pos, const QString &text) {
+    m_editor->setShape(Editor::Text);
+    capture::Mouse(m_view->viewport()).click(pos);
+    QCOMPARE(m_editor->shapeType(), Editor::TextEditing);
+    type(text);
+}
+
+void Tst_ViewExactness::writing_data() {
+    QTest::addColumn<Scene>("scene");
+    QTest::addColumn<QPoint>("pos");
+    const auto row = [](const char *name, const Scene &scene, const QPoint &pos) {
+        QTest::newRow(name) << scene << pos;
+    };
+    row("100 %", {20, {700, 500}, {111, 73}, {}, true}, {60, 70});
+    row("beyond the image", {20, {120, 90}, {}, {}, true}, {150, 120});
+    row("above the image", {20, {200, 140}, {}, {}, true}, {90, 37});
+    row("37 %", {6, {1500, 1100}, {31, 17}, {}, true}, {60, 70});
+    row("37 %, scaled on the fly", {6, {1500, 1100}, {31, 17}, {}, false}, {60, 70});
+    row("96 %", {19, {251, 173}, {}, {}, true}, {60, 70});
+    row("250 %", {30, {300, 200}, {57, 41}, {}, true}, {31, 77});
+    row("800 %", {44, {300, 200}, {501, 333}, {}, true}, {31, 77});
+    row("across a crop", {20, {700, 500}, {}, {40, 30, 217, 151}, true}, {180, 100});
+    row("across a crop at 250 %", {30, {300, 200}, {33, 21}, {31, 17, 201, 133}, true}, {200, 100});
+}
+
+void Tst_ViewExactness::writing() {
+    QFETCH(Scene, scene);
+    QFETCH(QPoint, pos);
+    QApplication::setCursorFlashTime(0); // between two looks at it, it would be another cursor
+    show(scene);
+    m_view->activateWindow();
+    m_view->setFocus();
+    openText(pos, QString());
+    compare(QStringLiteral("open"));
+    for (const QString &typed :
+         {QStringLiteral("a"), QStringLiteral("j"), QStringLiteral(" Wide, wider, widest W"),
+          QStringLiteral("!"), QStringLiteral("\ufb01\uac00")}) {
+        type(typed);
+        compare(QStringLiteral("typed ") + typed);
+    }
+    compose(QStringLiteral("\u3131"));
+    compare(QStringLiteral("composing"));
+    compose(QStringLiteral("\uac00"));
+    compare(QStringLiteral("composing on"));
+    compose(QString(), QStringLiteral("\uac00"));
+    compare(QStringLiteral("composed"));
+    key(Qt::Key_Return);
+    type(QStringLiteral("second line"));
+    compare(QStringLiteral("second line"));
+    key(Qt::Key_Up);
+    compare(QStringLiteral("cursor moved"));
+    key(Qt::Key_Home, Qt::ShiftModifier);
+    compare(QStringLiteral("selected"));
+    key(Qt::Key_Delete);
+    compare(QStringLiteral("narrow again"));
+    capture::Mouse mouse(m_view->viewport());
+    const QGraphicsItem *text = m_editor->items().first();
+    const QPoint border = m_view->mapFromScene(text->mapToScene(text->boundingRect().center().x(), 2));
+    mouse.press(border);
+    for (const QPoint &step : {QPoint(5, 3), QPoint(-20, 17), QPoint(31, -40), QPoint(-9, 11)}) {
+        mouse.move(border + step);
+        compare(QStringLiteral("moved"));
+    }
+    mouse.release(border);
+    m_editor->finishCurrentItem(true);
+    compare(QStringLiteral("closed"));
+    m_editor->undo();
+    compare(QStringLiteral("undone"));
+    m_editor->redo();
+    compare(QStringLiteral("redone"));
+    openText(pos, QStringLiteral("nothing of this stays"));
+    compare(QStringLiteral("open again"));
+    m_editor->finishCurrentItem(false);
+    compare(QStringLiteral("thrown away"));
+}
+
+void Tst_ViewExactness::randomWriting_data() {
+    QTest::addColumn<Scene>("scene");
+    QTest::newRow("100 %") << Scene{20, {700, 500}, {111, 73}, {}, true};
+    QTest::newRow("crop at 37 %") << Scene{6, {1500, 1100}, {}, {101, 57, 641, 433}, true};
+    QTest::newRow("250 %") << Scene{30, {300, 200}, {57, 41}, {}, true};
+}
+
+// Everything that can become stale around an open text, in any order.
+void Tst_ViewExactness::randomWriting() {
+    QFETCH(Scene, scene);
+    QApplication::setCursorFlashTime(0);
+    for (quint32 seed = 1; seed <= 6 && !QTest::currentTestFailed(); ++seed) {
+        show(scene);
+        m_view->activateWindow();
+        m_view->setFocus();
+        QRandomGenerator random(seed);
+        auto &preferences = *TindraPreferences::instance();
+        preferences.SetInt(TindraPreferences::TextSize, 7 + random.bounded(40));
+        preferences.SetInt(TindraPreferences::TextStyle, random.bounded(8));
+        preferences.SetInt(TindraPreferences::TextColor,
+                           TindraPreferences::colorToInt(QColor(30, 200, 90, random.bounded(2) ? 255 : 120)));
+        setPen(Qt::blue, 5);
+        capture::Mouse(m_view->viewport()).drag({{20, 20}, {200, 120}, {280, 60}});
+        openText(randomPoint(random), QString());
+        for (int step = 0; step < 25 && !QTest::currentTestFailed(); ++step) {
+            switch (random.bounded(4)) {
+            case 0:
+                key(random.bounded(2) ? Qt::Key_Backspace : Qt::Key_Return);
+                break;
+            case 1:
+                compose(QStringLiteral("\uac00"), random.bounded(2) ? QStringLiteral("\ub098") : QString());
+                break;
+            default:
+                type(QString(QChar(0x21 + random.bounded(0x50))).repeated(1 + random.bounded(6)));
+            }
+            const QRectF box = m_editor->items().first()->sceneBoundingRect();
+            // Right at the frame, where a part alone is painted anew.
+            const double height = random.bounded(6) * 0.5;
+            switch (random.bounded(6)) {
+            case 0:
+                m_editor->update(QRectF(box.left() + random.bounded(40), box.bottom(), 20, height));
+                break;
+            case 1:
+                m_editor->update(QRectF(box.left() + random.bounded(40), box.top() - height, 20, height));
+                break;
+            case 2:
+                m_view->viewport()->update(QRect(randomPoint(random), QSize(40, 30)));
+                break;
+            case 3:
+                m_editor->update(QRectF(box.left() + random.bounded(90), box.top(), 3.3, box.height() / 2));
+                break;
+            default:
+                between(random);
+            }
+            compare(QStringLiteral("seed %1, step %2").arg(seed).arg(step));
+        }
+        m_editor->finishCurrentItem(true);
+        compare(QStringLiteral("closed"));
+    }
+}
+
+// In both of its states, once each is painted.
+void Tst_ViewExactness::blinkingCursor() {
+    QApplication::setCursorFlashTime(400);
+    show({20, {200, 140}, {}, {}, true});
+    m_view->activateWindow();
+    m_view->setFocus();
+    openText({80, 90}, QStringLiteral("a"));
+    QVector<QImage> seen;
+    QTRY_VERIFY([&] {
+        const QImage expected = reference();
+        if (screen() == expected && !seen.contains(expected))
+            seen.append(expected);
+        return seen.size() == 2;
+    }());
 }
 
 QTEST_MAIN(Tst_ViewExactness)
