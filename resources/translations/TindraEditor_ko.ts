@@ -284,6 +284,57 @@
     </message>
 </context>
 <context>
+    <name>DebugDialog</name>
+    <message>
+        <source>DebugDialog</source>
+        <translation>디버그</translation>
+    </message>
+    <message>
+        <source>Log level</source>
+        <translation>로그 수준</translation>
+    </message>
+    <message>
+        <source>log_level_0</source>
+        <translation>log_level_0</translation>
+    </message>
+    <message>
+        <source>log_level_1</source>
+        <translation>log_level_1</translation>
+    </message>
+    <message>
+        <source>log_level_2</source>
+        <translation>log_level_2</translation>
+    </message>
+    <message>
+        <source>log_level_max</source>
+        <translation>log_level_max</translation>
+    </message>
+    <message>
+        <source>Open log</source>
+        <translation>로그 열기</translation>
+    </message>
+    <message>
+        <source>Feature</source>
+        <translation>기능</translation>
+    </message>
+    <message>
+        <source>Ok</source>
+        <translation>확인</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>닫기</translation>
+    </message>
+    <message>
+        <source>To file mode</source>
+        <translation>파일 방식으로</translation>
+    </message>
+    <message>
+        <source>To memory mode</source>
+        <translation>메모리 방식으로</translation>
+    </message>
+</context>
+<context>
     <name>EditorView</name>
     <message>
         <source>AI tools</source>

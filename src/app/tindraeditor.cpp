@@ -449,6 +449,8 @@ void TindraEditor::onClickNorvanePage() {
 void TindraEditor::onClickAbout(bool modal) {
     auto *dialog = new AboutDialog(this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &AboutDialog::fileMemoryModeChanged, this,
+            [](bool memory) { PostMessageToTindra(CaptureMessage::LogTargetToggled, memory, 0); });
     if (modal) {
         dialog->exec();
         return;

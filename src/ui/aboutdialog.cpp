@@ -1,12 +1,14 @@
 #include "ui/aboutdialog.h"
 
 #include "ui/clickablelabel.h"
+#include "ui/debugdialog.h"
 #include "ui/snaptoscreen.h"
 #include "ui/uistyler.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
 #include <QHBoxLayout>
+#include <QShortcut>
 #include <QUrl>
 
 namespace {
@@ -27,6 +29,8 @@ AboutDialog::AboutDialog(QWidget *parent)
     connect(m_link, &ClickableLabel::clicked, this, &AboutDialog::onUrlClicked);
     connect(m_link, &ClickableLabel::hover, this, &AboutDialog::onUrlHover);
     connect(m_link, &ClickableLabel::leaved, this, &AboutDialog::onUrlLeaved);
+    auto *debug = new QShortcut(Qt::CTRL | Qt::ALT | Qt::SHIFT | Qt::Key_D, this);
+    connect(debug, &QShortcut::activated, this, &AboutDialog::openDebugDialog);
     UIStyler::setScaleCallback(this, [this](double scale) { applyScale(scale); });
 }
 
@@ -65,4 +69,13 @@ void AboutDialog::onUrlHover() {
 
 void AboutDialog::onUrlLeaved() {
     setCursor(Qt::ArrowCursor);
+}
+
+void AboutDialog::openDebugDialog() {
+    auto *dialog = new DebugDialog(parentWidget());
+    connect(dialog, &DebugDialog::fileMemoryModeChanged, this, &AboutDialog::fileMemoryModeChanged);
+    close();
+    // This object, which goes when it is closed, lives on until the turn of the event loop that it was in
+    // ends.
+    dialog->exec();
 }

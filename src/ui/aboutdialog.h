@@ -15,6 +15,12 @@ public slots:
     void onUrlClicked();
     void onUrlHover();
     void onUrlLeaved();
+    /// Gives way to the panel for support: Ctrl+Alt+Shift+D, which no menu names.
+    void openDebugDialog();
+
+signals:
+    /// The panel for support was asked for pictures through memory (true) or as files.
+    void fileMemoryModeChanged(bool memory);
 
 private:
     void build();

@@ -2,8 +2,10 @@
 #include "app/windowtest.h"
 #include "support/openedurls.h"
 #include "ui/aboutdialog.h"
+#include "ui/debugdialog.h"
 
 #include <QMenu>
+#include <QPushButton>
 
 /// The menu of the help button, and what its entries and the command for the about dialog open.
 class Tst_HelpMenu : public WindowTest {
@@ -20,6 +22,7 @@ private slots:
     void aboutShowsTheDialog_data();
     void aboutShowsTheDialog();
     void aboutCanBeModal();
+    void supportPanelTellsTheCaptureProcess();
 
 private:
     QMenu *menu() const { return button("help")->menu(); }
@@ -108,6 +111,22 @@ void Tst_HelpMenu::aboutCanBeModal() {
     });
     m_window->onClickAbout(true);
     QVERIFY(answers.isDone());
+}
+
+void Tst_HelpMenu::supportPanelTellsTheCaptureProcess() {
+    m_window->onClickAbout(false);
+    forgetMessages();
+    ModalAnswers answers;
+    answers.add([](QWidget *dialog) {
+        QVERIFY(qobject_cast<DebugDialog *>(dialog));
+        auto *mode = dialog->findChild<QPushButton *>("fileMemoryMode_"_qs);
+        mode->click();
+        mode->click();
+        dialog->close();
+    });
+    about()->openDebugDialog();
+    QVERIFY(answers.isDone());
+    QCOMPARE(m_session->platform->posted, (QVector<FakePlatform::Event>{{0x86F, 1, 0}, {0x86F, 0, 0}}));
 }
 
 QTEST_MAIN(Tst_HelpMenu)
