@@ -21,6 +21,9 @@ QGraphicsItem *graphicsItem(DrawingInterface *item) {
 }
 
 bool isDrawn(const QGraphicsItem *item) {
+    // A widget is a means to edit, not a part of the picture.
+    if (item->isWidget())
+        return false;
     const auto *drawing = dynamic_cast<const DrawingItem *>(item);
     return !drawing || drawing->isDrawn();
 }
@@ -151,6 +154,11 @@ void Editor::toggle(QList<QGraphicsItem *> &from, QList<QGraphicsItem *> &to) {
     if (from.isEmpty())
         return;
     QGraphicsItem *item = from.last();
+    // A crop whose frame is still open is no step yet.
+    if (item == graphicsItem(m_currentItem) && item->scene()) {
+        finishCurrentItem(false);
+        return;
+    }
     to.append(item);
     if (item->scene()) {
         removeItem(item);
@@ -437,8 +445,6 @@ void Editor::rejectCurrentItem() {
     if (!item)
         return;
     m_undoList.removeOne(item);
-    // There, if Undo or Reset took the open crop out of the scene.
-    m_redoList.removeOne(item);
     takeOutOfScene(item);
     // Later: this runs inside a signal of that very item.
     if (auto *object = dynamic_cast<QObject *>(item))

@@ -113,7 +113,6 @@ protected:
     virtual NewItem makeItem(ShapeType shape, const QRectF &sceneRect);
 
     // The connections of each kind of item, for whatever class has the signals and slots of that kind.
-    // The signal that carries a crop is connected by name, since its class need not be complete there.
     template <class Item> void connectDrawing(Item *item) {
         connect(this, &Editor::changeSceneRect, item, &Item::onChangeSceneRect);
     }
@@ -123,7 +122,7 @@ protected:
         connect(this, &Editor::changeSceneRect, item, &Item::onChangeSceneRect);
     }
     template <class Item> void connectCrop(Item *item) {
-        connect(item, SIGNAL(moveCropItem(DrawingCropItem *)), this, SIGNAL(moveCropItem(DrawingCropItem *)));
+        connect(item, &Item::moveCropItem, this, &Editor::moveCropItem);
         connect(item, &Item::finishCrop, this, &Editor::onFinishCrop);
         connect(item, &Item::finishCrop, this, [this, before = m_cropRect](bool succeed) {
             if (!succeed)

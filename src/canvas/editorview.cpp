@@ -5,12 +5,15 @@
 #include "canvas/canvasviewport.h"
 #include "canvas/flagguard.h"
 #include "canvas/floatingcopy.h"
+#include "canvas/floatingcroppopup.h"
 #include "canvas/floatingtextpopup.h"
 #include "canvas/imagetoolwidget.h"
+#include "canvas/items/drawingcropitem.h"
 #include "canvas/items/drawingfreehanditem.h"
 #include "canvas/items/drawingtextitem.h"
 #include "canvas/toolcursor.h"
 #include "canvas/viewplacement.h"
+#include "popups/croppopup.h"
 #include "popups/itembutton.h"
 #include "ui/uistyler.h"
 
@@ -36,7 +39,8 @@ int wheelDelta(const QWheelEvent &event) {
 EditorView::EditorView(QWidget *parent)
     : QGraphicsView(parent), m_viewport(new CanvasViewport), m_historyShow(new ItemButton(this)),
       m_imageTool(new ImageToolWidget(this)), m_contextMenu(new CanvasMenu(false, this)),
-      m_gestures(new CanvasGestures(this)), m_textPopup(std::make_unique<FloatingTextPopup>(this)) {
+      m_gestures(new CanvasGestures(this)), m_textPopup(std::make_unique<FloatingTextPopup>(this)),
+      m_cropPopup(std::make_unique<FloatingCropPopup>(this)) {
     setViewport(m_viewport);
     // What is to be painted is decided here and not by the base class.
     setViewportUpdateMode(NoViewportUpdate);
@@ -58,6 +62,7 @@ EditorView::EditorView(QWidget *parent)
     connectGestures();
     addFloatingCopyAction();
     UIStyler::setScaleCallback(this, [this](double) { placeFloatingWidgets(); });
+    connect(this, &EditorView::cropped, m_cropPopup->popup(), &CropPopup::cropped);
     // Zooming around the mouse and the cursor over an open text need to know where the mouse is.
     viewport()->setMouseTracking(true);
 }
@@ -132,6 +137,7 @@ void EditorView::setEditor(Editor *editor) {
     for (const QMetaObject::Connection &connection : qAsConst(m_editorConnections))
         disconnect(connection);
     m_editorConnections.clear();
+    m_cropPopup->forget();
     m_background.clear();
     m_frame.clear();
     m_frameImage.reset();
@@ -169,8 +175,9 @@ void EditorView::connectEditor() {
         connect(editor, &Editor::createTextItem, this, &EditorView::onCreateTextItem),
         connect(editor, &Editor::moveTextItem, this, &EditorView::onMoveTextItem),
         connect(editor, &Editor::finishTextItem, this, &EditorView::onFinishTextItem),
-        // By name: a member pointer wants the argument's class complete.
-        connect(editor, SIGNAL(createCropItem(DrawingCropItem *)), this, SLOT(onCreateCropItem())),
+        connect(editor, &Editor::createCropItem, this, &EditorView::onCreateCropItem),
+        connect(editor, &Editor::moveCropItem, this, &EditorView::onMoveCropItem),
+        connect(editor, &Editor::finishCropItem, this, &EditorView::onFinishCropItem),
         connect(editor, &Editor::updateImageSize, this, &EditorView::onUpdateImageSize),
         connect(editor, &Editor::strokeExtended, this, &EditorView::onStrokeExtended),
         connect(editor, &QObject::destroyed, m_imageTool, &QWidget::hide),
@@ -188,6 +195,10 @@ void EditorView::onEditorChanged() {
 void EditorView::onChangeShape(Editor::ShapeType shapeType) {
     if (!m_editor)
         return;
+    // Makes the base class forget the cursor that it saw before an item's own, such as the crop frame's: it
+    // would bring that back over the new tool's as soon as the mouse leaves the item.
+    setDragMode(ScrollHandDrag);
+    setDragMode(NoDrag);
     viewport()->setCursor(toolCursor(shapeType));
     emit changeShape(shapeType);
 }
@@ -216,17 +227,26 @@ void EditorView::onFinishTextItem() {
     m_textPopup->finish();
 }
 
-void EditorView::onCreateCropItem() {
+void EditorView::onCreateCropItem(DrawingCropItem *item) {
     if (!m_editor)
         return;
     const QRect image = m_editor->imageRect();
     setSceneRect(QRectF(image));
+    m_cropPopup->open(item);
     if (width() >= image.width() && height() >= image.height())
         return;
     const double fit = std::max(0.1, std::min(static_cast<double>(height()) / image.height(),
                                               static_cast<double>(width()) / image.width()));
     if (fit < 1.0)
         setZoomStep(zoomStepToFit(fit));
+}
+
+void EditorView::onMoveCropItem(DrawingCropItem *) {
+    m_cropPopup->place();
+}
+
+void EditorView::onFinishCropItem() {
+    m_cropPopup->forget();
 }
 
 void EditorView::onZoomIn() {
@@ -277,6 +297,7 @@ void EditorView::wheelEvent(QWheelEvent *event) {
         QGraphicsView::wheelEvent(event);
     }
     m_textPopup->place();
+    m_cropPopup->place();
     m_textPopup->hide();
 }
 
@@ -326,11 +347,13 @@ void EditorView::resizeEvent(QResizeEvent *event) {
 void EditorView::showEvent(QShowEvent *event) {
     QGraphicsView::showEvent(event);
     m_textPopup->setShown(true);
+    m_cropPopup->setShown(true);
 }
 
 void EditorView::hideEvent(QHideEvent *event) {
     QGraphicsView::hideEvent(event);
     m_textPopup->setShown(false);
+    m_cropPopup->setShown(false);
 }
 
 void EditorView::contextMenuEvent(QContextMenuEvent *event) {
@@ -376,6 +399,7 @@ void EditorView::onEmptyEditor(bool isEmpty) {
 
 void EditorView::placeFloatingWidgets() {
     m_textPopup->place();
+    m_cropPopup->place();
     placeImageTool();
     placeHistoryButton();
 }

@@ -16,6 +16,7 @@ class CanvasGestures;
 class CanvasMenu;
 class CanvasViewport;
 class DebounceFunc;
+class FloatingCropPopup;
 class FloatingTextPopup;
 class ImageToolWidget;
 class ItemButton;
@@ -90,7 +91,9 @@ private slots:
     void onCreateTextItem(DrawingTextItem *item);
     void onMoveTextItem(DrawingTextItem *item);
     void onFinishTextItem();
-    void onCreateCropItem();
+    void onCreateCropItem(DrawingCropItem *item);
+    void onMoveCropItem(DrawingCropItem *item);
+    void onFinishCropItem();
     void onStrokeExtended(const DrawingFreehandItem *item, int firstSegment);
     void onPanned(const QPointF &delta);
     void onPinched(double zoom);
@@ -133,4 +136,5 @@ private:
     CanvasMenu *m_contextMenu;
     CanvasGestures *m_gestures;
     std::unique_ptr<FloatingTextPopup> m_textPopup;
+    std::unique_ptr<FloatingCropPopup> m_cropPopup;
 };

@@ -2,6 +2,7 @@
 
 #include "canvas/items/drawingarrowitem.h"
 #include "canvas/items/drawingcircleitem.h"
+#include "canvas/items/drawingcropitem.h"
 #include "canvas/items/drawinghighlighteritem.h"
 #include "canvas/items/drawinglineitem.h"
 #include "canvas/items/drawingmosaicitem.h"
@@ -28,6 +29,13 @@ Editor::NewItem ItemTable::text(Editor &editor, const QRectF &sceneRect) {
     return {item, item, item, nullptr};
 }
 
+Editor::NewItem ItemTable::crop(Editor &editor, const QRectF &sceneRect) {
+    auto *item = new DrawingCropItem(sceneRect, editor.cropRect(), &editor);
+    editor.connectCrop(item);
+    item->setImageRect(editor.imageRect());
+    return {item, item, nullptr, item};
+}
+
 ItemTable::Maker ItemTable::maker(Editor::ShapeType shape) {
     struct Row {
         Editor::ShapeType shape;
@@ -43,6 +51,7 @@ ItemTable::Maker ItemTable::maker(Editor::ShapeType shape) {
         {Editor::SpeechBalloon, &drawing<DrawingSpeechBalloonItem>},
         {Editor::Mosaic, &mosaic},
         {Editor::Text, &text},
+        {Editor::Crop, &crop},
     };
     for (const Row &row : Rows) {
         if (row.shape == shape)

@@ -16,4 +16,6 @@ private:
     static Editor::NewItem mosaic(Editor &editor, const QRectF &sceneRect);
     /// Stays open after the press.
     static Editor::NewItem text(Editor &editor, const QRectF &sceneRect);
+    /// Also takes the crop of now, where the frame begins.
+    static Editor::NewItem crop(Editor &editor, const QRectF &sceneRect);
 };

@@ -31,6 +31,12 @@ double scaleOf(const QScreen *screen) {
     return screen->logicalDotsPerInchX() / DesignDpi;
 }
 
+/// A widget's own sheet in a form that rules may follow: bare declarations stand for a rule of their own.
+QString asRules(const QString &sheet) {
+    const bool bare = sheet.contains(QLatin1Char(':')) && !sheet.contains(QLatin1Char('{'));
+    return bare ? QStringLiteral("* {%1}").arg(sheet) : sheet;
+}
+
 /// Appends each sheet, made for the scale, to what the widget has: the rules that come later win.
 void applySheetFiles(QWidget *widget, const QStringList &paths, double scale) {
     const QSettings variables(qApp->property(ColorsIniPath).toString(), QSettings::IniFormat);
@@ -43,7 +49,8 @@ void applySheetFiles(QWidget *widget, const QStringList &paths, double scale) {
             continue;
         const QString text = QString::fromUtf8(file.readAll());
         if (!text.isEmpty())
-            widget->setStyleSheet(widget->styleSheet() + preprocessStyleSheet(text, variable, scale));
+            widget->setStyleSheet(asRules(widget->styleSheet()) +
+                                  preprocessStyleSheet(text, variable, scale));
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "canvas/editor.h"
+#include "canvas/items/drawingcropitem.h"
 #include "canvas/items/drawinginterface.h"
 #include "canvas/items/drawingitem.h"
 #include "canvas/items/drawingtextitem.h"
@@ -13,7 +14,6 @@
 
 #include <memory>
 
-class DrawingCropItem;
 
 /// Items that stand in for the product's own and write down what the editor does with them, to the end of
 /// the editor itself: so the log belongs to all of them.

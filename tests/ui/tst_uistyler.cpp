@@ -92,6 +92,7 @@ private slots:
     void emptyCallbackIsAnError();
     void sheetsOfTheApplicationComeFirst();
     void sheetsArePreprocessedAndAppended();
+    void bareDeclarationsBecomeARule();
     void missingAndEmptySheetsAreSkipped();
     void lateChildrenAreTakenIn();
     void unseenChildrenKeepTheirSizes();
@@ -337,6 +338,17 @@ void Tst_UIStyler::sheetsArePreprocessedAndAppended() {
     UIStyler::applyScale(&w.window, 1.0);
     QCOMPARE(w.window.styleSheet(),
              second + QStringLiteral("QLabel { color: rgba(1, 2, 3, 1); padding: 5px; }\n"));
+}
+
+void Tst_UIStyler::bareDeclarationsBecomeARule() {
+    QTemporaryDir folder;
+    setSheets(QStringList{writeFile(folder, "app.qss", "QLabel { color: red; }")});
+    Window w;
+    w.window.setStyleSheet(QStringLiteral("background: transparent;"));
+    w.window.ensurePolished();
+    UIStyler::applyScale(&w.window, 1.0);
+    // Followed by rules as they stand, they would make the whole sheet unreadable.
+    QCOMPARE(w.window.styleSheet(), QStringLiteral("* {background: transparent;}QLabel { color: red; }"));
 }
 
 void Tst_UIStyler::missingAndEmptySheetsAreSkipped() {

@@ -1,0 +1,214 @@
+#include "canvas/imagecropper.h"
+
+#include "ui/uistyler.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPainterPath>
+
+namespace {
+
+/// The edges can be taken from within this many pixels inside the frame.
+constexpr int BandWidth = 10;
+/// The smallest side that a drag leaves. Smaller ones can be typed.
+constexpr int SmallestDraggedSide = 50;
+
+/// A corner mark is what an outer square leaves of an inner one.
+constexpr int MarkOuter = 16;
+constexpr int MarkInner = 13;
+constexpr int MarkThickness = 4;
+
+const QColor DimColor(0, 0, 0, 127);
+const QColor FrameColor(0, 127, 245, 255);
+const QColor MarkColor(Qt::white);
+const QColor MarkBorderColor(0, 0, 0, 33);
+
+QPen thinPen(const QColor &color) {
+    return QPen(color, 1.0, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin);
+}
+
+QPoint truncated(const QPointF &point) {
+    return QPoint(static_cast<int>(point.x()), static_cast<int>(point.y()));
+}
+
+QPainterPath cornerMark(const QPoint &outerTopLeft, const QPoint &innerTopLeft) {
+    QPainterPath outer;
+    outer.addRect(QRect(outerTopLeft, QSize(MarkOuter, MarkOuter)));
+    QPainterPath inner;
+    inner.addRect(QRect(innerTopLeft, QSize(MarkInner, MarkInner)));
+    return outer.subtracted(inner);
+}
+
+/// The marks lie inside the line of the frame; at the right and the bottom the inner square reaches out by
+/// one pixel on its side, which leaves the same thickness there.
+void paintCornerMarks(QPainter *painter, const QRect &frame) {
+    const int nearLeft = frame.left() + MarkThickness;
+    const int nearTop = frame.top() + MarkThickness;
+    const int outerLeft = frame.right() - MarkOuter + 1;
+    const int outerTop = frame.bottom() - MarkOuter + 1;
+    const int innerLeft = frame.right() - MarkOuter;
+    const int innerTop = frame.bottom() - MarkOuter;
+    painter->setPen(thinPen(MarkBorderColor));
+    painter->setBrush(MarkColor);
+    painter->drawPath(cornerMark(frame.topLeft(), {nearLeft, nearTop}));
+    painter->drawPath(cornerMark({outerLeft, frame.top()}, {innerLeft, nearTop}));
+    painter->drawPath(cornerMark({frame.left(), outerTop}, {nearLeft, innerTop}));
+    painter->drawPath(cornerMark({outerLeft, outerTop}, {innerLeft, innerTop}));
+}
+
+} // namespace
+
+ImageCropper::ImageCropper(QWidget *parent) : QWidget(parent, Qt::FramelessWindowHint) {
+    setAttribute(Qt::WA_MouseTracking);
+    setAttribute(Qt::WA_TranslucentBackground);
+    setAttribute(Qt::WA_NoSystemBackground);
+    setStyleSheet(QStringLiteral("background: transparent;"));
+    UIStyler::setDisadjust(this, true);
+}
+
+void ImageCropper::setCropRect(const QRect &cropRect) {
+    m_cropRect = cropRect;
+    update();
+}
+
+void ImageCropper::setCropSize(QSize size) {
+    m_cropRect.setSize(QSize(qMin(m_imageRect.width() - m_cropRect.x(), size.width()),
+                             qMin(m_imageRect.height() - m_cropRect.y(), size.height())));
+    const QPoint center = m_cropRect.center();
+    m_cropRect.moveCenter(QPoint(qMin(center.x(), rect().right()), qMin(center.y(), rect().bottom())));
+    update();
+}
+
+ImageCropper::CursorPosition ImageCropper::regionAt(const QPoint &point, const QRect &frame) {
+    if (!frame.contains(point))
+        return Undefined;
+    const bool left = point.x() - frame.left() < BandWidth;
+    const bool right = frame.right() - point.x() < BandWidth;
+    const bool top = point.y() - frame.top() < BandWidth;
+    const bool bottom = frame.bottom() - point.y() < BandWidth;
+    if (left)
+        return top ? TopLeft : bottom ? BottomLeft : Left;
+    if (right)
+        return top ? TopRight : bottom ? BottomRight : Right;
+    return top ? Top : bottom ? Bottom : Middle;
+}
+
+QCursor ImageCropper::cursorOf(CursorPosition region, bool moving) {
+    switch (region) {
+    case Undefined:
+        break;
+    case Middle:
+        return moving ? Qt::ClosedHandCursor : Qt::OpenHandCursor;
+    case Left:
+    case Right:
+        return Qt::SizeHorCursor;
+    case Top:
+    case Bottom:
+        return Qt::SizeVerCursor;
+    case TopLeft:
+    case BottomRight:
+        return Qt::SizeFDiagCursor;
+    case TopRight:
+    case BottomLeft:
+        return Qt::SizeBDiagCursor;
+    }
+    return Qt::ArrowCursor;
+}
+
+QRect ImageCropper::resized(const QRect &frame, CursorPosition region, const QPoint &delta) {
+    QRect result = frame;
+    if (region == Left || region == TopLeft || region == BottomLeft)
+        result.setLeft(frame.left() + delta.x());
+    if (region == Right || region == TopRight || region == BottomRight)
+        result.setRight(frame.right() + delta.x());
+    if (region == Top || region == TopLeft || region == TopRight)
+        result.setTop(frame.top() + delta.y());
+    if (region == Bottom || region == BottomLeft || region == BottomRight)
+        result.setBottom(frame.bottom() + delta.y());
+    if (result.width() < SmallestDraggedSide || result.height() < SmallestDraggedSide)
+        return QRect();
+    return result;
+}
+
+void ImageCropper::mousePressEvent(QMouseEvent *event) {
+    m_pressRect = m_cropRect;
+    const CursorPosition region = regionAt(event->pos(), m_cropRect);
+    if (event->button() == Qt::LeftButton && region != Undefined) {
+        m_pressPos = event->localPos();
+        m_pressRegion = region;
+        m_moving = region == Middle;
+        m_resizing = !m_moving;
+        if (m_moving)
+            refreshCursor(event->pos());
+    }
+    update();
+}
+
+void ImageCropper::mouseMoveEvent(QMouseEvent *event) {
+    // A menu or a dialog has taken the release.
+    if (!(event->buttons() & Qt::LeftButton))
+        endDrag();
+    const QPoint delta = truncated(event->localPos() - m_pressPos);
+    if (m_moving)
+        moveFrame(delta);
+    else if (m_resizing)
+        resizeFrame(delta);
+    else
+        refreshCursor(event->pos());
+}
+
+void ImageCropper::mouseReleaseEvent(QMouseEvent *event) {
+    endDrag();
+    // The hand opens again.
+    refreshCursor(event->pos());
+}
+
+void ImageCropper::endDrag() {
+    m_moving = false;
+    m_resizing = false;
+}
+
+void ImageCropper::moveFrame(const QPoint &delta) {
+    m_cropRect.moveTopLeft(m_pressRect.topLeft() + delta);
+    const QRect limits = rect();
+    if (m_cropRect.left() < limits.left())
+        m_cropRect.moveLeft(limits.left());
+    if (m_cropRect.right() > limits.right())
+        m_cropRect.moveRight(limits.right());
+    if (m_cropRect.top() < limits.top())
+        m_cropRect.moveTop(limits.top());
+    if (m_cropRect.bottom() > limits.bottom())
+        m_cropRect.moveBottom(limits.bottom());
+    emit move();
+    update();
+}
+
+void ImageCropper::resizeFrame(const QPoint &delta) {
+    const QRect candidate = resized(m_pressRect, m_pressRegion, delta);
+    // Too small: the frame keeps the last size that was large enough.
+    if (candidate.isNull())
+        return;
+    m_cropRect = candidate.intersected(m_imageRect);
+    m_cropRect.setWidth(qMin(m_imageRect.width() - m_cropRect.x(), m_cropRect.width()));
+    m_cropRect.setHeight(qMin(m_imageRect.height() - m_cropRect.y(), m_cropRect.height()));
+    emit sizeChanged(m_cropRect.size());
+    update();
+}
+
+void ImageCropper::refreshCursor(const QPoint &pos) {
+    emit setProxyCursor(cursorOf(regionAt(pos, m_cropRect), m_moving));
+}
+
+void ImageCropper::paintEvent(QPaintEvent *event) {
+    QWidget::paintEvent(event);
+    // A path ends one pixel further than a rectangle of pixels.
+    const QRect frame = m_cropRect.adjusted(0, 0, -1, -1);
+    QPainterPath frameLine;
+    frameLine.addRect(frame);
+    QPainterPath overlay;
+    overlay.addRect(rect());
+    QPainter painter(this);
+    painter.fillPath(overlay.subtracted(frameLine), DimColor);
+    painter.strokePath(frameLine, thinPen(FrameColor));
+    paintCornerMarks(&painter, frame);
+}
