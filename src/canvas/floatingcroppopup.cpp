@@ -24,7 +24,7 @@ void FloatingCropPopup::open(DrawingCropItem *item) {
 }
 
 void FloatingCropPopup::forget() {
-    if (m_item && !m_item->frame().isNull()) {
+    if (m_item && m_item->isOpen()) {
         m_item->detachPopup();
         m_popup->hide();
     }
@@ -32,7 +32,7 @@ void FloatingCropPopup::forget() {
 }
 
 void FloatingCropPopup::place() {
-    if (!m_item || m_item->frame().isNull())
+    if (!m_item || !m_item->isOpen())
         return;
     const QPoint inViewport = m_view->mapFromScene(m_item->frame().bottomRight());
     const QPoint corner = m_view->viewport()->mapToGlobal(inViewport);

@@ -72,6 +72,8 @@ private slots:
     void frameIsInNoPicture();
     void saveTakesTheFrame();
     void editorGoesWhileTheFrameIsOpen();
+    void viewGoesWhileTheFrameIsOpen_data();
+    void viewGoesWhileTheFrameIsOpen();
     void editorWithoutViewCrops();
     void focusBringsTheFrameToTheFront();
 
@@ -659,6 +661,28 @@ void Tst_DrawingCropItem::editorGoesWhileTheFrameIsOpen() {
     QVERIFY(!popup()->isVisible());
     QVERIFY(!m_item);
     QVERIFY(!cropper);
+}
+
+void Tst_DrawingCropItem::viewGoesWhileTheFrameIsOpen_data() {
+    QTest::addColumn<bool>("missing");
+    QTest::newRow("image") << false;
+    // Its frame is empty, but open nevertheless.
+    QTest::newRow("missing image") << true;
+}
+
+void Tst_DrawingCropItem::viewGoesWhileTheFrameIsOpen() {
+    QFETCH(bool, missing);
+    if (missing) {
+        ImageProvider::resetForTesting();
+        m_editor->setSceneRect(QRectF(0, 0, 0, 0));
+    }
+    open();
+    m_view.reset();
+    QVERIFY(m_item->isOpen());
+    QCOMPARE(m_item->frame().isEmpty(), missing);
+    close(true);
+    QCOMPARE(m_editor->shapeType(), Editor::Line);
+    QCOMPARE(m_editor->cropRect(), missing ? QRect() : Whole);
 }
 
 void Tst_DrawingCropItem::editorWithoutViewCrops() {

@@ -24,7 +24,8 @@ public:
 
     /// The limits of the frame.
     void setImageRect(const QRect &imageRect);
-    /// The open frame; null once the crop is closed.
+    bool isOpen() const { return m_cropper; }
+    /// The open frame; null once the crop is closed, and over a missing image.
     QRect frame() const;
 
     QRectF drawStart(QPoint pos) override;
