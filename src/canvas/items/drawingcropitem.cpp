@@ -34,6 +34,10 @@ void DrawingCropItem::setImageRect(const QRect &imageRect) {
     m_cropper->setImageRect(imageRect);
 }
 
+bool DrawingCropItem::isOpen() const {
+    return m_cropper;
+}
+
 QRect DrawingCropItem::frame() const {
     return m_cropper ? m_cropper->cropRect() : QRect();
 }

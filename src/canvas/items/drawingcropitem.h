@@ -24,7 +24,7 @@ public:
 
     /// The limits of the frame.
     void setImageRect(const QRect &imageRect);
-    bool isOpen() const { return m_cropper; }
+    bool isOpen() const;
     /// The open frame; null once the crop is closed, and over a missing image.
     QRect frame() const;
 
