@@ -137,7 +137,7 @@ void EditorView::setEditor(Editor *editor) {
     for (const QMetaObject::Connection &connection : qAsConst(m_editorConnections))
         disconnect(connection);
     m_editorConnections.clear();
-    m_cropPopup->forget();
+    m_cropPopup->finish();
     m_background.clear();
     m_frame.clear();
     m_frameImage.reset();
@@ -246,7 +246,7 @@ void EditorView::onMoveCropItem(DrawingCropItem *) {
 }
 
 void EditorView::onFinishCropItem() {
-    m_cropPopup->forget();
+    m_cropPopup->finish();
 }
 
 void EditorView::onZoomIn() {

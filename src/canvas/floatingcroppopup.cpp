@@ -13,7 +13,7 @@ FloatingCropPopup::FloatingCropPopup(QGraphicsView *view)
 }
 
 FloatingCropPopup::~FloatingCropPopup() {
-    forget();
+    finish();
     m_popup->close();
 }
 
@@ -23,7 +23,7 @@ void FloatingCropPopup::open(DrawingCropItem *item) {
         item->attachPopup(m_popup.get());
 }
 
-void FloatingCropPopup::forget() {
+void FloatingCropPopup::finish() {
     if (m_item && m_item->isOpen()) {
         m_item->detachPopup();
         m_popup->hide();

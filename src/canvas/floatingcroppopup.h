@@ -20,7 +20,7 @@ public:
     /// Binds the popup to that crop, which shows it. Null: there is nothing to bind.
     void open(DrawingCropItem *item);
     /// That crop is closed, or is no longer shown.
-    void forget();
+    void finish();
     /// Puts the popup at the frame. Without an open crop nothing happens.
     void place();
     /// Follows the view to the screen and away from it, while a crop is open.

@@ -14,7 +14,6 @@
 
 #include <memory>
 
-
 /// Items that stand in for the product's own and write down what the editor does with them, to the end of
 /// the editor itself: so the log belongs to all of them.
 using ItemLog = std::shared_ptr<QStringList>;
