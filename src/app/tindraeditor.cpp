@@ -52,13 +52,18 @@ QRect availableAt(const QPoint &point) {
     return (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry();
 }
 
+QStringList canonical(const QStringList &paths) {
+    QStringList files;
+    for (const QString &path : paths)
+        files.append(QFileInfo(path).canonicalFilePath());
+    return files;
+}
+
 /// The paths that name none of the files `known`, however those are spelled.
 QStringList without(const QStringList &paths, const QStringList &known) {
     if (known.isEmpty())
         return paths;
-    QStringList knownFiles;
-    for (const QString &path : known)
-        knownFiles.append(QFileInfo(path).canonicalFilePath());
+    const QStringList knownFiles = canonical(known);
     QStringList others;
     for (const QString &path : paths) {
         if (!knownFiles.contains(QFileInfo(path).canonicalFilePath()))
@@ -174,7 +179,7 @@ void TindraEditor::treatCommand(QString cmdline) {
 }
 
 void TindraEditor::AddNewPixmap(const QString &path, const QPoint &point, bool skip) {
-    const bool added = addCapture(path);
+    const bool added = selectLeftOver(path) || addCapture(path);
     if (isVisible())
         return;
     if (!skip)
@@ -191,6 +196,19 @@ void TindraEditor::AddNewPixmap(const QString &path, const QPoint &point, bool s
         m_history->clearSelection();
         reportFailedCapture();
     }
+}
+
+// A capture that came into the work folder before its line, while this editor started, was taken for a
+// left-over. A second row would share its file, and the first of them to be deleted would take it from the
+// other.
+bool TindraEditor::selectLeftOver(const QString &path) {
+    const QString file = QFileInfo(path).canonicalFilePath();
+    HistoryListWidgetItem *item = m_leftOvers.removeOne(file) ? m_history->itemOfFile(file) : nullptr;
+    if (!item)
+        return false;
+    m_capturesRestored = m_capturesRestored && !m_leftOvers.isEmpty();
+    m_history->select(item);
+    return true;
 }
 
 bool TindraEditor::addCapture(const QString &path) {
@@ -213,6 +231,7 @@ void TindraEditor::restoreHistories() {
     // stays in front.
     HistoryListWidgetItem *const shown = m_history->currentItem();
     QStringList leftOvers = without(temporaryCaptures(), m_history->imageKeys());
+    m_leftOvers = canonical(leftOvers);
     if (!leftOvers.isEmpty())
         m_capturesRestored = true;
 

@@ -106,6 +106,8 @@ private:
     void restoreHistories();
     /// Those that fit and can be read, each above the one before; whether none was unreadable.
     bool restoreCaptures(const QStringList &paths);
+    /// Selects the capture if it is one of those restored at the start that no line has named yet.
+    bool selectLeftOver(const QString &path);
     bool addCapture(const QString &path);
     void reportFailedCapture();
     void finishOpenItem();
@@ -123,4 +125,5 @@ private:
     bool m_isEmpty = false; ///< as last told; before that, nobody knows
     QTimer m_hideBlock;
     bool m_capturesRestored = false;
+    QStringList m_leftOvers; ///< files found at the start that no line has named yet
 };

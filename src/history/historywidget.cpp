@@ -12,6 +12,7 @@
 #include "services/usagestatistics.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPointer>
@@ -130,6 +131,15 @@ bool HistoryWidget::addImage(const QString &key) {
 
 bool HistoryWidget::hasImage(const QString &key) const {
     return imageKeys().contains(key);
+}
+
+HistoryListWidgetItem *HistoryWidget::itemOfFile(const QString &file) const {
+    for (int row = 0; !file.isEmpty() && row < m_historyListWidget->count(); ++row) {
+        HistoryListWidgetItem *item = m_historyListWidget->rowItem(row);
+        if (QFileInfo(item->editor()->imageKey()).canonicalFilePath() == file)
+            return item;
+    }
+    return nullptr;
 }
 
 QStringList HistoryWidget::imageKeys() const {

@@ -35,6 +35,8 @@ public:
     bool addImage(const QString &key);
     /// Whether a row shows the image of that key.
     bool hasImage(const QString &key) const;
+    /// The row that shows the file of that canonical path; null for none.
+    HistoryListWidgetItem *itemOfFile(const QString &file) const;
     /// Of all rows, top to bottom.
     QStringList imageKeys() const;
     /// Takes the last row away without asking.

@@ -23,6 +23,8 @@ private slots:
     void takenNumberKeepsItsCapture();
     void firstCaptureStaysInFrontAndUnpinned();
     void firstCaptureIsNotRestoredTwice();
+    void lineOfARestoredCaptureSelectsIt();
+    void lineOfADeletedLeftOverAddsItsSuccessor();
     void brokenLeftOverIsReportedOnce_data();
     void brokenLeftOverIsReportedOnce();
     void brokenLeftOverIsSilentBehindAVisibleWindow();
@@ -258,6 +260,46 @@ void Tst_CaptureRecovery::firstCaptureIsNotRestoredTwice() {
     ModalAnswers answers;
     treat("/show"_qs);
     QVERIFY(answers.isDone());
+}
+
+// The file came into the folder between the start and the look at it, its line comes later.
+void Tst_CaptureRecovery::lineOfARestoredCaptureSelectsIt() {
+    crash();
+    const QString path = capture("new"_qs);
+    capture("older"_qs);
+    quietStart();
+    QCOMPARE(list()->count(), 2);
+    ModalAnswers answers;
+    answers.addPress("Ok"_qs);
+    treat("/path \"%1\" /point 10 10"_qs.arg(path));
+    QCOMPARE(list()->count(), 2);
+    QCOMPARE(list()->selectedItem()->editor()->imageKey(), path);
+    QVERIFY(m_window->isVisible());
+    QVERIFY(answers.isDone()); // the older one is back
+    // The same name again is another capture.
+    treat("/path \"%1\""_qs.arg(path));
+    QCOMPARE(list()->count(), 3);
+    m_window->hide();
+
+    crash();
+    QVERIFY(QFile::remove(workFolder() + "/older.png"_qs));
+    quietStart();
+    ModalAnswers none;
+    treat("/path \"%1\""_qs.arg(path));
+    QCOMPARE(list()->count(), 1);
+    QVERIFY(none.isDone()); // nothing else is back
+}
+
+void Tst_CaptureRecovery::lineOfADeletedLeftOverAddsItsSuccessor() {
+    const QString path = capture("name"_qs);
+    crash();
+    quietStart();
+    list()->removeItem(list()->rowItem(0), false, true);
+    QCOMPARE(capture("name"_qs, {77, 5}), path);
+    ModalAnswers answers;
+    answers.addPress("Ok"_qs);
+    treat("/path \"%1\""_qs.arg(path));
+    QCOMPARE(widths(), Widths{77});
 }
 
 void Tst_CaptureRecovery::brokenLeftOverIsReportedOnce_data() {

@@ -27,6 +27,7 @@ private slots:
     void drawingsAreSaved();
     void serialNamesGoOn();
     void takenNamesAreSkipped();
+    void batchAfterTheClockWentBackwards();
     void savedRowsAreSavedAgain();
     void onlyCheckedRowsAreSaved();
     void moreThanThePoolHolds();
@@ -160,6 +161,19 @@ void Tst_BatchSave::takenNamesAreSkipped() {
     saveAll();
     QCOMPARE(written(), (QStringList{"shot_1.png"_qs, "shot_2.png"_qs, "shot_3.png"_qs, "shot_4.png"_qs}));
     QCOMPARE(QFileInfo(target("shot_2.png"_qs)).size(), qint64(0));
+}
+
+// The second of the first batch comes once more: nothing that it wrote is written over.
+void Tst_BatchSave::batchAfterTheClockWentBackwards() {
+    addThree();
+    saveAll();
+    saveAll();
+    QStringList names;
+    for (int number = 1; number <= 6; ++number)
+        names.append("20240506_070809_%1.png"_qs.arg(number));
+    QCOMPARE(written(), names);
+    for (int number = 1; number <= 6; ++number)
+        QCOMPARE(widthOf(names[number - 1]), 10 + (number - 1) % 3 + 1);
 }
 
 void Tst_BatchSave::savedRowsAreSavedAgain() {

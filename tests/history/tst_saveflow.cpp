@@ -21,6 +21,7 @@ private slots:
 
     void autoSaveWritesWithoutAsking();
     void autoSaveNeverOverwrites();
+    void autoSaveWhileTheClockGoesBackwards();
     void autoSaveFallsBackToPictures();
     void autoSaveMovesTheFolderOfTheNextSave();
     void autoSaveWithoutItsFolderFails();
@@ -100,6 +101,25 @@ void Tst_SaveFlow::autoSaveNeverOverwrites() {
     m_panel->onSaveCurrentImage(true, true);
     m_panel->onSaveCurrentImage(true, true);
     QCOMPARE(QDir(m_target->path()).entryList(QDir::Files).size(), 2);
+}
+
+// As it does once a year, and when the computer learns the right time: a second comes twice.
+void Tst_SaveFlow::autoSaveWhileTheClockGoesBackwards() {
+    setText(TindraPreferences::AutoSavePath, m_target->path());
+    int second = 9;
+    FileNameUtil::setClock([&second] { return QDateTime({2024, 5, 6}, {7, 8, second}); });
+    int width = 10;
+    for (const int shown : {9, 8, 9, 8}) {
+        second = shown;
+        ++width;
+        select("shot%1"_qs.arg(width), {width, 4});
+        m_panel->onSaveCurrentImage(true, true);
+    }
+    const QStringList names{"20240506_070809.png"_qs, "20240506_070808.png"_qs, "20240506_070809 (1).png"_qs,
+                            "20240506_070808 (1).png"_qs};
+    for (int i = 0; i < names.size(); ++i)
+        QCOMPARE(QImageReader(target(names[i])).size(), QSize(11 + i, 4));
+    QCOMPARE(QDir(m_target->path()).entryList(QDir::Files).size(), names.size());
 }
 
 void Tst_SaveFlow::autoSaveFallsBackToPictures() {

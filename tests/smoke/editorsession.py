@@ -5,6 +5,7 @@ For scripts that tests/support/isolated runs with a display; the first argument 
 import contextlib
 import fcntl
 import os
+import shutil
 import socket
 import struct
 import subprocess
@@ -105,9 +106,8 @@ class EditorTest(unittest.TestCase):
             if process.poll() is None:
                 process.kill()
             process.wait()
-        for folder, pattern in ((WORK, "*.png"), (PINS, "*"), (RESULTS, "*")):
-            for path in folder.glob(pattern):
-                path.unlink()
+        for folder in (WORK, RESULTS):
+            shutil.rmtree(folder, ignore_errors=True)
 
     def start(self, *arguments, environment=None):
         process = subprocess.Popen([EDITOR, *map(str, arguments)], env=environment, stdin=subprocess.DEVNULL)
