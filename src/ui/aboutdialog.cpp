@@ -74,8 +74,8 @@ void AboutDialog::onUrlLeaved() {
 void AboutDialog::openDebugDialog() {
     auto *dialog = new DebugDialog(parentWidget());
     connect(dialog, &DebugDialog::fileMemoryModeChanged, this, &AboutDialog::fileMemoryModeChanged);
-    close();
-    // This object, which goes when it is closed, lives on until the turn of the event loop that it was in
-    // ends.
+    // Closing may delete this dialog, which passes the other's signal on.
+    hide();
     dialog->exec();
+    close();
 }
