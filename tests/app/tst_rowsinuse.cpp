@@ -156,17 +156,16 @@ void Tst_RowsInUse::rowUnderItsDialogIsDropped() {
     QVERIFY(menu && menu->isVisible());
     bool isInClick = true;
     ModalAnswers answers;
-    answers.add([&](QWidget *) {
+    answers.add([&](QWidget *dialog) {
         QVERIFY(!isInClick);
         addCapture("new"_qs);
-    });
-    answers.add([&](QWidget *dialog) {
-        // The dialog's loop has deleted the row by now.
-        QVERIFY(!oldest && !menu);
+        // Row and menu are deleted under it.
+        const bool isGone = QTest::qWaitFor([&] { return !oldest && !menu; });
         if (button.isEmpty())
             dialog->close();
         else
             ModalAnswers::press(dialog, button);
+        QVERIFY(isGone);
     });
     for (QAction *action : menu->actions()) {
         if (action->text() != entry)
