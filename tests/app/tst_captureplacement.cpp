@@ -37,6 +37,13 @@ void Tst_CapturePlacement::geometry_data() {
     QTest::newRow("screen on the right")
         << QSize(2000, 100) << QPoint(2500, 500) << QRect(1920, 0, 1280, 1024) << QSize(0, 0)
         << QRect(2400, 320, 1280, 380);
+    // A line can name any number. What lies there is moved onto a screen later, by plain sums.
+    const int lowest = std::numeric_limits<int>::min();
+    const int highest = std::numeric_limits<int>::max();
+    QTest::newRow("lowest numbers") << QSize(100, 100) << QPoint(lowest, lowest) << desktop << QSize(0, 0)
+                                    << QRect(0, 0, 472, 380);
+    QTest::newRow("highest numbers") << QSize(100, 100) << QPoint(highest, highest) << desktop << QSize(0, 0)
+                                     << QRect(999900, 999820, 472, 380);
 }
 
 void Tst_CapturePlacement::geometry() {
