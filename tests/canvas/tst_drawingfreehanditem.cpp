@@ -58,6 +58,7 @@ private slots:
     void shiftRunKeepsAnchorAndDirection();
     void strokeGoesOnFromTheEndOfTheRun();
     void secondRunTakesItsOwnDirection();
+    void runFromTheColumnBesideTheImageBeginsAnew();
     void highlighterRunsStraightToo();
 
     void boundingRectIsGrownAndClipped();
@@ -73,6 +74,8 @@ private slots:
     void highlighterNibPixels_data();
     void highlighterNibPixels();
     void uprightHighlighterIsAThinTrace();
+    void highlighterEndsWhereTheMouseDid();
+    void clipOfThePainterIsReplaced();
     void nothingIsPaintedOutsideTheClip();
     void painterIsLeftAsItWas();
     void segmentsRectCoversWhatThoseSegmentsPaint();
@@ -147,6 +150,16 @@ void Tst_DrawingFreehandItem::secondRunTakesItsOwnDirection() {
     diagonal.drawMove({10, 10}, {14, 14}, true);
     diagonal.drawMove({14, 14}, {20, 12}, true); // the longer leg counts
     QCOMPARE(diagonal.segments().last(), QLineF(10, 10, 20, 20));
+}
+
+void Tst_DrawingFreehandItem::runFromTheColumnBesideTheImageBeginsAnew() {
+    DrawingPenItem item(Canvas, nullptr);
+    item.drawStart({-1, 20});
+    item.drawMove({-1, 20}, {10, 22}, true); // horizontal, but an anchor with a -1 counts as none
+    item.drawMove({10, 22}, {12, 40}, true); // so the next step begins a run
+    item.drawMove({12, 40}, {30, 50}, true);
+    const QVector<QLineF> expected{{-1, 20, -1, 20}, {-1, 20, 10, 20}, {10, 22, 10, 40}, {10, 22, 10, 50}};
+    QCOMPARE(item.segments(), expected);
 }
 
 void Tst_DrawingFreehandItem::highlighterRunsStraightToo() {
@@ -284,6 +297,35 @@ void Tst_DrawingFreehandItem::uprightHighlighterIsAThinTrace() {
     for (int x = 0; x < image.width(); ++x)
         touched += image.pixelColor(x, 40) != QColor(Qt::white);
     QCOMPARE(touched, 2); // one pixel wide, on a border between two columns
+}
+
+void Tst_DrawingFreehandItem::highlighterEndsWhereTheMouseDid() {
+    setTool(QColor(0, 0, 0), 1);
+    DrawingHighlighterItem item(Canvas, nullptr);
+    item.drawMove({20, 30}, {80, 30}, false);
+    const QImage image = painted(item, Qt::white);
+    // The points are the left borders of their pixels.
+    QCOMPARE(image.pixelColor(19, 30), QColor(Qt::white));
+    QVERIFY(image.pixelColor(20, 30) != QColor(Qt::white));
+    QVERIFY(image.pixelColor(79, 30) != QColor(Qt::white));
+    QCOMPARE(image.pixelColor(80, 30), QColor(Qt::white));
+}
+
+void Tst_DrawingFreehandItem::clipOfThePainterIsReplaced() {
+    setTool(Qt::red, 9);
+    DrawingPenItem pen(Canvas, nullptr);
+    DrawingHighlighterItem highlighter(Canvas, nullptr);
+    for (DrawingFreehandItem *item :
+         {static_cast<DrawingFreehandItem *>(&pen), static_cast<DrawingFreehandItem *>(&highlighter)}) {
+        drawn(*item, {{20, 20}, {60, 50}});
+        QImage clipped(Canvas.size().toSize(), QImage::Format_RGB32);
+        clipped.fill(Qt::white);
+        QPainter painter(&clipped);
+        painter.setClipRect(0, 0, 5, 5);
+        item->paint(&painter, nullptr, nullptr);
+        painter.end();
+        COMPARE_IMAGES(clipped, painted(*item, Qt::white), "clip");
+    }
 }
 
 void Tst_DrawingFreehandItem::nothingIsPaintedOutsideTheClip() {

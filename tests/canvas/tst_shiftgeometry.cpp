@@ -34,9 +34,13 @@ void Tst_ShiftGeometry::direction_data() {
     QTest::newRow("up left") << a << a + QPointF(-5, -5) << ShiftDirection::FallingRight;
     QTest::newRow("up right") << a << a + QPointF(5, -5) << ShiftDirection::RisingRight;
     QTest::newRow("down left") << a << a + QPointF(-5, 5) << ShiftDirection::RisingRight;
-    QTest::newRow("flat") << a << a + QPointF(10, 4) << ShiftDirection::Horizontal;              // sine 0.371
-    QTest::newRow("steep") << a << a + QPointF(4, -10) << ShiftDirection::Vertical;              // sine 0.928
-    QTest::newRow("not flat enough") << a << a + QPointF(10, 5) << ShiftDirection::FallingRight; // 0.447
+    QTest::newRow("flat") << a << a + QPointF(10, 4) << ShiftDirection::Horizontal;             // sine 0.371
+    QTest::newRow("steep") << a << a + QPointF(4, -10) << ShiftDirection::Vertical;             // sine 0.928
+    QTest::newRow("just flat") << a << a + QPointF(128, 53) << ShiftDirection::Horizontal;      // 0.38256
+    QTest::newRow("just not flat") << a << a + QPointF(99, 41) << ShiftDirection::FallingRight; // 0.38263
+    QTest::newRow("just not steep") << a << a + QPointF(63, 152) << ShiftDirection::FallingRight; // 0.92379
+    QTest::newRow("just steep") << a << a + QPointF(46, 111) << ShiftDirection::Vertical;         // 0.92381
+    QTest::newRow("not flat enough") << a << a + QPointF(10, 5) << ShiftDirection::FallingRight;  // 0.447
     QTest::newRow("not steep enough") << a << a + QPointF(-5, 10) << ShiftDirection::RisingRight; // 0.894
 }
 
