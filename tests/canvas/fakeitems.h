@@ -83,8 +83,12 @@ public:
         setPos(pos);
         return boundingRect();
     }
-    QRectF drawMove(QPoint, QPoint pos, bool) override {
-        m_log->append(QStringLiteral("text hover %1,%2").arg(pos.x()).arg(pos.y()));
+    QRectF drawMove(QPoint lastPos, QPoint pos, bool) override {
+        m_log->append(QStringLiteral("text hover %1,%2 %3,%4")
+                          .arg(lastPos.x())
+                          .arg(lastPos.y())
+                          .arg(pos.x())
+                          .arg(pos.y()));
         return boundingRect();
     }
     QRectF drawEnd(QPoint, QPoint, bool) override {

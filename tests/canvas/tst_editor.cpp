@@ -65,6 +65,7 @@ private slots:
     void textGoesThroughItsStates();
     void textAbortedIsReadyForTheNext();
     void rejectedTextLeavesNothing();
+    void acceptedTextMakesUndoneOnesUnreachable();
     void openTextIsThrownAwayByAnotherTool();
     void openTextFollowsTheMouse();
     void cropAcceptedIsOneStep();
@@ -548,6 +549,17 @@ void Tst_Editor::rejectedTextLeavesNothing() {
     QVERIFY(!text);
 }
 
+void Tst_Editor::acceptedTextMakesUndoneOnesUnreachable() {
+    m_editor->setShape(Editor::Pen);
+    drag({{10, 10}, {60, 10}});
+    m_editor->undo();
+    m_editor->setShape(Editor::Text);
+    click(30, 30);
+    QVERIFY(m_editor->canRedo()); // it may still be thrown away
+    m_editor->text->close(true, false);
+    QVERIFY(!m_editor->canRedo());
+}
+
 void Tst_Editor::openTextIsThrownAwayByAnotherTool() {
     m_editor->setShape(Editor::Text);
     click(30, 30);
@@ -568,7 +580,10 @@ void Tst_Editor::openTextFollowsTheMouse() {
     click(30, 30);
     m_editor->log.clear();
     m_mouse->move(at(41, 35));
-    QCOMPARE(m_editor->log, QStringList{QStringLiteral("text hover 41,35")});
+    m_mouse->move(at(52, 36));
+    const QStringList hovers{QStringLiteral("text hover 30,30 41,35"),
+                             QStringLiteral("text hover 41,35 52,36")};
+    QCOMPARE(m_editor->log, hovers);
     QSignalSpy moved(m_editor.get(), SIGNAL(moveTextItem(DrawingTextItem *)));
     emit m_editor->text->moveTextItem(nullptr);
     QCOMPARE(moved.count(), 1);
@@ -635,6 +650,11 @@ void Tst_Editor::cropGoesBackToThePreviousTool() {
     m_editor->setShape(Editor::Crop);
     QCOMPARE(m_editor->shapeType(), Editor::Crop);
     m_editor->startCrop();
+    m_editor->finishCurrentItem(false);
+    QCOMPARE(m_editor->shapeType(), Editor::Highlighter);
+    // Nor is crop remembered when it was chosen and not started.
+    m_editor->setShape(Editor::Crop);
+    openCrop();
     m_editor->finishCurrentItem(false);
     QCOMPARE(m_editor->shapeType(), Editor::Highlighter);
 }
@@ -875,6 +895,11 @@ void Tst_Editor::savedPathRules() {
     QCOMPARE(m_editor->savedPath(), QStringLiteral("/b.png"));
     openCrop(); // an item as well
     QVERIFY(!m_editor->isSaved());
+    m_editor->setSavedPath(QStringLiteral("/c.png"));
+    spy.clear();
+    m_editor->setSavedPath(QString());
+    QVERIFY(!m_editor->isSaved());
+    QCOMPARE(QList<QList<QVariant>>(spy), QList<QList<QVariant>>{{false}});
 }
 
 void Tst_Editor::flattenSizes_data() {
