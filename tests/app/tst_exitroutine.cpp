@@ -1,4 +1,5 @@
 #include "app/windowtest.h"
+#include "services/tracelog.h"
 
 #include <QLockFile>
 
@@ -27,6 +28,7 @@ private slots:
     void cleanup() { WindowTest::cleanup(); }
 
     void closeOnlyHidesInTrayMode();
+    void hidingIsLogged();
     void closeExitsWithoutTrayMode();
     void closeCommandExitsInTrayMode();
     void exitAsksAboutUnsavedImages_data();
@@ -56,6 +58,15 @@ void Tst_ExitRoutine::closeOnlyHidesInTrayMode() {
     QVERIFY(!quits([this] { m_window->close(); }));
     QVERIFY(!m_window->isVisible());
     QCOMPARE(messages(), (Messages{0x86D, 0x86B}));
+}
+
+void Tst_ExitRoutine::hidingIsLogged() {
+    setTraceLevel(2);
+    m_window->close();
+    setTraceLevel(TraceLog::Off);
+    QFile log(TraceLog::filePath());
+    QVERIFY(log.open(QIODevice::ReadOnly));
+    QVERIFY(log.readAll().contains(" closeEvent : hide\r\n"));
 }
 
 void Tst_ExitRoutine::closeExitsWithoutTrayMode() {

@@ -65,6 +65,7 @@ private slots:
     void terminationSignalBecomesAKillLine_data();
     void terminationSignalBecomesAKillLine();
     void silentHolderOfTheNameStopsOnlyRedirects();
+    void startIsLoggedWhenTheSettingsSaySo();
 };
 
 void Tst_SingleInstance::ofManyStartsAtOnceOneIsFirst_data() {
@@ -218,6 +219,23 @@ void Tst_SingleInstance::silentHolderOfTheNameStopsOnlyRedirects() {
     QTRY_VERIFY(second.endedWell());
     first.send(SIGCONT);
     QTRY_COMPARE(first.output().last(), lineOf({QStringLiteral("hello")}));
+}
+
+void Tst_SingleInstance::startIsLoggedWhenTheSettingsSaySo() {
+    const QDir folder(qEnvironmentVariable("XDG_CONFIG_HOME") + QStringLiteral("/Norvane"));
+    QVERIFY(folder.mkpath(QStringLiteral(".")));
+    QFile settings(folder.filePath(QStringLiteral("Tindra.conf")));
+    QVERIFY(settings.open(QIODevice::WriteOnly));
+    settings.write("[FuncTrace]\ntrace=1\n");
+    settings.close();
+    {
+        Start first;
+        QTRY_VERIFY(first.isFirst());
+    }
+    QVERIFY(settings.remove());
+    QFile log(QDir::tempPath() + QStringLiteral("/Tindra/Tindra.log"));
+    QVERIFY(log.open(QIODevice::ReadOnly));
+    QVERIFY(log.readAll().contains(" StartServer : "));
 }
 
 QTEST_GUILESS_MAIN(Tst_SingleInstance)

@@ -48,6 +48,8 @@ private slots:
     void memoryThatCannotBeReadIsReported();
     void commandsAreTraced_data();
     void commandsAreTraced();
+    void saveWordsSayWhichSaveIsMeant_data();
+    void saveWordsSayWhichSaveIsMeant();
     void saveAsksForAName();
     void lineInsideTheDialogOfAnother();
     void brokenCaptureIsReported_data();
@@ -375,6 +377,26 @@ void Tst_TindraEditor::commandsAreTraced() {
         const QString text = log.open(QIODevice::ReadOnly) ? QString::fromUtf8(log.readAll()) : QString();
         QVERIFY2(text.contains(logged + QLatin1Char('\r')) == (level == 2), qPrintable(text));
     }
+}
+
+void Tst_TindraEditor::saveWordsSayWhichSaveIsMeant_data() {
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<bool>("autoSave");
+    QTest::addColumn<bool>("showResult");
+    QTest::newRow("save") << "/save" << false << true;
+    QTest::newRow("skip is for the other one") << "/save /skip" << false << true;
+    QTest::newRow("autosave") << "/autosave" << true << true;
+    QTest::newRow("autosave comes first") << "/save /autosave" << true << true;
+    QTest::newRow("silent") << "/skip /autosave" << true << false;
+}
+
+void Tst_TindraEditor::saveWordsSayWhichSaveIsMeant() {
+    QFETCH(QString, line);
+    QFETCH(bool, autoSave);
+    QFETCH(bool, showResult);
+    QSignalSpy saves(m_window.get(), &TindraEditor::saveCurrentImage);
+    treat(line);
+    QCOMPARE(QList<QList<QVariant>>(saves), (QList<QList<QVariant>>{{autoSave, showResult}}));
 }
 
 void Tst_TindraEditor::saveAsksForAName() {

@@ -5,6 +5,7 @@
 #include "platform/localserversocket.h"
 #include "platform/namedlock.h"
 
+#include <QLocalSocket>
 #include <QtTest>
 
 #include <fcntl.h>
@@ -59,6 +60,7 @@ private slots:
     void goesUnderTheElectionLock();
     void closedServerIsNone();
     void connectionIsClosedAfterItsMessage();
+    void closedConnectionsAreForgotten();
     void listensAgainWhenDescriptorsRanOut();
     void runsWithoutASocketWhereStrangersCouldSit();
 
@@ -329,6 +331,14 @@ void Tst_IpcServer::connectionIsClosedAfterItsMessage() {
     bool closed = false;
     client.readToEnd(5000, &closed);
     QVERIFY(closed);
+}
+
+void Tst_IpcServer::closedConnectionsAreForgotten() {
+    QVERIFY(m_server->Listen(serverName()));
+    for (int i = 0; i < 3; ++i)
+        QVERIFY(IpcClient().Send(serverName(), QStringLiteral("hi")));
+    QTRY_COMPARE(m_messages->size(), 3);
+    QTRY_VERIFY(m_server->findChildren<QLocalSocket *>().isEmpty());
 }
 
 void Tst_IpcServer::listensAgainWhenDescriptorsRanOut() {

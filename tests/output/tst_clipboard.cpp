@@ -4,6 +4,7 @@
 #include "support/openedurls.h"
 
 #include <QFile>
+#include <QPainter>
 #include <QPixmap>
 #include <QTemporaryDir>
 #include <QTest>
@@ -68,13 +69,16 @@ void Tst_Clipboard::opaquePictureStaysAsItIs() {
 
 void Tst_Clipboard::devicePixelsAreCopied() {
     for (const bool transparent : {false, true}) {
-        QPixmap pixmap(40, 20);
-        pixmap.fill(transparent ? Qt::transparent : Qt::red);
+        QImage image(40, 20, QImage::Format_ARGB32);
+        image.fill(transparent ? Qt::transparent : Qt::blue);
+        QPainter(&image).fillRect(30, 5, 7, 12, Qt::red);
+        QPixmap pixmap = QPixmap::fromImage(image);
         pixmap.setDevicePixelRatio(2.0);
         QWidget owner;
         QVERIFY(copyPixmapToClipboard(pixmap, &owner));
         QImage expected(40, 20, QImage::Format_RGB32);
-        expected.fill(transparent ? Qt::white : Qt::red);
+        expected.fill(transparent ? Qt::white : Qt::blue);
+        QPainter(&expected).fillRect(30, 5, 7, 12, Qt::red);
         COMPARE_IMAGES(m_platform->clipboard, expected, "device pixels");
     }
 }
