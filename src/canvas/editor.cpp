@@ -12,7 +12,6 @@
 
 namespace {
 
-const QPoint NoPos(-1, -1);
 /// The eraser takes what lies within this many pixels of the mouse.
 constexpr int EraserReach = 1;
 

@@ -6,6 +6,8 @@
 #include <QPixmap>
 #include <QSet>
 
+#include <limits>
+
 class DrawingCropItem;
 class DrawingFreehandItem;
 class DrawingInterface;
@@ -144,6 +146,10 @@ private slots:
 private:
     friend struct ItemTable;
 
+    /// No position that a mouse can have. The pixel beside the picture's corner, (-1, -1), is one: what is
+    /// pressed there has to be drawn and undone like anything else.
+    static constexpr QPoint NoPos{std::numeric_limits<int>::min(), std::numeric_limits<int>::min()};
+
     /// Makes the item of a tool and turns the editor to it; null for a tool without one.
     NewItem createItem(ShapeType shape, const QRectF &sceneRect);
     void markUnsaved();
@@ -174,8 +180,8 @@ private:
     ShapeType m_shapeType = Rectangle;
     ShapeType m_previousShapeType = Rectangle;
     QPoint m_savedCenter;
-    QPoint m_pressPos{-1, -1};
-    QPoint m_lastPos{-1, -1};
+    QPoint m_pressPos = NoPos;
+    QPoint m_lastPos = NoPos;
     bool m_lastShift = false; ///< the Shift key of the last move
     DrawingInterface *m_currentItem = nullptr;
     QString m_savedPath;

@@ -47,6 +47,7 @@ private slots:
 
     void clickLeavesNothingButMarksUnsaved_data();
     void clickLeavesNothingButMarksUnsaved();
+    void dragFromBesideTheCornerIsAStep();
     void strokeBackToItsStart_data();
     void strokeBackToItsStart();
     void newItemMakesUndoneOnesUnreachable();
@@ -295,6 +296,15 @@ void Tst_Editor::clickLeavesNothingButMarksUnsaved() {
     QVERIFY(!m_editor->isSaved());
     QVERIFY(!m_editor->currentItem());
     QCOMPARE(m_editor->flatten(true, false).toImage().convertToFormat(QImage::Format_RGB32), m_picture);
+}
+
+void Tst_Editor::dragFromBesideTheCornerIsAStep() {
+    m_editor->setShape(Editor::Rectangle);
+    drag({{-1, -1}, {30, 40}});
+    QCOMPARE(m_editor->items().size(), 1);
+    QVERIFY(m_editor->canUndo());
+    m_editor->undo();
+    QVERIFY(m_editor->items().isEmpty());
 }
 
 void Tst_Editor::strokeBackToItsStart_data() {

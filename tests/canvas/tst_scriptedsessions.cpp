@@ -1,0 +1,336 @@
+#include "canvas/capturefixture.h"
+#include "canvas/editorview.h"
+#include "canvas/fakeitems.h"
+#include "canvas/session.h"
+#include "preferences/tindrapreferences.h"
+
+#include <QRandomGenerator>
+#include <QtTest>
+
+#include <array>
+
+namespace {
+
+/// A script in this variable, as a failure prints it, is played in place of all others.
+constexpr const char *ReplayVariable = "TINDRA_SESSION";
+
+constexpr int Captures = 2;
+constexpr int StepsPerSession = 25;
+constexpr int SessionsPerRow = 100;
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr int Rows = 2;
+#else
+constexpr int Rows = 25;
+#endif
+
+const QSize Sizes[Captures] = {QSize(61, 44), QSize(72, 45)};
+
+/// The product's own items, but a crop that the script frames.
+class SessionEditor : public TestEditor {
+protected:
+    NewItem makeItem(ShapeType shape, const QRectF &sceneRect) override {
+        return shape == Crop ? TestEditor::makeItem(shape, sceneRect) : Editor::makeItem(shape, sceneRect);
+    }
+};
+
+/// Two captures and the view of them, in which a script takes place.
+class World {
+public:
+    World();
+    ~World() { m_view.setEditor(nullptr); }
+
+    /// Does a step; what is wrong afterwards, or nothing.
+    QString play(const session::Step &step);
+
+private:
+    using Action = void (World::*)(const QVector<int> &);
+    static const QHash<QString, Action> &actions();
+
+    void setTool(const QVector<int> &numbers);
+    void drag(const QVector<int> &numbers);
+    void press(const QVector<int> &numbers);
+    void move(const QVector<int> &numbers);
+    void release(const QVector<int> &numbers);
+    void undo(const QVector<int> &);
+    void redo(const QVector<int> &);
+    void reset(const QVector<int> &);
+    void zoom(const QVector<int> &numbers);
+    void select(const QVector<int> &numbers);
+    void crop(const QVector<int> &numbers);
+    template <int Id> void set(const QVector<int> &numbers) {
+        TindraPreferences::instance()->SetInt(Id, numbers.first());
+    }
+
+    Editor &editor() { return m_editors.at(m_current); }
+    QPoint inView(const QVector<int> &numbers, int at) const;
+    void noteOrder();
+    QImage flattened() { return editor().flatten(true, false).toImage(); }
+
+    void fitView();
+    QString check();
+    QString viewDiffers();
+    QString undoAndRedoDiffer();
+    QString resetAndRedosDiffer();
+
+    std::array<SessionEditor, Captures> m_editors;
+    EditorView m_view;
+    capture::Mouse m_mouse;
+    int m_current = 0;
+    bool m_buttonDown = false;
+    /// Whether an item may lie below one that was finished before it: what is redone while another item is
+    /// being drawn comes to lie above that. Undo and redo of the two then change their order.
+    std::array<bool, Captures> m_mixedOrder{};
+};
+
+World::World() : m_mouse(m_view.viewport()) {
+    capture::resetWorld();
+    for (int i = 0; i < Captures; ++i) {
+        capture::load(m_editors.at(i), QStringLiteral("capture %1").arg(i), capture::picture(Sizes[i]));
+        m_editors.at(i).setShape(Editor::Pen);
+    }
+    m_view.setFrameShape(QFrame::NoFrame);
+    m_view.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_view.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_view.setEditor(&editor());
+    fitView();
+    m_view.show();
+}
+
+const QHash<QString, World::Action> &World::actions() {
+    using Preferences = TindraPreferences;
+    static const QHash<QString, Action> all{
+        {QStringLiteral("tool"), &World::setTool},
+        {QStringLiteral("width"), &World::set<Preferences::LineWidth>},
+        {QStringLiteral("style"), &World::set<Preferences::FigureLineType>},
+        {QStringLiteral("line"), &World::set<Preferences::FigureLineColor>},
+        {QStringLiteral("fill"), &World::set<Preferences::FigureFillColor>},
+        {QStringLiteral("mosaic"), &World::set<Preferences::MosaicStrength>},
+        {QStringLiteral("drag"), &World::drag},
+        {QStringLiteral("press"), &World::press},
+        {QStringLiteral("move"), &World::move},
+        {QStringLiteral("release"), &World::release},
+        {QStringLiteral("undo"), &World::undo},
+        {QStringLiteral("redo"), &World::redo},
+        {QStringLiteral("reset"), &World::reset},
+        {QStringLiteral("zoom"), &World::zoom},
+        {QStringLiteral("select"), &World::select},
+        {QStringLiteral("crop"), &World::crop},
+    };
+    return all;
+}
+
+QString World::play(const session::Step &step) {
+    const Action action = actions().value(step.verb);
+    if (!action)
+        return QStringLiteral("no such step: %1").arg(step.verb);
+    (this->*action)(step.numbers);
+    return check();
+}
+
+QPoint World::inView(const QVector<int> &numbers, int at) const {
+    return m_view.mapFromScene(numbers.at(at), numbers.at(at + 1));
+}
+
+void World::setTool(const QVector<int> &numbers) {
+    TindraPreferences::instance()->SetInt(TindraPreferences::LastDrawingItem, numbers.first());
+    editor().setShape(Editor::ShapeType(numbers.first()));
+}
+
+void World::drag(const QVector<int> &numbers) {
+    QVector<QPoint> points;
+    for (int i = 1; i < numbers.size(); i += 2)
+        points.append(inView(numbers, i));
+    m_mouse.drag(points, numbers.first() ? Qt::ShiftModifier : Qt::NoModifier);
+    m_buttonDown = false;
+}
+
+void World::press(const QVector<int> &numbers) {
+    m_mouse.press(inView(numbers, 0));
+    m_buttonDown = true;
+}
+
+void World::move(const QVector<int> &numbers) {
+    m_mouse.move(inView(numbers, 1), numbers.first() ? Qt::ShiftModifier : Qt::NoModifier);
+}
+
+void World::release(const QVector<int> &numbers) {
+    m_mouse.release(inView(numbers, 1), Qt::LeftButton, numbers.first() ? Qt::ShiftModifier : Qt::NoModifier);
+    m_buttonDown = false;
+}
+
+void World::noteOrder() {
+    m_mixedOrder.at(m_current) = m_mixedOrder.at(m_current) || m_buttonDown;
+}
+
+void World::undo(const QVector<int> &) {
+    noteOrder();
+    editor().undo();
+}
+
+void World::redo(const QVector<int> &) {
+    noteOrder();
+    editor().redo();
+}
+
+void World::reset(const QVector<int> &) {
+    noteOrder();
+    editor().reset();
+}
+
+void World::zoom(const QVector<int> &numbers) {
+    const int steps = numbers.first();
+    if (steps == 0)
+        m_view.onZoomReset();
+    for (int i = 0; i < steps; ++i)
+        m_view.onZoomIn();
+    for (int i = 0; i > steps; --i)
+        m_view.onZoomOut();
+}
+
+void World::select(const QVector<int> &numbers) {
+    editor().finishCurrentItem(false);
+    m_current = numbers.first() % Captures;
+    m_view.setEditor(&editor());
+}
+
+void World::crop(const QVector<int> &numbers) {
+    SessionEditor &cropped = m_editors.at(m_current);
+    cropped.setShape(Editor::Crop);
+    cropped.startCrop();
+    cropped.crop->frame = QRect(numbers.at(1), numbers.at(2), numbers.at(3), numbers.at(4));
+    cropped.finishCurrentItem(numbers.first());
+}
+
+// Lines that leave a picture are cut at its border before they become pixels, and come out a little different
+// where that border is another. So the view shows at 100 % just what the picture holds.
+void World::fitView() {
+    const QSize size = editor().visibleRect().size();
+    if (m_view.size() != size)
+        m_view.resize(size);
+}
+
+QString World::check() {
+    fitView();
+    // What was changed is told to the view in a turn of its own.
+    QCoreApplication::sendPostedEvents();
+    if (m_buttonDown)
+        return QString();
+    QString problem = viewDiffers();
+    if (problem.isEmpty() && !m_mixedOrder.at(m_current))
+        problem = undoAndRedoDiffer();
+    if (problem.isEmpty())
+        problem = resetAndRedosDiffer();
+    if (problem.isEmpty()) {
+        QCoreApplication::sendPostedEvents();
+        problem = viewDiffers();
+    }
+    return problem;
+}
+
+QString World::viewDiffers() {
+    if (m_view.transform().m11() != 1.0)
+        return QString();
+    const QImage expected = flattened().convertToFormat(QImage::Format_RGB32);
+    const QImage shown = m_view.viewport()->grab().toImage().convertToFormat(QImage::Format_RGB32);
+    return shown == expected ? QString() : QStringLiteral("the view at 100 % shows another picture");
+}
+
+QString World::undoAndRedoDiffer() {
+    if (!editor().canUndo())
+        return QString();
+    const QImage before = flattened();
+    editor().undo();
+    editor().redo();
+    return flattened() == before ? QString() : QStringLiteral("undo and redo change the picture");
+}
+
+QString World::resetAndRedosDiffer() {
+    const int steps = editor().items().size();
+    const QImage before = flattened();
+    editor().reset();
+    if (!editor().items().isEmpty() || editor().canUndo())
+        return QStringLiteral("something is left after a reset");
+    if (flattened() != capture::picture(Sizes[m_current]))
+        return QStringLiteral("a reset does not bring back the capture");
+    for (int i = 0; i < steps; ++i)
+        editor().redo();
+    if (m_mixedOrder.at(m_current)) {
+        // The steps are back in their own order.
+        m_mixedOrder.at(m_current) = false;
+        return QString();
+    }
+    return flattened() == before ? QString() : QStringLiteral("reset and redos change the picture");
+}
+
+/// What goes wrong in a script and how far it gets until then, or an empty text.
+QString play(const session::Script &script) {
+    World world;
+    for (int i = 0; i < script.size(); ++i) {
+        const QString problem = world.play(script.at(i));
+        if (!problem.isEmpty())
+            return QStringLiteral("after step %1: %2").arg(i + 1).arg(problem);
+    }
+    return QString();
+}
+
+/// The script without the steps that the failure does not need.
+session::Script shortened(session::Script script) {
+    for (int i = script.size() - 1; i >= 0; --i) {
+        session::Script shorter = script;
+        shorter.remove(i);
+        if (!play(shorter).isEmpty())
+            script = shorter;
+    }
+    return script;
+}
+
+} // namespace
+
+/// Random sessions. Whatever was done before: undo then redo restores the same pixels, reset then redo as
+/// many times does too, and the flattened picture is what the view shows at 100 %.
+class Tst_ScriptedSessions : public QObject {
+    Q_OBJECT
+private slots:
+    void scriptSurvivesItsText();
+    void picturesHoldTogether_data();
+    void picturesHoldTogether();
+
+private:
+    static void verify(const session::Script &script);
+};
+
+void Tst_ScriptedSessions::scriptSurvivesItsText() {
+    QRandomGenerator random(7);
+    const QString text = session::write(session::random(random, 200, Captures));
+    QVERIFY(text.contains(QLatin1String("drag")));
+    QCOMPARE(session::write(session::read(text)), text);
+}
+
+void Tst_ScriptedSessions::picturesHoldTogether_data() {
+    QTest::addColumn<int>("seed");
+    const int rows = qEnvironmentVariableIsSet(ReplayVariable) ? 1 : Rows;
+    for (int row = 0; row < rows; ++row)
+        QTest::addRow("seed %d", row) << row;
+}
+
+void Tst_ScriptedSessions::picturesHoldTogether() {
+    QFETCH(int, seed);
+    if (qEnvironmentVariableIsSet(ReplayVariable)) {
+        verify(session::read(qEnvironmentVariable(ReplayVariable)));
+        return;
+    }
+    QRandomGenerator random(static_cast<quint32>(seed));
+    for (int i = 0; i < SessionsPerRow && !QTest::currentTestFailed(); ++i)
+        verify(session::random(random, StepsPerSession, Captures));
+}
+
+void Tst_ScriptedSessions::verify(const session::Script &script) {
+    if (play(script).isEmpty())
+        return;
+    const session::Script shorter = shortened(script);
+    QFAIL(qPrintable(QStringLiteral("%1\n   replay with %2='%3'")
+                         .arg(play(shorter), QLatin1String(ReplayVariable), session::write(shorter))));
+}
+
+QTEST_MAIN(Tst_ScriptedSessions)
+#include "tst_scriptedsessions.moc"
