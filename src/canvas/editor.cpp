@@ -1,5 +1,6 @@
 #include "canvas/editor.h"
 
+#include "canvas/items/drawingcropitem.h"
 #include "canvas/items/drawingfreehanditem.h"
 #include "canvas/itemtable.h"
 #include "canvas/toolusage.h"
@@ -162,6 +163,9 @@ void Editor::toggle(QList<QGraphicsItem *> &from, QList<QGraphicsItem *> &to) {
     if (item->scene()) {
         removeItem(item);
     } else {
+        // Another one than when it left, if a crop was accepted since: that leaves what can be redone.
+        if (auto *crop = dynamic_cast<DrawingCropItem *>(item))
+            crop->setPreviousRect(m_cropRect);
         addItem(item);
         m_currentOnTop = false;
     }

@@ -81,6 +81,12 @@ Step crop(QRandomGenerator &random) {
             {chance(random, 3, 4), x, y, random.bounded(5, Width - x), random.bounded(5, Height - y)}};
 }
 
+Step text(QRandomGenerator &random) {
+    QVector<int> numbers{random.bounded(int(Discarded), int(ClickElsewhere) + 1)};
+    addPosition(random, &numbers);
+    return {QStringLiteral("text"), numbers << random.bounded(6)};
+}
+
 Step step(QRandomGenerator &random, int captures) {
     const int dice = random.bounded(100);
     if (dice < 36)
@@ -99,8 +105,10 @@ Step step(QRandomGenerator &random, int captures) {
         return {QStringLiteral("reset"), {}};
     if (dice < 90)
         return {QStringLiteral("zoom"), {chance(random, 2, 3) ? 0 : random.bounded(-6, 7)}};
-    if (dice < 95)
+    if (dice < 94)
         return crop(random);
+    if (dice < 96)
+        return text(random);
     return {QStringLiteral("select"), {random.bounded(captures)}};
 }
 

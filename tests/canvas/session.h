@@ -20,10 +20,13 @@ namespace session {
 ///   zoom N              N steps in or, below 0, out; 0 for 100 %
 ///   select N            another capture
 ///   crop ACCEPT X Y W H a crop that is accepted or cancelled
+///   text END X Y LENGTH a text of so many letters, closed as `TextEnd` says
 struct Step {
     QString verb;
     QVector<int> numbers;
 };
+
+enum TextEnd { Discarded, Kept, ClickElsewhere };
 
 using Script = QVector<Step>;
 

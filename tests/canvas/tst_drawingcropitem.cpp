@@ -43,6 +43,7 @@ private slots:
     void cropGoesBackToTheTool();
     void undoIsNotOffered();
     void whatCanBeRedoneStays();
+    void cropRedoneAfterAnotherGivesWayToThatOne();
     void resetAndRedoWithACrop();
     void resetWithAnOpenFrameTakesEverythingBack();
     void openingMarksTheCaptureUnsaved();
@@ -338,6 +339,19 @@ void Tst_DrawingCropItem::whatCanBeRedoneStays() {
     QVERIFY(m_editor->canRedo());
     m_editor->redo();
     QCOMPARE(steps(), 2);
+}
+
+void Tst_DrawingCropItem::cropRedoneAfterAnotherGivesWayToThatOne() {
+    const QRect other(30, 40, 90, 70);
+    cropTo(FirstCrop);
+    m_editor->undo();
+    cropTo(other);
+    m_editor->redo();
+    compareCrop(FirstCrop);
+    m_editor->undo();
+    compareCrop(other);
+    m_editor->undo();
+    compareCrop(QRect());
 }
 
 void Tst_DrawingCropItem::resetAndRedoWithACrop() {

@@ -1,9 +1,12 @@
 #include "canvas/capturefixture.h"
 #include "canvas/editorview.h"
-#include "canvas/fakeitems.h"
+#include "canvas/imagecropper.h"
+#include "canvas/items/drawinginterface.h"
 #include "canvas/session.h"
 #include "preferences/tindrapreferences.h"
 
+#include <QGraphicsProxyWidget>
+#include <QGraphicsTextItem>
 #include <QRandomGenerator>
 #include <QtTest>
 
@@ -24,14 +27,6 @@ constexpr int Rows = 25;
 #endif
 
 const QSize Sizes[Captures] = {QSize(61, 44), QSize(72, 45)};
-
-/// The product's own items, but a crop that the script frames.
-class SessionEditor : public TestEditor {
-protected:
-    NewItem makeItem(ShapeType shape, const QRectF &sceneRect) override {
-        return shape == Crop ? TestEditor::makeItem(shape, sceneRect) : Editor::makeItem(shape, sceneRect);
-    }
-};
 
 /// Two captures and the view of them, in which a script takes place.
 class World {
@@ -57,13 +52,16 @@ private:
     void zoom(const QVector<int> &numbers);
     void select(const QVector<int> &numbers);
     void crop(const QVector<int> &numbers);
+    void text(const QVector<int> &numbers);
     template <int Id> void set(const QVector<int> &numbers) {
         TindraPreferences::instance()->SetInt(Id, numbers.first());
     }
 
     Editor &editor() { return m_editors.at(m_current); }
     QPoint inView(const QVector<int> &numbers, int at) const;
-    void noteOrder();
+    bool isTextOpen() { return editor().shapeType() == Editor::TextEditing; }
+    /// The buttons of undo, redo and reset are off while a text is open.
+    void takeSteps(void (Editor::*take)());
     QImage flattened() { return editor().flatten(true, false).toImage(); }
 
     void fitView();
@@ -72,7 +70,7 @@ private:
     QString undoAndRedoDiffer();
     QString resetAndRedosDiffer();
 
-    std::array<SessionEditor, Captures> m_editors;
+    std::array<Editor, Captures> m_editors;
     EditorView m_view;
     capture::Mouse m_mouse;
     int m_current = 0;
@@ -115,6 +113,7 @@ const QHash<QString, World::Action> &World::actions() {
         {QStringLiteral("zoom"), &World::zoom},
         {QStringLiteral("select"), &World::select},
         {QStringLiteral("crop"), &World::crop},
+        {QStringLiteral("text"), &World::text},
     };
     return all;
 }
@@ -158,23 +157,23 @@ void World::release(const QVector<int> &numbers) {
     m_buttonDown = false;
 }
 
-void World::noteOrder() {
+void World::takeSteps(void (Editor::*take)()) {
+    if (isTextOpen())
+        return;
     m_mixedOrder.at(m_current) = m_mixedOrder.at(m_current) || m_buttonDown;
+    (editor().*take)();
 }
 
 void World::undo(const QVector<int> &) {
-    noteOrder();
-    editor().undo();
+    takeSteps(&Editor::undo);
 }
 
 void World::redo(const QVector<int> &) {
-    noteOrder();
-    editor().redo();
+    takeSteps(&Editor::redo);
 }
 
 void World::reset(const QVector<int> &) {
-    noteOrder();
-    editor().reset();
+    takeSteps(&Editor::reset);
 }
 
 void World::zoom(const QVector<int> &numbers) {
@@ -194,11 +193,25 @@ void World::select(const QVector<int> &numbers) {
 }
 
 void World::crop(const QVector<int> &numbers) {
-    SessionEditor &cropped = m_editors.at(m_current);
-    cropped.setShape(Editor::Crop);
-    cropped.startCrop();
-    cropped.crop->frame = QRect(numbers.at(1), numbers.at(2), numbers.at(3), numbers.at(4));
-    cropped.finishCurrentItem(numbers.first());
+    editor().setShape(Editor::Crop);
+    editor().startCrop();
+    for (QGraphicsItem *item : editor().items()) {
+        const auto *proxy = qgraphicsitem_cast<QGraphicsProxyWidget *>(item);
+        if (auto *cropper = proxy ? qobject_cast<ImageCropper *>(proxy->widget()) : nullptr)
+            cropper->setCropRect(QRect(numbers.at(1), numbers.at(2), numbers.at(3), numbers.at(4)));
+    }
+    editor().finishCurrentItem(numbers.first());
+}
+
+void World::text(const QVector<int> &numbers) {
+    setTool({Editor::Text});
+    m_mouse.click(inView(numbers, 1));
+    if (auto *open = dynamic_cast<QGraphicsTextItem *>(editor().currentItem()))
+        open->setPlainText(QString(numbers.at(3), QLatin1Char('W')));
+    if (numbers.first() == session::ClickElsewhere)
+        m_mouse.click(inView({-400, -400}, 0));
+    else
+        editor().finishCurrentItem(numbers.first() == session::Kept);
 }
 
 // Lines that leave a picture are cut at its border before they become pixels, and come out a little different
@@ -213,7 +226,7 @@ QString World::check() {
     fitView();
     // What was changed is told to the view in a turn of its own.
     QCoreApplication::sendPostedEvents();
-    if (m_buttonDown)
+    if (m_buttonDown || isTextOpen())
         return QString();
     QString problem = viewDiffers();
     if (problem.isEmpty() && !m_mixedOrder.at(m_current))

@@ -22,6 +22,8 @@ public:
     DrawingCropItem(const QRectF &sceneRect, const QRect &previousRect, QObject *parent);
     ~DrawingCropItem() override;
 
+    /// What is restored when the item leaves the scene: the crop that is in force when it comes back.
+    void setPreviousRect(const QRect &previousRect) { m_previousRect = previousRect; }
     /// The limits of the frame.
     void setImageRect(const QRect &imageRect);
     bool isOpen() const;
