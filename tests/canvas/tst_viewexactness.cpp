@@ -45,11 +45,15 @@ protected:
     }
 };
 
-/// The product's own items, but a crop that the test frames.
+/// The product's own items, but a crop that the test frames unless it wants the real one.
 class CropEditor : public TestEditor {
+public:
+    bool hasRealCrop = false;
+
 protected:
     NewItem makeItem(ShapeType shape, const QRectF &sceneRect) override {
-        return shape == Crop ? TestEditor::makeItem(shape, sceneRect) : Editor::makeItem(shape, sceneRect);
+        return shape == Crop && !hasRealCrop ? TestEditor::makeItem(shape, sceneRect)
+                                             : Editor::makeItem(shape, sceneRect);
     }
 };
 
@@ -88,6 +92,8 @@ private slots:
     void init() { capture::resetWorld(); }
     void randomDrags_data();
     void randomDrags();
+    void randomCropDrags_data();
+    void randomCropDrags();
     void cropAroundTheSameCentreRepaintsWhatItHides();
     void strokeUnderRedoneItemStaysUnderIt();
     void changeInTheMiddleOfADrag_data();
@@ -116,6 +122,9 @@ private:
     QPoint randomPoint(QRandomGenerator &random) const;
     void oneDrag(QRandomGenerator &random, const Tools &tools, const QString &name);
     void between(QRandomGenerator &random);
+    void openRealCrop();
+    QPoint cropHandle(QRandomGenerator &random) const;
+    void oneCropDrag(QRandomGenerator &random, const QString &name);
 
     std::unique_ptr<CropEditor> m_editor;
     std::unique_ptr<EditorView> m_view;
@@ -261,10 +270,13 @@ QPoint Tst_ViewExactness::randomPoint(QRandomGenerator &random) const {
 void Tst_ViewExactness::between(QRandomGenerator &random) {
     switch (random.bounded(12)) {
     case 0:
-        m_editor->undo();
+        // Closes an open frame, which ends the drag.
+        if (!m_editor->hasRealCrop)
+            m_editor->undo();
         break;
     case 1:
-        m_editor->redo();
+        if (!m_editor->hasRealCrop)
+            m_editor->redo();
         break;
     case 2:
         m_view->viewport()->update(QRect(randomPoint(random), QSize(40, 30)));
@@ -315,6 +327,83 @@ void Tst_ViewExactness::randomDrags() {
     compare(QStringLiteral("undo"));
     m_editor->reset();
     compare(QStringLiteral("reset"));
+}
+
+void Tst_ViewExactness::randomCropDrags_data() {
+    QTest::addColumn<Scene>("scene");
+    const auto row = [](const char *name, const Scene &scene) { QTest::newRow(name) << scene; };
+    row("100 %, image smaller than the view", {20, {200, 140}, {}, {}, true});
+    row("100 %, over a crop", {20, {280, 200}, {}, {40, 30, 117, 101}, true});
+    // Opening the frame brings the whole image into the view.
+    row("reduced to fit", {20, {700, 500}, {111, 73}, {}, true});
+    row("reduced to fit, scaled on the fly", {20, {700, 500}, {111, 73}, {}, false});
+    row("over a crop, reduced to fit", {20, {1500, 1100}, {}, {101, 57, 641, 433}, true});
+    row("96 %, fractional border", {19, {251, 173}, {}, {}, true});
+    row("250 %, scrolled", {30, {290, 200}, {57, 41}, {}, true});
+    row("800 %", {44, {290, 200}, {501, 333}, {}, true});
+}
+
+void Tst_ViewExactness::openRealCrop() {
+    m_editor->hasRealCrop = true;
+    m_editor->setShape(Editor::Crop);
+    m_editor->startCrop();
+}
+
+// Somewhere on a corner, an edge or inside the frame, as far as that is seen, or anywhere.
+QPoint Tst_ViewExactness::cropHandle(QRandomGenerator &random) const {
+    const auto *item = dynamic_cast<DrawingCropItem *>(m_editor->currentItem());
+    const QRect frame = item->frame();
+    const int right = random.bounded(3);
+    const int down = random.bounded(3);
+    const QPoint handle(frame.left() + right * (frame.width() - 1) / 2,
+                        frame.top() + down * (frame.height() - 1) / 2);
+    const QPoint pos = m_view->mapFromScene(handle);
+    return m_view->viewport()->rect().contains(pos) ? pos : randomPoint(random);
+}
+
+void Tst_ViewExactness::oneCropDrag(QRandomGenerator &random, const QString &name) {
+    capture::Mouse mouse(m_view->viewport());
+    QPoint pos = cropHandle(random);
+    mouse.press(pos);
+    compare(name + QStringLiteral(" press"));
+    for (int move = 0; move < 8 && !QTest::currentTestFailed(); ++move) {
+        const bool jump = random.bounded(3) == 0;
+        pos = jump ? randomPoint(random) : pos + QPoint(random.bounded(61) - 30, random.bounded(61) - 30);
+        mouse.move(pos);
+        between(random);
+        compare(name + QStringLiteral(" move %1").arg(move));
+    }
+    mouse.release(pos);
+    compare(name + QStringLiteral(" release"));
+}
+
+void Tst_ViewExactness::randomCropDrags() {
+    QFETCH(Scene, scene);
+    show(scene);
+    setPen(QColor(200, 30, 30, 120), 9);
+    capture::Mouse(m_view->viewport()).drag({{90, 60}, {160, 110}, {170, 120}});
+    const auto settled = [this, &scene](const QString &when) {
+        QCoreApplication::processEvents();
+        if (scene.waitForSmooth)
+            QTest::qWait(150);
+        compare(when);
+    };
+    openRealCrop();
+    settled(QStringLiteral("opened"));
+    for (quint32 seed = 1; seed <= 8 && !QTest::currentTestFailed(); ++seed) {
+        QRandomGenerator random(seed);
+        oneCropDrag(random, QStringLiteral("drag %1").arg(seed));
+    }
+    m_editor->finishCurrentItem(true);
+    settled(QStringLiteral("accepted"));
+    m_editor->undo();
+    settled(QStringLiteral("undo"));
+    m_editor->redo();
+    settled(QStringLiteral("redo"));
+    openRealCrop();
+    settled(QStringLiteral("opened again"));
+    m_editor->finishCurrentItem(false);
+    settled(QStringLiteral("cancelled"));
 }
 
 void Tst_ViewExactness::cropAroundTheSameCentreRepaintsWhatItHides() {
