@@ -34,6 +34,14 @@ int distanceAlong(int key, const QRect &from, const QRect &to) {
     return !sameRow && ahead > 0 ? rowWeight * ahead + std::abs(step.x()) : never;
 }
 
+bool isArrow(int key) {
+    return key == Qt::Key_Left || key == Qt::Key_Right || key == Qt::Key_Up || key == Qt::Key_Down;
+}
+
+bool isEnter(int key) {
+    return key == Qt::Key_Return || key == Qt::Key_Enter;
+}
+
 } // namespace
 
 Popup::Popup(QWidget *parent) : QWidget(parent) {
@@ -125,24 +133,20 @@ bool Popup::event(QEvent *event) {
 
 bool Popup::eventFilter(QObject *watched, QEvent *event) {
     auto *button = qobject_cast<QAbstractButton *>(watched);
-    if (!button || event->type() != QEvent::KeyPress)
+    const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+    if (!button || !isKey)
         return QWidget::eventFilter(watched, event);
     const int key = static_cast<QKeyEvent *>(event)->key();
-    switch (key) {
-    case Qt::Key_Left:
-    case Qt::Key_Right:
-    case Qt::Key_Up:
-    case Qt::Key_Down:
-        // A group of buttons would choose with every arrow key, and the first choice closes the menu.
-        moveFocus(button, key);
-        return true;
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        button->click();
-        return true;
-    default:
+    if (!isArrow(key) && !isEnter(key))
         return QWidget::eventFilter(watched, event);
-    }
+    // The keys are the button's, whatever the window behind a floating panel has them for.
+    if (event->type() == QEvent::ShortcutOverride)
+        event->accept();
+    else if (isEnter(key))
+        button->click();
+    else // A group of buttons would choose with every arrow key, and the first choice closes the menu.
+        moveFocus(button, key);
+    return true;
 }
 
 void Popup::mousePressEvent(QMouseEvent *event) {

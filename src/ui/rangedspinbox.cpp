@@ -1,6 +1,16 @@
 #include "ui/rangedspinbox.h"
 
+#include <QKeyEvent>
+
 #include <limits>
+
+namespace {
+
+bool isSteppingKey(int key) {
+    return key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp || key == Qt::Key_PageDown;
+}
+
+} // namespace
 
 RangedSpinBox::RangedSpinBox(QWidget *parent)
     : QSpinBox(parent), m_minLimit(std::numeric_limits<int>::min()),
@@ -35,6 +45,14 @@ void RangedSpinBox::onEditingFinished() {
     if (value() < m_minLimit)
         setValue(m_minLimit);
     emit afterEditingFinished();
+}
+
+bool RangedSpinBox::event(QEvent *event) {
+    if (event->type() == QEvent::ShortcutOverride && isSteppingKey(static_cast<QKeyEvent *>(event)->key())) {
+        event->accept();
+        return true;
+    }
+    return QSpinBox::event(event);
 }
 
 QAbstractSpinBox::StepEnabled RangedSpinBox::stepEnabled() const {

@@ -28,6 +28,8 @@ signals:
     void afterEditingFinished();
 
 protected:
+    /// The keys that step do so here, even where a window has them as shortcuts.
+    bool event(QEvent *event) override;
     StepEnabled stepEnabled() const override;
 
 private:

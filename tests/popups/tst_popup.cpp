@@ -55,6 +55,8 @@ private slots:
     void tabGoesRoundThePanel();
     void arrowsMoveTheFocusWithoutChoosing();
     void enterChooses();
+    void keysOfAButtonAreNoShortcuts_data();
+    void keysOfAButtonAreNoShortcuts();
     void opensWithTheFocusOnTheChoice();
     void menuFollowsTheContents();
     void floatingPanelFollowsTheContents();
@@ -257,6 +259,28 @@ void Tst_Popup::enterChooses() {
     QTest::keyClick(panel->buttons[2], Qt::Key_Enter);
     QCOMPARE(clicked.count(), 2);
     QVERIFY(menu->isVisible());
+}
+
+void Tst_Popup::keysOfAButtonAreNoShortcuts_data() {
+    QTest::addColumn<int>("key");
+    QTest::addColumn<bool>("own");
+    for (const Qt::Key key :
+         {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down})
+        QTest::addRow("%x", key) << int(key) << true;
+    QTest::newRow("escape") << int(Qt::Key_Escape) << false;
+    QTest::newRow("letter") << int(Qt::Key_S) << false;
+}
+
+void Tst_Popup::keysOfAButtonAreNoShortcuts() {
+    QFETCH(int, key);
+    Panel panel;
+    panel.show();
+    QSignalSpy clicked(panel.buttons[2], &QPushButton::clicked);
+    QKeyEvent event(QEvent::ShortcutOverride, key, Qt::NoModifier);
+    event.ignore();
+    QCoreApplication::sendEvent(panel.buttons[2], &event);
+    QTEST(event.isAccepted(), "own");
+    QCOMPARE(clicked.count(), 0);
 }
 
 void Tst_Popup::opensWithTheFocusOnTheChoice() {

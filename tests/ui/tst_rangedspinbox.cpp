@@ -17,6 +17,8 @@ private slots:
     void endOfEditingCorrectsBeforeItReports();
     void stepsStayWithinTheLimits_data();
     void stepsStayWithinTheLimits();
+    void steppingKeysAreNoShortcuts_data();
+    void steppingKeysAreNoShortcuts();
 
 private:
     static void type(RangedSpinBox &box, const QString &text);
@@ -112,6 +114,26 @@ void Tst_RangedSpinBox::stepsStayWithinTheLimits() {
     box.show();
     QTest::keyClick(&box, static_cast<Qt::Key>(key));
     QTEST(box.value(), "expected");
+}
+
+void Tst_RangedSpinBox::steppingKeysAreNoShortcuts_data() {
+    QTest::addColumn<int>("key");
+    QTest::addColumn<bool>("own");
+    QTest::newRow("up") << int(Qt::Key_Up) << true;
+    QTest::newRow("down") << int(Qt::Key_Down) << true;
+    QTest::newRow("page up") << int(Qt::Key_PageUp) << true;
+    QTest::newRow("page down") << int(Qt::Key_PageDown) << true;
+    QTest::newRow("return") << int(Qt::Key_Return) << false;
+    QTest::newRow("escape") << int(Qt::Key_Escape) << false;
+}
+
+void Tst_RangedSpinBox::steppingKeysAreNoShortcuts() {
+    QFETCH(int, key);
+    RangedSpinBox box;
+    QKeyEvent event(QEvent::ShortcutOverride, key, Qt::NoModifier);
+    event.ignore();
+    QCoreApplication::sendEvent(&box, &event);
+    QTEST(event.isAccepted(), "own");
 }
 
 QTEST_MAIN(Tst_RangedSpinBox)
