@@ -112,13 +112,23 @@ void Tst_FloatingCropPopup::staysAtTheFrame_data() {
             m_view->onZoomOut();
     });
     row("zoomed by the wheel", [this] { wheel(Qt::ControlModifier); });
-    row("scrolled by the wheel", [this] {
-        for (int i = 0; i < 12; ++i)
-            m_view->onZoomIn();
-        wheel(Qt::NoModifier);
-        wheel(Qt::ShiftModifier);
-        wheel(Qt::AltModifier);
-    });
+    for (const Qt::KeyboardModifiers modifiers :
+         {Qt::KeyboardModifiers(Qt::NoModifier), Qt::KeyboardModifiers(Qt::ShiftModifier),
+          Qt::KeyboardModifiers(Qt::AltModifier)}) {
+        QTest::addRow("scrolled by the wheel, modifiers %x", int(modifiers))
+            << std::function<void()>([this, modifiers] {
+                   QSize size(220, 80);
+                   emit popup()->sizeChanged(size);
+                   for (int i = 0; i < 12; ++i)
+                       m_view->onZoomIn();
+                   m_view->horizontalScrollBar()->setValue(0);
+                   m_view->verticalScrollBar()->setValue(0);
+                   m_view->onMoveMainWindow();
+                   const QPoint before = popup()->pos();
+                   wheel(modifiers);
+                   QVERIFY(popup()->pos() != before);
+               });
+    }
     row("view made smaller", [this] { m_view->resize(620, 420); });
     row("window moved", [this] {
         m_view->move(90, 70);
