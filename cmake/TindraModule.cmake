@@ -2,7 +2,8 @@
 #
 # One static library, Tindra::<name>, of the sources of one folder below src/. A module may use only
 # modules of a lower rank; CMake accepts cycles between static libraries, so the rank is checked here
-# and the includes themselves by tools/check_layers.py.
+# and the includes themselves by tools/check_layers.py. A module in a module's folder is named by its path,
+# a/b, and linked as Tindra::a_b.
 define_property(TARGET PROPERTY TINDRA_RANK BRIEF_DOCS "Layer of a module" FULL_DOCS "A module uses lower ranks only")
 
 # One precompiled header, compiled once and taken by every module and test.
@@ -26,16 +27,18 @@ function(tindra_module)
   cmake_parse_arguments(arg "" "NAME;RANK" "SOURCES;HEADERS;DEPS;LIBS" ${ARGN})
   string(REPLACE "/" "_" target "tindra_${arg_NAME}")
   add_library(${target} STATIC ${arg_SOURCES})
-  add_library(Tindra::${arg_NAME} ALIAS ${target})
+  string(REPLACE "tindra_" "Tindra::" alias ${target})
+  add_library(${alias} ALIAS ${target})
   target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS ${CMAKE_SOURCE_DIR}/src FILES ${arg_HEADERS})
   set_target_properties(${target} PROPERTIES TINDRA_RANK ${arg_RANK})
   target_link_libraries(${target} PUBLIC tindra_options ${arg_LIBS})
   foreach(dep IN LISTS arg_DEPS)
-    get_target_property(rank Tindra::${dep} TINDRA_RANK)
+    string(REPLACE "/" "_" dep_target "Tindra::${dep}")
+    get_target_property(rank ${dep_target} TINDRA_RANK)
     if(NOT rank LESS arg_RANK)
       message(FATAL_ERROR "${arg_NAME} (rank ${arg_RANK}) may not use ${dep} (rank ${rank})")
     endif()
-    target_link_libraries(${target} PUBLIC Tindra::${dep})
+    target_link_libraries(${target} PUBLIC ${dep_target})
   endforeach()
   tindra_use_pch(${target})
 endfunction()

@@ -124,6 +124,13 @@ constexpr ItemDefinition Definitions[] = {
     boolean(P::OnceAiToolsCoachmark, "OnceAiToolsCoachmark", false),
 };
 
+/// Null for an item of another type.
+const ItemDefinition *definition(P::Id id, Preferences::ItemType type) {
+    const auto *found = std::find_if(std::begin(Definitions), std::end(Definitions),
+                                     [id](const ItemDefinition &item) { return item.id == id; });
+    return found != std::end(Definitions) && found->type == type ? found : nullptr;
+}
+
 } // namespace
 
 void TindraPreferences::defineItems() {
@@ -143,8 +150,17 @@ void TindraPreferences::defineItems() {
     }
 }
 
+bool TindraPreferences::defaultBool(Id id) {
+    const ItemDefinition *item = definition(id, Bool);
+    return item && item->number != 0;
+}
+
 int TindraPreferences::defaultInt(Id id) {
-    const auto *found = std::find_if(std::begin(Definitions), std::end(Definitions),
-                                     [id](const ItemDefinition &item) { return item.id == id; });
-    return found != std::end(Definitions) && found->type == Int ? found->number : 0;
+    const ItemDefinition *item = definition(id, Int);
+    return item ? item->number : 0;
+}
+
+QString TindraPreferences::defaultString(Id id) {
+    const ItemDefinition *item = definition(id, String);
+    return QLatin1String(item ? item->text : "");
 }

@@ -127,8 +127,10 @@ public:
     void GetSizePresets(QList<QSize> &presets) const;
     void SetSizePresets(const QList<QSize> &presets);
 
-    /// The default of an integer item, for readers that fall back to it.
+    /// The default of an item of that type, for readers that fall back to it.
+    static bool defaultBool(Id id);
     static int defaultInt(Id id);
+    static QString defaultString(Id id);
     /// The item as a colour, alpha included. Stored as alpha<<24 | blue<<16 | green<<8 | red.
     QColor color(Id id) const;
 
