@@ -722,6 +722,147 @@ file names are created sequentially starting with the number 0001.</source>
     </message>
 </context>
 <context>
+    <name>GeneralPreferencesWidget</name>
+    <message>
+        <source>Normal Preferences</source>
+        <translation>일반 설정</translation>
+    </message>
+    <message>
+        <source>Show overlay when execute Tindra</source>
+        <translation>Tindra를 실행할 때 오버레이 표시</translation>
+    </message>
+    <message>
+        <source>Hide capture buttons (use mouse right button)</source>
+        <translation>캡처 버튼 숨기기(마우스 오른쪽 버튼 사용)</translation>
+    </message>
+    <message>
+        <source>Show file browser after capture</source>
+        <translation>캡처 후 파일 저장 창 표시</translation>
+    </message>
+    <message>
+        <source>Auto start when windows started</source>
+        <translation>시스템을 시작할 때 자동으로 실행</translation>
+    </message>
+    <message>
+        <source>Tray mode when clicked close</source>
+        <translation>닫기를 누르면 트레이로 최소화</translation>
+    </message>
+    <message>
+        <source>Capture Preferences</source>
+        <translation>캡처 설정</translation>
+    </message>
+    <message>
+        <source>Skip editor window</source>
+        <translation>편집 창 건너뛰기</translation>
+    </message>
+    <message>
+        <source>Copy captured image to clipboard</source>
+        <translation>캡처한 이미지를 클립보드에 복사</translation>
+    </message>
+    <message>
+        <source>Show post save window</source>
+        <translation>저장 후 안내 창 표시</translation>
+    </message>
+    <message>
+        <source>Capture include cursor (except scroll capture)</source>
+        <translation>마우스 커서를 포함하여 캡처(스크롤 캡처 제외)</translation>
+    </message>
+    <message>
+        <source>Guidline Preferences</source>
+        <translation>안내선 설정</translation>
+    </message>
+    <message>
+        <source>Guideline color:</source>
+        <translation>안내선 색상:</translation>
+    </message>
+    <message>
+        <source>Draw guideline</source>
+        <translation>안내선 그리기</translation>
+    </message>
+    <message>
+        <source>You use auto save.
+If you enable &quot;Show file browser after capture&quot; option
+&quot;Use auto save&quot; will be disabled.</source>
+        <translation>자동 저장을 사용하고 있습니다.
+&quot;캡처 후 파일 저장 창 표시&quot;를 사용하면
+&quot;자동 저장 사용&quot;이 해제됩니다.</translation>
+    </message>
+    <message>
+        <source>If you want to skip editor window
+you must check &quot;Copy captured image to clipboard&quot;.</source>
+        <translation>편집 창을 건너뛰려면
+&quot;캡처한 이미지를 클립보드에 복사&quot;를 선택해야 합니다.</translation>
+    </message>
+    <message>
+        <source>Tindra</source>
+        <translation>Tindra</translation>
+    </message>
+    <message>
+        <source>black</source>
+        <translation>검정</translation>
+    </message>
+    <message>
+        <source>Maroon</source>
+        <translation>밤색</translation>
+    </message>
+    <message>
+        <source>Green</source>
+        <translation>초록</translation>
+    </message>
+    <message>
+        <source>Olive</source>
+        <translation>올리브색</translation>
+    </message>
+    <message>
+        <source>Navy</source>
+        <translation>남색</translation>
+    </message>
+    <message>
+        <source>Purple</source>
+        <translation>보라</translation>
+    </message>
+    <message>
+        <source>Teal</source>
+        <translation>청록</translation>
+    </message>
+    <message>
+        <source>Gray</source>
+        <translation>회색</translation>
+    </message>
+    <message>
+        <source>Silver</source>
+        <translation>은색</translation>
+    </message>
+    <message>
+        <source>Red</source>
+        <translation>빨강</translation>
+    </message>
+    <message>
+        <source>Lime</source>
+        <translation>라임색</translation>
+    </message>
+    <message>
+        <source>Yellow</source>
+        <translation>노랑</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>파랑</translation>
+    </message>
+    <message>
+        <source>Magenta</source>
+        <translation>자홍</translation>
+    </message>
+    <message>
+        <source>Cyan</source>
+        <translation>하늘색</translation>
+    </message>
+    <message>
+        <source>White</source>
+        <translation>흰색</translation>
+    </message>
+</context>
+<context>
     <name>HelpMenu</name>
     <message>
         <source>Help (&amp;H)</source>
@@ -804,6 +945,29 @@ file names are created sequentially starting with the number 0001.</source>
     <message>
         <source>Up to %0 images can be fixed.</source>
         <translation>이미지는 최대 %0개까지 고정할 수 있습니다.</translation>
+    </message>
+</context>
+<context>
+    <name>HistoryPreferencesWidget</name>
+    <message>
+        <source>History Preferences</source>
+        <translation>최근 캡처 설정</translation>
+    </message>
+    <message>
+        <source>Ask before delete all images</source>
+        <translation>모든 이미지를 삭제하기 전에 확인</translation>
+    </message>
+    <message>
+        <source>Show message after save all images</source>
+        <translation>모든 이미지를 저장한 후 안내 표시</translation>
+    </message>
+    <message>
+        <source>Ask before delete image</source>
+        <translation>이미지를 삭제하기 전에 확인</translation>
+    </message>
+    <message>
+        <source>Auto cleanup history</source>
+        <translation>최근 캡처 목록 자동 정리</translation>
     </message>
 </context>
 <context>
@@ -896,6 +1060,95 @@ please change save folder.</source>
     </message>
 </context>
 <context>
+    <name>ImagePreferencesWidget</name>
+    <message>
+        <source>Capture Save Preferences</source>
+        <translation>캡처 저장 설정</translation>
+    </message>
+    <message>
+        <source>format</source>
+        <translation>형식</translation>
+    </message>
+    <message>
+        <source>quality</source>
+        <translation>품질</translation>
+    </message>
+    <message>
+        <source>set file name format</source>
+        <translation>파일 이름 형식 설정</translation>
+    </message>
+    <message>
+        <source>file name</source>
+        <translation>파일 이름</translation>
+    </message>
+    <message>
+        <source>Auto Save Preferences</source>
+        <translation>자동 저장 설정</translation>
+    </message>
+    <message>
+        <source>Use auto save</source>
+        <translation>자동 저장 사용</translation>
+    </message>
+    <message>
+        <source>Save path</source>
+        <translation>저장 위치</translation>
+    </message>
+    <message>
+        <source>Sizing Capture Preset Settings</source>
+        <translation>크기 지정 캡처 사전 설정</translation>
+    </message>
+    <message>
+        <source>You can pre-register sizing capture sizes that you will use frequently. (up to 6)</source>
+        <translation>자주 사용하는 캡처 크기를 미리 등록할 수 있습니다. (최대 6개)</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>추가</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>삭제</translation>
+    </message>
+    <message>
+        <source>Edit</source>
+        <translation>편집</translation>
+    </message>
+    <message>
+        <source>Edit Tool Preferences</source>
+        <translation>편집 도구 설정</translation>
+    </message>
+    <message>
+        <source>Edit tool</source>
+        <translation>편집 도구</translation>
+    </message>
+    <message>
+        <source>...</source>
+        <translation>...</translation>
+    </message>
+    <message>
+        <source>Tindra</source>
+        <translation>Tindra</translation>
+    </message>
+    <message>
+        <source>If you enable &quot;Use auto save&quot; option
+&quot;Show file browser after capture&quot; will be disabled.</source>
+        <translation>&quot;자동 저장 사용&quot;을 선택하면
+&quot;캡처 후 파일 저장 창 표시&quot;가 해제됩니다.</translation>
+    </message>
+    <message>
+        <source>browse folder</source>
+        <translation>폴더 찾아보기</translation>
+    </message>
+    <message>
+        <source>It`s not readable or writable. Please choose another.</source>
+        <translation>읽거나 쓸 수 없는 폴더입니다. 다른 폴더를 선택해 주세요.</translation>
+    </message>
+    <message>
+        <source>execute file (*.exe);;batch file (*.bat)</source>
+        <translation>실행 파일 (*.exe);;배치 파일 (*.bat)</translation>
+    </message>
+</context>
+<context>
     <name>ImageToolWidget</name>
     <message>
         <source>Image size and zoom</source>
@@ -970,6 +1223,10 @@ please change save folder.</source>
         <source>Close (&amp;X)</source>
         <translation>종료(&amp;X)</translation>
     </message>
+    <message>
+        <source>Preferences (&amp;O)</source>
+        <translation>환경 설정(&amp;O)</translation>
+    </message>
 </context>
 <context>
     <name>PostSaveDialog</name>
@@ -1000,6 +1257,187 @@ please change save folder.</source>
     <message>
         <source>Saved captured %0 images.</source>
         <translation>캡처한 이미지 %0개를 저장했습니다.</translation>
+    </message>
+</context>
+<context>
+    <name>PreferencesDialog</name>
+    <message>
+        <source>Preferences</source>
+        <translation>환경 설정</translation>
+    </message>
+    <message>
+        <source>General</source>
+        <translation>일반</translation>
+    </message>
+    <message>
+        <source>Capture</source>
+        <translation>캡처</translation>
+    </message>
+    <message>
+        <source>Shortcut</source>
+        <translation>단축키</translation>
+    </message>
+    <message>
+        <source>History</source>
+        <translation>최근 캡처</translation>
+    </message>
+    <message>
+        <source>default</source>
+        <translation>기본값</translation>
+    </message>
+    <message>
+        <source>set default this page</source>
+        <translation>현재 페이지를 기본값으로</translation>
+    </message>
+    <message>
+        <source>set default all pages</source>
+        <translation>모든 페이지를 기본값으로</translation>
+    </message>
+    <message>
+        <source>ok</source>
+        <translation>확인</translation>
+    </message>
+    <message>
+        <source>cancel</source>
+        <translation>취소</translation>
+    </message>
+    <message>
+        <source>Set this page to default.
+Would you like to continue?</source>
+        <translation>현재 페이지를 기본값으로 되돌립니다.
+계속하시겠습니까?</translation>
+    </message>
+    <message>
+        <source>Set all pages to default.
+Would you like to continue?</source>
+        <translation>모든 페이지를 기본값으로 되돌립니다.
+계속하시겠습니까?</translation>
+    </message>
+    <message>
+        <source>Tindra</source>
+        <translation>Tindra</translation>
+    </message>
+</context>
+<context>
+    <name>ShortcutPreferencesWidget</name>
+    <message>
+        <source>Ctrl</source>
+        <translation>Ctrl</translation>
+    </message>
+    <message>
+        <source>Alt</source>
+        <translation>Alt</translation>
+    </message>
+    <message>
+        <source>Shift</source>
+        <translation>Shift</translation>
+    </message>
+    <message>
+        <source>Win</source>
+        <translation>Win</translation>
+    </message>
+    <message>
+        <source>Region</source>
+        <translation>영역</translation>
+    </message>
+    <message>
+        <source>Window</source>
+        <translation>창</translation>
+    </message>
+    <message>
+        <source>ChildWnd</source>
+        <translation>창 안의 영역</translation>
+    </message>
+    <message>
+        <source>Fullscreen</source>
+        <translation>전체 화면</translation>
+    </message>
+    <message>
+        <source>Scroll</source>
+        <translation>스크롤</translation>
+    </message>
+    <message>
+        <source>FixedRegion</source>
+        <translation>고정 영역</translation>
+    </message>
+    <message>
+        <source>Print Screen Key Preferences</source>
+        <translation>Print Screen 키 설정</translation>
+    </message>
+    <message>
+        <source>Use Print Screen key as</source>
+        <translation>Print Screen 키를</translation>
+    </message>
+    <message>
+        <source>Region Capture</source>
+        <translation>영역 캡처</translation>
+    </message>
+    <message>
+        <source>Window Capture</source>
+        <translation>창 캡처</translation>
+    </message>
+    <message>
+        <source>Child Window Capture</source>
+        <translation>창 안의 영역 캡처</translation>
+    </message>
+    <message>
+        <source>Fullscreen Capture</source>
+        <translation>전체 화면 캡처</translation>
+    </message>
+    <message>
+        <source>Scroll Capture</source>
+        <translation>스크롤 캡처</translation>
+    </message>
+    <message>
+        <source>Fixed Region Capture</source>
+        <translation>고정 영역 캡처</translation>
+    </message>
+    <message>
+        <source>mode</source>
+        <translation>모드로 사용</translation>
+    </message>
+    <message>
+        <source>Cpature Shortcut Preferences</source>
+        <translation>캡처 단축키 설정</translation>
+    </message>
+    <message>
+        <source>You can set or off shortcut per each capture mode.</source>
+        <translation>캡처 모드별로 단축키를 설정하거나 해제할 수 있습니다.</translation>
+    </message>
+</context>
+<context>
+    <name>SizeInputDialog</name>
+    <message>
+        <source>Add fixed preset</source>
+        <translation>캡처 크기 추가</translation>
+    </message>
+    <message>
+        <source>Edit fixed preset</source>
+        <translation>캡처 크기 편집</translation>
+    </message>
+    <message>
+        <source>W</source>
+        <translation>너비</translation>
+    </message>
+    <message>
+        <source>H</source>
+        <translation>높이</translation>
+    </message>
+    <message>
+        <source>ok</source>
+        <translation>확인</translation>
+    </message>
+    <message>
+        <source>cancel</source>
+        <translation>취소</translation>
+    </message>
+    <message>
+        <source>Tindra</source>
+        <translation>Tindra</translation>
+    </message>
+    <message>
+        <source>This size has already been added.</source>
+        <translation>이미 추가된 크기입니다.</translation>
     </message>
 </context>
 <context>
