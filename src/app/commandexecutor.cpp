@@ -43,6 +43,8 @@ void CommandExecutor::runMainAction(const CommandLine &line) const {
         m_window->onClickAbout(false);
         break;
     case Action::Preference:
+        m_window->onClickPreference(line.preferencePage, false);
+        break;
     case Action::None:
         break;
     }

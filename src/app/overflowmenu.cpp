@@ -41,6 +41,10 @@ QAction *OverflowMenu::addCopy(const QString &name, const QAction *original) {
 void OverflowMenu::addCommands(TindraEditor *window) {
     addAction(tr("Online update (&U)"), window, &TindraEditor::onClickUpdate);
     addSeparator();
+    QAction *preferences = addAction(
+        tr("Preferences (&O)"), window, [window] { window->onClickPreference(); }, Qt::Key_F4);
+    // A key of a menu works only where the menu's button is active; this one works in the whole window.
+    window->addAction(preferences);
     addAction(tr("Close (&X)"), window, &TindraEditor::onClickClose);
 }
 

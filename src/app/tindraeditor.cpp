@@ -5,6 +5,7 @@
 #include "app/commandline.h"
 #include "app/exitroutine.h"
 #include "app/keyboardactions.h"
+#include "app/preferencesflow.h"
 #include "app/temporaryfiles.h"
 #include "app/toolbar.h"
 #include "canvas/editorview.h"
@@ -76,7 +77,8 @@ QStringList without(const QStringList &paths, const QStringList &known) {
 
 TindraEditor::TindraEditor(QWidget *parent)
     : QMainWindow(parent), m_view(new EditorView), m_history(new HistoryWidget), m_toolbar(nullptr),
-      m_tools(m_view), m_exit(new ExitRoutine(this, m_history)), m_fitting(new CaptureFitting(this)) {
+      m_tools(m_view), m_exit(new ExitRoutine(this, m_history)), m_preferences(new PreferencesFlow(this)),
+      m_fitting(new CaptureFitting(this)) {
     buildLayout();
     // The session manager would be told to call the end of the session off, as no close is ever accepted.
     QGuiApplication::setFallbackSessionManagementEnabled(false);
@@ -480,6 +482,10 @@ void TindraEditor::onClickAbout(bool modal) {
 
 void TindraEditor::onClickUpdate() {
     PostMessageToTindra(CaptureMessage::OnlineUpdate, 0, 0);
+}
+
+void TindraEditor::onClickPreference(int page, bool modal) {
+    m_preferences->open(page, modal);
 }
 
 void TindraEditor::onClickClose() {

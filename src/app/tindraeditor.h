@@ -11,6 +11,7 @@ class EditorView;
 class ExitRoutine;
 class History;
 class HistoryWidget;
+class PreferencesFlow;
 class QSessionManager;
 class Toolbar;
 
@@ -72,6 +73,7 @@ public slots:
     void onMosaicSelected(int strength);
     void onClickEraser();
     void onClickUpdate();
+    void onClickPreference(int page = 0, bool modal = false);
     void onClickClose();
     void onClickHelp();
     void onClickReadme();
@@ -121,6 +123,7 @@ private:
     Toolbar *m_toolbar;
     ToolSelection m_tools;
     ExitRoutine *m_exit;
+    PreferencesFlow *m_preferences;
     CaptureFitting *m_fitting;
     bool m_isEmpty = false; ///< as last told; before that, nobody knows
     QTimer m_hideBlock;

@@ -397,7 +397,7 @@ void Tst_Toolbar::menuHoldsWhatHasNoButton() {
     for (const QAction *action : overflow()->actions())
         texts.append(action->isSeparator() ? "|"_qs : action->text());
     QStringList expected = thereOf("line | text crop mosaic eraser | help |");
-    expected += {"Online update (&U)"_qs, "|"_qs, "Close (&X)"_qs};
+    expected += {"Online update (&U)"_qs, "|"_qs, "Preferences (&O)"_qs, "Close (&X)"_qs};
     QCOMPARE(texts, expected);
     for (const QString &name : thereOf("line text crop mosaic eraser help")) {
         const QAction *copy = entry(qPrintable(name));
