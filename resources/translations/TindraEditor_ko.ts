@@ -894,6 +894,21 @@ you must check &quot;Copy captured image to clipboard&quot;.</source>
     </message>
 </context>
 <context>
+    <name>HistoryButton</name>
+    <message>
+        <source>Delete</source>
+        <translation>삭제</translation>
+    </message>
+    <message>
+        <source>Select</source>
+        <translation>선택</translation>
+    </message>
+    <message>
+        <source>Pin</source>
+        <translation>고정</translation>
+    </message>
+</context>
+<context>
     <name>HistoryButtonWidget</name>
     <message>
         <source>Save</source>
@@ -934,6 +949,10 @@ you must check &quot;Copy captured image to clipboard&quot;.</source>
     <message>
         <source>Print image</source>
         <translation>이미지 인쇄</translation>
+    </message>
+    <message>
+        <source>Capture, %0 by %1 pixels</source>
+        <translation>캡처, %0 × %1 픽셀</translation>
     </message>
 </context>
 <context>
@@ -1057,6 +1076,10 @@ please change save folder.</source>
     <message>
         <source>failed to access save file.</source>
         <translation>저장할 파일에 접근할 수 없습니다.</translation>
+    </message>
+    <message>
+        <source>Hide recent captures</source>
+        <translation>최근 캡처 숨기기</translation>
     </message>
 </context>
 <context>
@@ -1641,6 +1664,10 @@ Would you like to continue?</source>
     <message>
         <source>Click to show features, save, print, preferences, etc.</source>
         <translation>기능, 저장, 인쇄, 환경 설정 등을 봅니다.</translation>
+    </message>
+    <message>
+        <source>Options: %0</source>
+        <translation>%0 옵션</translation>
     </message>
 </context>
 </TS>

@@ -190,6 +190,7 @@ void Toolbar::addMenuOf(const Row &row, Entry &entry) {
     QMenu *menu = row.kind == Row::Help ? new HelpMenu(m_window, this) : m_panels->menu(row.panel);
     if (menu) {
         entry.button->setShowMenuButton(row.kind == Row::Tool);
+        entry.button->setMenuAccessibleName(tr("Options: %0").arg(entry.button->text()));
         entry.button->setMenu(menu);
         entry.action->setMenu(menu);
     }

@@ -4,6 +4,7 @@
 #include "ui/uistyler.h"
 
 #include <QIcon>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QStyle>
 #include <QStyleOptionButton>
@@ -45,6 +46,9 @@ HistoryButton::HistoryButton(QWidget *parent)
     setCheckable(true);
     setFixedSize(ButtonSide, ButtonSide);
     setIconSize({IconSide, IconSide});
+    m_closeButton->setAccessibleName(tr("Delete"));
+    m_selectButton->setAccessibleName(tr("Select"));
+    m_pinButton->setAccessibleName(tr("Pin"));
     m_closeButton->setIcon(QIcon(picture(QStringLiteral("close"))));
     m_selectButton->setCheckable(true);
     m_selectButton->setIcon(checkableIcon(QStringLiteral("select")));
@@ -126,6 +130,23 @@ void HistoryButton::leaveEvent(QEvent *event) {
     m_pinnedIcon->setVisible(m_pinned);
 }
 
+void HistoryButton::focusInEvent(QFocusEvent *event) {
+    QPushButton::focusInEvent(event);
+    if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason)
+        emit reachedByKey();
+}
+
+// What the mouse does on the small buttons: Delete is a key of the window, and Space a click.
+void HistoryButton::keyPressEvent(QKeyEvent *event) {
+    const bool plain = event->modifiers() == Qt::NoModifier;
+    if (plain && event->key() == Qt::Key_P && m_pinnable)
+        onClickPinButton();
+    else if (plain && event->key() == Qt::Key_S && m_selectionMode == HistorySelectModes::Select)
+        m_selectButton->toggle();
+    else
+        QPushButton::keyPressEvent(event);
+}
+
 void HistoryButton::onClickCloseButton() {
     recordUsage("cap_302_03");
     emit clickCloseButton();
@@ -167,8 +188,10 @@ void HistoryButton::paintEvent(QPaintEvent *) {
     QStyleOptionButton option;
     initStyleOption(&option);
     painter.drawControl(QStyle::CE_PushButtonBevel, option);
-    style()->drawItemPixmap(&painter, contentsRect(), Qt::AlignCenter, m_thumbnail);
-    painter.fillRect(contentsRect(), m_overlay);
+    // Inside the frame, which tells the selected row.
+    const QRect contents = style()->subElementRect(QStyle::SE_PushButtonContents, &option, this);
+    style()->drawItemPixmap(&painter, contents, Qt::AlignCenter, m_thumbnail);
+    painter.fillRect(contents, m_overlay);
     if (option.state & QStyle::State_HasFocus) {
         QStyleOptionFocusRect focus;
         focus.initFrom(this);

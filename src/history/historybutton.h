@@ -33,6 +33,8 @@ signals:
     /// The pin state was set, by the user or by the program.
     void clickPinButton(bool pinned);
     void changeSelectChecked(bool checked);
+    /// The keyboard has come here.
+    void reachedByKey();
 
 public slots:
     void onImageSaved(bool saved);
@@ -43,6 +45,8 @@ public slots:
 protected:
     void enterEvent(QEvent *event) override;
     void leaveEvent(QEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private slots:

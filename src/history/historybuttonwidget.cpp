@@ -11,6 +11,7 @@
 
 #include <QContextMenuEvent>
 #include <QHBoxLayout>
+#include <QListWidget>
 #include <QPainter>
 #include <QStyleOption>
 
@@ -49,6 +50,10 @@ void HistoryButtonWidget::connectButton() {
     connect(m_button, &HistoryButton::clicked, this, &HistoryButtonWidget::onClicked);
     connect(m_button, &HistoryButton::clickCloseButton, this, &HistoryButtonWidget::onContextMenuDelete);
     connect(m_button, &HistoryButton::clickPinButton, this, &HistoryButtonWidget::onPinHistory);
+    connect(m_button, &HistoryButton::reachedByKey, this, [this] {
+        if (m_item)
+            m_item->listWidget()->scrollToItem(m_item);
+    });
     connect(m_button, &HistoryButton::changeSelectChecked, this, &HistoryButtonWidget::changeSelectChecked);
     connect(this, &HistoryButtonWidget::imageSaved, m_button, &HistoryButton::onImageSaved);
     connect(this, &HistoryButtonWidget::changeSelectionMode, this,
@@ -148,6 +153,8 @@ void HistoryButtonWidget::updateThumbnail(bool useCache) {
             return;
         m_thumbnailSource = source;
     }
+    const QSize size = editor->visibleRect().size();
+    m_button->setAccessibleName(tr("Capture, %0 by %1 pixels").arg(size.width()).arg(size.height()));
     m_button->setPinnable(editor->imageExists());
     m_button->setThumbnail(Thumbnail::icon(m_thumbnailSource, m_button->iconSize()));
 }

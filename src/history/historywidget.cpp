@@ -57,6 +57,10 @@ HistoryWidget::HistoryWidget(QWidget *parent)
     panel->setContentsMargins(0, 0, 0, 0);
     panel->setSpacing(0);
     m_historyHide->setFlat(true);
+    m_historyHide->setAccessibleName(tr("Hide recent captures"));
+    m_historyListWidget->setAccessibleName(tr("history"));
+    // Its rows take the focus themselves.
+    m_historyListWidget->setFocusPolicy(Qt::NoFocus);
     m_historyHide->setIcon(QIcon(QStringLiteral(":/res/history/hide.svg")));
     m_historyHide->setIconSize({HideButtonWidth, HideButtonWidth});
     m_historyHide->setFixedWidth(HideButtonWidth);

@@ -22,6 +22,7 @@ namespace {
 // Designed sizes, at 96 DPI.
 constexpr int Margin = 16;
 constexpr int Spacing = 8;
+constexpr int FieldSpacing = 10;
 constexpr int TitleHeight = 4;
 
 constexpr int LowestQuality = 1;
@@ -75,7 +76,10 @@ void ConfirmSaveDialog::buildForm() {
     auto *browse = named(new QPushButton(tr("..."), this), QStringLiteral("browse_"));
     browse->setAutoDefault(false);
     connect(browse, &QPushButton::clicked, this, &ConfirmSaveDialog::onClickBrowse);
-    pathRow->addWidget(new QLabel(tr("save path:"), this));
+    browse->setAccessibleName(tr("browse folder"));
+    auto *pathLabel = new QLabel(tr("save path:"), this);
+    pathLabel->setBuddy(m_savePath);
+    pathRow->addWidget(pathLabel);
     pathRow->addWidget(m_savePath, 1);
     pathRow->addWidget(browse);
 
@@ -105,11 +109,13 @@ QWidget *ConfirmSaveDialog::buildFields() {
 
     auto *fields = new QGridLayout(group);
     fields->setContentsMargins(Margin, Margin + TitleHeight, Margin, Margin);
-    fields->setHorizontalSpacing(Margin);
-    fields->setVerticalSpacing(Spacing);
+    // One spacing for both directions: of two, the styler would know neither.
+    fields->setSpacing(FieldSpacing);
     fields->setColumnStretch(1, 1);
     const auto addField = [&](int row, const QString &label, QWidget *field) {
-        fields->addWidget(new QLabel(label, this), row, 0);
+        auto *name = new QLabel(label, this);
+        name->setBuddy(field);
+        fields->addWidget(name, row, 0);
         fields->addWidget(field, row, 1, Qt::AlignLeft | Qt::AlignVCenter);
     };
     addField(0, tr("format"), m_format);

@@ -59,6 +59,10 @@ void ToolButton::setShowMenuButton(bool show) {
     setMenu(menu());
 }
 
+void ToolButton::setMenuAccessibleName(const QString &name) {
+    m_menuButton->setAccessibleName(name);
+}
+
 bool ToolButton::eventFilter(QObject *watched, QEvent *event) {
     if (watched == m_menuButton && m_menuButton->isEnabled()) {
         if (event->type() == QEvent::MouseButtonPress ||
@@ -89,7 +93,28 @@ void ToolButton::mousePressEvent(QMouseEvent *event) {
     QPushButton::mousePressEvent(event);
 }
 
+// Tab alone comes to one button of an exclusive group only, and the arrow keys of the base class would check
+// the next without choosing its tool.
+void ToolButton::focusNeighbour(bool next) {
+    ToolButton *nearest = nullptr;
+    const auto buttons = parentWidget()->findChildren<ToolButton *>(QString(), Qt::FindDirectChildrenOnly);
+    for (ToolButton *button : buttons) {
+        const int distance = next ? button->x() - x() : x() - button->x();
+        if (!button->isVisible() || !button->isEnabled() || distance <= 0)
+            continue;
+        if (!nearest || distance < qAbs(nearest->x() - x()))
+            nearest = button;
+    }
+    if (nearest)
+        nearest->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+}
+
 void ToolButton::keyPressEvent(QKeyEvent *event) {
+    if (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right) {
+        if (parentWidget())
+            focusNeighbour(event->key() == Qt::Key_Right);
+        return;
+    }
     if (pressesButton(event))
         emit beforePress();
     QPushButton::keyPressEvent(event);

@@ -8,7 +8,7 @@ class QLabel;
 ///
 /// With the half shown the button itself keeps its click for the tool, and only the half opens the menu;
 /// without it the button opens it. The picture is a label "image_", which the style sheet fills by the
-/// button's object name.
+/// button's object name. Left and Right move the focus to the next such button beside it, without choosing.
 class ToolButton : public QPushButton {
     Q_OBJECT
 public:
@@ -20,6 +20,8 @@ public:
     virtual QMenu *menu() const;
 
     void setShowMenuButton(bool show);
+    /// What the second half is called, for those who do not see it.
+    void setMenuAccessibleName(const QString &name);
     bool isMenuButtonShown() const { return m_showMenuButton; }
 
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -37,6 +39,7 @@ protected:
 
 private:
     void setHover(int hover);
+    void focusNeighbour(bool next);
 
     QPushButton *m_menuButton;
     bool m_showMenuButton = false;

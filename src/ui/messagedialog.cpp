@@ -367,6 +367,9 @@ void MessageDialog::showEvent(QShowEvent *event) {
     if (!d->firstShow)
         return;
     d->firstShow = false;
+    // Behind the buttons: their box sends a focus that comes from before it on to its first button.
+    if (d->checkBox && !d->buttons.isEmpty())
+        setTabOrder(d->buttons.last(), d->checkBox);
     if (!d->defaultButton) {
         for (QAbstractButton *button : qAsConst(d->buttons)) {
             if (isAccepting(d->btnBox->buttonRole(button))) {

@@ -30,6 +30,11 @@ private slots:
     void checkBoxIsReported();
     void pinIsToggledAndReported();
     void settingThePinIsReportedToo();
+    void keyPins();
+    void keyDoesNotPinAnImageInMemory();
+    void keyChecksInSelectMode();
+    void keyboardIsReported();
+    void smallButtonsHaveNames();
     void closeIsReported();
     void controlsStandInTheCorners();
 
@@ -175,6 +180,49 @@ void Tst_HistoryButton::settingThePinIsReportedToo() {
     m_button->setPinned(true);
     QCOMPARE(spy.count(), 1);
     QVERIFY(m_usage.isEmpty());
+}
+
+void Tst_HistoryButton::keyPins() {
+    QTest::keyClick(m_button.get(), Qt::Key_P);
+    QVERIFY(m_button->isPinned());
+    QCOMPARE(m_usage, QStringList{QStringLiteral("cap_303_21")});
+    QTest::keyClick(m_button.get(), Qt::Key_P, Qt::ControlModifier);
+    QVERIFY(m_button->isPinned());
+    QTest::keyClick(m_button.get(), Qt::Key_P);
+    QVERIFY(!m_button->isPinned());
+}
+
+void Tst_HistoryButton::keyDoesNotPinAnImageInMemory() {
+    m_button->setPinnable(false);
+    QTest::keyClick(m_button.get(), Qt::Key_P);
+    QVERIFY(!m_button->isPinned());
+}
+
+void Tst_HistoryButton::keyChecksInSelectMode() {
+    QTest::keyClick(m_button.get(), Qt::Key_S);
+    QVERIFY(!m_button->isImageSelected());
+    m_button->onChangeSelectionMode(HistorySelectModes::Select);
+    QTest::keyClick(m_button.get(), Qt::Key_S);
+    QVERIFY(m_button->isImageSelected());
+    QTest::keyClick(m_button.get(), Qt::Key_S);
+    QVERIFY(!m_button->isImageSelected());
+}
+
+void Tst_HistoryButton::keyboardIsReported() {
+    QSignalSpy reached(m_button.get(), &HistoryButton::reachedByKey);
+    QFocusEvent byMouse(QEvent::FocusIn, Qt::MouseFocusReason);
+    QCoreApplication::sendEvent(m_button.get(), &byMouse);
+    QCOMPARE(reached.size(), 0);
+    for (const Qt::FocusReason reason : {Qt::TabFocusReason, Qt::BacktabFocusReason}) {
+        QFocusEvent byKey(QEvent::FocusIn, reason);
+        QCoreApplication::sendEvent(m_button.get(), &byKey);
+    }
+    QCOMPARE(reached.size(), 2);
+}
+
+void Tst_HistoryButton::smallButtonsHaveNames() {
+    for (const char *name : {"closeButton_", "selectButton_", "pinButton_"})
+        QVERIFY2(!child<QPushButton>(name)->accessibleName().isEmpty(), name);
 }
 
 void Tst_HistoryButton::closeIsReported() {

@@ -1,0 +1,501 @@
+#include "app/exitroutine.h"
+#include "app/windowtest.h"
+#include "output/confirmdeletedialog.h"
+#include "output/confirmsavedialog.h"
+#include "output/filenameformatsettingdialog.h"
+#include "output/postsavedialog.h"
+#include "popups/popup.h"
+#include "ui/aboutdialog.h"
+#include "ui/builtinstyle.h"
+#include "ui/coachmarkwidget.h"
+#include "ui/wrappinglabel.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QAbstractSlider>
+#include <QAbstractSpinBox>
+#include <QAccessible>
+#include <QComboBox>
+#include <QFileDialog>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLibraryInfo>
+#include <QLineEdit>
+#include <QMenu>
+#include <QScrollBar>
+#include <QStyleOptionButton>
+#include <QTranslator>
+
+/// Every window, panel, menu and dialog of the program, in Korean and under the real style sheet at the scale
+/// of this run: no text is cut off, every control has a name for those who do not see it, every control is
+/// reached by the keyboard and shows that it has the focus. With TINDRA_TEST_PICTURES set, pictures are left
+/// in that folder.
+class Tst_Surfaces : public WindowTest {
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup() { WindowTest::cleanup(); }
+
+    void textsFit_data() { addSurfaces(); }
+    void textsFit();
+    void textsAreKorean_data() { addSurfaces(); }
+    void textsAreKorean();
+    void controlsHaveNames_data() { addSurfaces(); }
+    void controlsHaveNames();
+    void keyboardReachesControlsAndShowsIt_data() { addSurfaces(); }
+    void keyboardReachesControlsAndShowsIt();
+
+private:
+    using Visit = std::function<void(QWidget *window)>;
+    struct Surface {
+        const char *name;
+        void (Tst_Surfaces::*show)(const Visit &visit);
+        const char *part; ///< of a surface that comes in several
+    };
+    static const QVector<Surface> &surfaces();
+    static void addSurfaces();
+    /// Shows the surface of the present row, lets it be visited and closes it.
+    void present(const Visit &visit);
+
+    void showWindow(const Visit &visit);
+    void showSmallestWindow(const Visit &visit);
+    void showSelectMode(const Visit &visit);
+    void showCoachmark(const Visit &visit);
+    void showMenuOfButton(const Visit &visit);
+    void showColorPicker(const Visit &visit);
+    void showOverflow(const Visit &visit);
+    void showCanvasMenu(const Visit &visit);
+    void showRowMenu(const Visit &visit);
+    void showDialog(const Visit &visit);
+    void showExitQuestion(const Visit &visit);
+    void showFailedCapture(const Visit &visit);
+
+    void openMenu(QMenu *menu, const Visit &visit);
+    void openDialog(QDialog &dialog, const Visit &visit);
+    std::unique_ptr<QDialog> makeDialog(const QByteArray &name);
+
+    const char *m_part = nullptr;
+    QTranslator m_translator;
+    QTranslator m_toolkit;
+};
+
+namespace {
+
+double scale() {
+    return QGuiApplication::primaryScreen()->logicalDotsPerInchX() / 96.0;
+}
+
+int scaled(int size) {
+    return static_cast<int>(size * scale());
+}
+
+void settle() {
+    QTest::qWait(20);
+}
+
+QString nameOf(const QWidget *widget) {
+    return QStringLiteral("%1#%2 \"%3\"")
+        .arg(QLatin1String(widget->metaObject()->className()), widget->objectName(),
+             widget->property("text").toString());
+}
+
+/// The visible widgets of that window, without those that a toolkit's widget is made of.
+QList<QWidget *> partsOf(QWidget *window) {
+    QList<QWidget *> parts;
+    const auto all = window->findChildren<QWidget *>();
+    for (QWidget *widget : all) {
+        const bool isInner = widget->objectName().startsWith("qt_"_qs) ||
+                             qobject_cast<QScrollBar *>(widget) ||
+                             qobject_cast<QAbstractSpinBox *>(widget->parentWidget()) ||
+                             qobject_cast<QComboBox *>(widget->parentWidget());
+        if (widget->window() == window && widget->isVisible() && !isInner &&
+            !widget->visibleRegion().isEmpty())
+            parts.append(widget);
+    }
+    return parts;
+}
+
+bool isControl(const QWidget *widget) {
+    return qobject_cast<const QAbstractButton *>(widget) || qobject_cast<const QComboBox *>(widget) ||
+           qobject_cast<const QAbstractSpinBox *>(widget) || qobject_cast<const QLineEdit *>(widget) ||
+           qobject_cast<const QAbstractSlider *>(widget) || qobject_cast<const QAbstractItemView *>(widget) ||
+           widget->inherits("ColorSquare");
+}
+
+/// The room that a text of that widget needs, and the room it has.
+bool textFits(const QWidget *widget) {
+    const QFontMetrics metrics = widget->fontMetrics();
+    if (const auto *label = qobject_cast<const QLabel *>(widget)) {
+        if (label->text().isEmpty() || label->pixmap(Qt::ReturnByValue).isNull() == false)
+            return true;
+        const QSize needed =
+            label->wordWrap() ? QSize(0, label->heightForWidth(label->width())) : label->sizeHint();
+        return label->width() >= needed.width() && label->height() >= needed.height();
+    }
+    if (const auto *button = qobject_cast<const QAbstractButton *>(widget)) {
+        if (button->text().isEmpty())
+            return true;
+        if (button->inherits("QCheckBox") || button->inherits("QRadioButton"))
+            return button->width() >= button->sizeHint().width() &&
+                   button->height() >= button->sizeHint().height();
+        const QSize text = metrics.size(Qt::TextShowMnemonic, button->text());
+        return text.width() <= button->width() - 2 && text.height() <= button->height();
+    }
+    if (const auto *box = qobject_cast<const QComboBox *>(widget))
+        return metrics.horizontalAdvance(box->currentText()) <= box->width() - scaled(9 + 20) &&
+               metrics.height() <= box->height();
+    if (const auto *box = qobject_cast<const QAbstractSpinBox *>(widget))
+        return metrics.horizontalAdvance(box->text()) <= box->width() - scaled(6 + 16) &&
+               metrics.height() <= box->height();
+    if (const auto *line = qobject_cast<const QLineEdit *>(widget))
+        return metrics.height() <= line->height();
+    if (const auto *group = qobject_cast<const QGroupBox *>(widget))
+        return metrics.horizontalAdvance(group->title()) <= group->width();
+    return true;
+}
+
+QStringList textsOf(QWidget *window) {
+    QStringList texts{window->windowTitle()};
+    const auto addActions = [&texts](QWidget *widget) {
+        for (QAction *action : widget->actions()) {
+            if (action->isVisible())
+                texts << action->text();
+        }
+    };
+    if (qobject_cast<QMenu *>(window))
+        addActions(window);
+    for (QWidget *widget : partsOf(window)) {
+        texts << widget->toolTip() << widget->accessibleName();
+        if (const auto *label = qobject_cast<QLabel *>(widget))
+            texts << label->text();
+        if (const auto *button = qobject_cast<QAbstractButton *>(widget))
+            texts << button->text();
+        if (const auto *group = qobject_cast<QGroupBox *>(widget))
+            texts << group->title();
+        if (const auto *box = qobject_cast<QComboBox *>(widget)) {
+            for (int i = 0; i < box->count(); ++i)
+                texts << box->itemText(i);
+        }
+    }
+    texts.removeAll(QString());
+    texts.removeDuplicates();
+    return texts;
+}
+
+/// Whether a widget that has the focus looks different from how it looks without.
+bool showsFocus(QWidget *widget) {
+    QWidget *window = widget->window();
+    const QRect place(widget->mapTo(window, QPoint()), widget->size());
+    const QImage with = window->grab(place).toImage();
+    widget->clearFocus();
+    const QImage without = window->grab(place).toImage();
+    widget->setFocus(Qt::TabFocusReason);
+    return with != without;
+}
+
+QString accessibleNameOf(QWidget *widget) {
+    QAccessibleInterface *face = QAccessible::queryAccessibleInterface(widget);
+    return face ? face->text(QAccessible::Name) : QString();
+}
+
+} // namespace
+
+const QVector<Tst_Surfaces::Surface> &Tst_Surfaces::surfaces() {
+    using Test = Tst_Surfaces;
+    static const QVector<Surface> all{
+        {"window", &Test::showWindow, nullptr},
+        {"window-smallest", &Test::showSmallestWindow, nullptr},
+        {"window-select", &Test::showSelectMode, nullptr},
+        {"coachmark", &Test::showCoachmark, nullptr},
+        {"panel-figure", &Test::showMenuOfButton, "figure"},
+        {"panel-pen", &Test::showMenuOfButton, "pen"},
+        {"panel-highlighter", &Test::showMenuOfButton, "highlighter"},
+        {"panel-line", &Test::showMenuOfButton, "line"},
+        {"panel-mosaic", &Test::showMenuOfButton, "mosaic"},
+        {"panel-picker", &Test::showColorPicker, nullptr},
+        {"menu-help", &Test::showMenuOfButton, "help"},
+        {"menu-menu", &Test::showMenuOfButton, "menu"},
+        {"menu-overflow", &Test::showOverflow, nullptr},
+        {"menu-canvas", &Test::showCanvasMenu, nullptr},
+        {"menu-row", &Test::showRowMenu, nullptr},
+        {"dialog-about", &Test::showDialog, "about"},
+        {"dialog-delete", &Test::showDialog, "delete"},
+        {"dialog-delete-selected", &Test::showDialog, "delete-selected"},
+        {"dialog-delete-all", &Test::showDialog, "delete-all"},
+        {"dialog-save-all", &Test::showDialog, "save-all"},
+        {"dialog-save-selected", &Test::showDialog, "save-selected"},
+        {"dialog-names", &Test::showDialog, "names"},
+        {"dialog-saved", &Test::showDialog, "saved"},
+        {"dialog-saved-batch", &Test::showDialog, "saved-batch"},
+        {"dialog-buttons", &Test::showDialog, "buttons"},
+        {"dialog-exit", &Test::showExitQuestion, nullptr},
+        {"dialog-failed", &Test::showFailedCapture, nullptr},
+    };
+    return all;
+}
+
+void Tst_Surfaces::addSurfaces() {
+    QTest::addColumn<int>("surface");
+    for (int i = 0; i < surfaces().size(); ++i)
+        QTest::newRow(surfaces().at(i).name) << i;
+}
+
+void Tst_Surfaces::present(const Visit &visit) {
+    QFETCH(int, surface);
+    m_part = surfaces().at(surface).part;
+    int visits = 0;
+    (this->*surfaces().at(surface).show)([&](QWidget *window) {
+        QVERIFY(window && window->isVisible());
+        ++visits;
+        visit(window);
+    });
+    QCOMPARE(visits, 1);
+}
+
+void Tst_Surfaces::initTestCase() {
+    const QString folder = QLibraryInfo::location(QLibraryInfo::TranslationsPath);
+    QVERIFY(m_translator.load(":/TindraEditor_ko.qm"_qs));
+    QVERIFY(m_toolkit.load("qtbase_ko"_qs, folder));
+    QVERIFY(QCoreApplication::installTranslator(&m_translator));
+    QVERIFY(QCoreApplication::installTranslator(&m_toolkit));
+    QCoreApplication::setApplicationVersion("1.2.3"_qs);
+    installBuiltInStyle(qApp);
+}
+
+void Tst_Surfaces::init() {
+    WindowTest::init();
+    preferences()->SetCustomColors(TindraPreferences::PenCustomColorKey(),
+                                   {QColor(10, 200, 190), QColor(120, 60, 10)});
+    for (const auto &name : {"a"_qs, "b"_qs, "c"_qs})
+        treat("/path \"%1\" /point 10 10"_qs.arg(capture(name, {400, 250})));
+    m_window->resize(scaled(1300), scaled(560));
+    settle();
+}
+
+void Tst_Surfaces::showWindow(const Visit &visit) {
+    drawStroke();
+    visit(m_window.get());
+}
+
+void Tst_Surfaces::showSmallestWindow(const Visit &visit) {
+    m_window->resize(0, 0);
+    settle();
+    visit(m_window.get());
+}
+
+void Tst_Surfaces::showSelectMode(const Visit &visit) {
+    m_window->findChild<QPushButton *>("historySelectMode_"_qs)->click();
+    list()->findChild<QPushButton *>("selectButton_"_qs)->click();
+    settle();
+    visit(m_window.get());
+}
+
+void Tst_Surfaces::showCoachmark(const Visit &visit) {
+    CoachmarkWidget coachmark(TindraPreferences::OnceAiToolsCoachmark, m_window.get());
+    coachmark.setText(button("figure")->toolTip());
+    coachmark.setAnchor(button("figure"), CoachmarkWidget::BelowAnchor, 20);
+    coachmark.show();
+    coachmark.raise();
+    settle();
+    visit(m_window.get());
+}
+
+void Tst_Surfaces::openMenu(QMenu *menu, const Visit &visit) {
+    QVERIFY(menu);
+    menu->popup(m_window->mapToGlobal(QPoint(50, 100)));
+    settle();
+    visit(menu);
+    menu->close();
+    settle();
+}
+
+void Tst_Surfaces::showMenuOfButton(const Visit &visit) {
+    openMenu(button(m_part)->menu(), visit);
+}
+
+void Tst_Surfaces::showColorPicker(const Visit &visit) {
+    openMenu(button("pen")->menu(), [&](QWidget *panel) {
+        QMenu *picker = nullptr;
+        for (const auto *opener : panel->findChildren<QPushButton *>())
+            picker = opener->menu() ? opener->menu() : picker;
+        openMenu(picker, visit);
+    });
+}
+
+void Tst_Surfaces::showOverflow(const Visit &visit) {
+    m_window->resize(0, 0);
+    settle();
+    openMenu(button("menu")->menu(), visit);
+}
+
+void Tst_Surfaces::showCanvasMenu(const Visit &visit) {
+    openMenu(view()->findChild<QMenu *>("contextMenu_"_qs), visit);
+}
+
+void Tst_Surfaces::showRowMenu(const Visit &visit) {
+    QWidget *row = list()->itemWidget(list()->item(0));
+    QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(5, 5), row->mapToGlobal(QPoint(5, 5)));
+    QCoreApplication::sendEvent(row, &event);
+    settle();
+    auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+    QVERIFY(menu);
+    visit(menu);
+    menu->close();
+}
+
+void Tst_Surfaces::openDialog(QDialog &dialog, const Visit &visit) {
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    settle();
+    visit(&dialog);
+    dialog.close();
+}
+
+std::unique_ptr<QDialog> Tst_Surfaces::makeDialog(const QByteArray &name) {
+    QWidget *parent = m_window.get();
+    if (name == "about")
+        return std::make_unique<AboutDialog>(parent);
+    if (name == "delete")
+        return std::make_unique<ConfirmDeleteDialog>(ConfirmDeleteDialog::OneImage, parent);
+    if (name == "delete-selected")
+        return std::make_unique<ConfirmDeleteDialog>(ConfirmDeleteDialog::SelectedImages, parent);
+    if (name == "delete-all")
+        return std::make_unique<ConfirmDeleteDialog>(ConfirmDeleteDialog::AllImages, parent);
+    if (name == "save-all")
+        return std::make_unique<ConfirmSaveDialog>(ConfirmSaveDialog::AllImages, parent);
+    if (name == "save-selected")
+        return std::make_unique<ConfirmSaveDialog>(ConfirmSaveDialog::SelectedImages, parent);
+    if (name == "names")
+        return std::make_unique<FileNameFormatSettingDialog>(3, "BIRDNAME"_qs, parent);
+    if (name == "saved" || name == "saved-batch") {
+        auto dialog = std::make_unique<PostSaveDialog>(
+            name == "saved" ? PostSaveDialog::OneImage : PostSaveDialog::Batch, parent);
+        dialog->setSavedPath("/var/lib/pictures/2024-01-02 03;04;05.png"_qs);
+        if (name == "saved-batch")
+            dialog->setCount(12);
+        return dialog;
+    }
+    auto dialog = std::make_unique<MessageDialog>(parent);
+    dialog->setIcon(MessageDialog::Question);
+    dialog->setText(MessageDialog::tr("Tindra"));
+    dialog->setStandardButtons(MessageDialog::Yes | MessageDialog::No | MessageDialog::Cancel |
+                                   MessageDialog::Retry,
+                               MessageDialog::Yes);
+    return dialog;
+}
+
+void Tst_Surfaces::showDialog(const Visit &visit) {
+    const std::unique_ptr<QDialog> dialog = makeDialog(m_part);
+    openDialog(*dialog, visit);
+}
+
+void Tst_Surfaces::showExitQuestion(const Visit &visit) {
+    preferences()->SetBool(TindraPreferences::TrayMode, false);
+    ModalAnswers answers;
+    answers.add([&](QWidget *dialog) {
+        settle();
+        visit(dialog);
+        dialog->close();
+    });
+    m_window->close();
+    QTRY_VERIFY(answers.isDone());
+}
+
+void Tst_Surfaces::showFailedCapture(const Visit &visit) {
+    ModalAnswers answers;
+    answers.add([&](QWidget *dialog) {
+        settle();
+        visit(dialog);
+        dialog->close();
+    });
+    m_window->hide();
+    treat("/path /nothing.png"_qs);
+    QTRY_VERIFY(answers.isDone());
+}
+
+void Tst_Surfaces::textsFit() {
+    present([](QWidget *window) {
+        const QString folder = qEnvironmentVariable("TINDRA_TEST_PICTURES");
+        if (!folder.isEmpty())
+            window->grab().save("%1/%2-%3.png"_qs.arg(folder, QString::fromLatin1(QTest::currentDataTag()))
+                                    .arg(qRound(scale() * 100)));
+        QStringList cut;
+        for (const QWidget *widget : partsOf(window)) {
+            if (!textFits(widget))
+                cut << nameOf(widget);
+        }
+        QVERIFY2(cut.isEmpty(), qPrintable(cut.join("; "_qs)));
+    });
+}
+
+void Tst_Surfaces::textsAreKorean() {
+    // Names, units, formats, addresses and what the user wrote.
+    static const QRegularExpression foreign(
+        "^(Tindra|PNG|JPG|BMP|GIF|WEBP|\\d+px|#[0-9a-fA-F]*|www\\.\\S+|/\\S.*|\\d.*)$"_qs);
+    static const QRegularExpression word("[A-Za-z]{2}"_qs);
+    static const QRegularExpression hangul("[\\x{ac00}-\\x{d7a3}]"_qs);
+    present([](QWidget *window) {
+        QStringList english;
+        for (const QString &text : textsOf(window)) {
+            if (word.match(text).hasMatch() && !hangul.match(text).hasMatch() &&
+                !foreign.match(text).hasMatch())
+                english << text;
+        }
+        QVERIFY2(english.isEmpty(), qPrintable(english.join("; "_qs)));
+    });
+}
+
+void Tst_Surfaces::controlsHaveNames() {
+    static const QRegularExpression letter("\\w"_qs, QRegularExpression::UseUnicodePropertiesOption);
+    present([](QWidget *window) {
+        QStringList nameless;
+        for (QWidget *widget : partsOf(window)) {
+            if (isControl(widget) && !letter.match(accessibleNameOf(widget)).hasMatch())
+                nameless << nameOf(widget);
+        }
+        QVERIFY2(nameless.isEmpty(), qPrintable(nameless.join("; "_qs)));
+    });
+}
+
+void Tst_Surfaces::keyboardReachesControlsAndShowsIt() {
+    present([](QWidget *window) {
+        QList<QWidget *> missing;
+        for (QWidget *widget : partsOf(window)) {
+            if (isControl(widget) && widget->isEnabled() && (widget->focusPolicy() & Qt::TabFocus))
+                missing << widget;
+        }
+        QStringList unseen;
+        const auto press = [&](int key) {
+            QTest::keyClick(window->windowHandle(), Qt::Key(key));
+            QWidget *focused = QApplication::focusWidget();
+            if (focused && missing.removeOne(focused) && !showsFocus(focused))
+                unseen << nameOf(focused);
+        };
+        const int controls = missing.size();
+        QList<QWidget *> excluding;
+        for (int tabs = 0; tabs <= controls; ++tabs) {
+            press(Qt::Key_Tab);
+            auto *button = qobject_cast<QAbstractButton *>(QApplication::focusWidget());
+            if (button && (button->group() || button->autoExclusive()))
+                excluding << button;
+        }
+        // Of buttons that exclude each other Tab comes to one, and the arrows to the others.
+        for (QWidget *button : qAsConst(excluding)) {
+            button->setFocus();
+            for (const int arrow : {Qt::Key_Right, Qt::Key_Left, Qt::Key_Down, Qt::Key_Right, Qt::Key_Left}) {
+                for (int presses = 0; presses < (arrow == Qt::Key_Down ? 1 : controls) && !missing.isEmpty();
+                     ++presses)
+                    press(arrow);
+            }
+        }
+        QStringList unreached;
+        for (const QWidget *widget : qAsConst(missing))
+            unreached << nameOf(widget);
+        QVERIFY2(unreached.isEmpty(), qPrintable(unreached.join("; "_qs)));
+        QVERIFY2(unseen.isEmpty(), qPrintable(unseen.join("; "_qs)));
+    });
+}
+
+QTEST_MAIN(Tst_Surfaces)
+#include "tst_surfaces.moc"
