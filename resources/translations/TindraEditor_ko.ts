@@ -462,6 +462,17 @@ Tindra를 종료하시겠습니까?</translation>
     </message>
 </context>
 <context>
+    <name>FileDownloadDialog</name>
+    <message>
+        <source>Download File</source>
+        <translation>파일 다운로드</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>취소</translation>
+    </message>
+</context>
+<context>
     <name>FileNameFormatSettingDialog</name>
     <message>
         <source>write yours</source>
