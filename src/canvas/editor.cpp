@@ -227,7 +227,10 @@ void Editor::pressTool(const QGraphicsSceneMouseEvent *event) {
 }
 
 void Editor::mouseMoveEvent(QGraphicsSceneMouseEvent *event) {
-    QGraphicsScene::mouseMoveEvent(event);
+    // Only an open item wants to know of a mouse that passes over, and who that might be the base class finds
+    // out by asking everything there for its shape.
+    if (event->buttons() || mouseGrabberItem() || m_shapeType == TextEditing || m_shapeType == Crop)
+        QGraphicsScene::mouseMoveEvent(event);
     if (m_shapeType == Crop)
         return;
     const bool left = event->buttons() & Qt::LeftButton;

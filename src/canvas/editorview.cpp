@@ -137,7 +137,7 @@ void EditorView::setEditor(Editor *editor) {
     for (const QMetaObject::Connection &connection : qAsConst(m_editorConnections))
         disconnect(connection);
     m_editorConnections.clear();
-    m_cropPopup->finish();
+    onFinishCropItem();
     m_background.clear();
     m_frame.clear();
     m_frameImage.reset();
@@ -232,6 +232,7 @@ void EditorView::onCreateCropItem(DrawingCropItem *item) {
         return;
     const QRect image = m_editor->imageRect();
     setSceneRect(QRectF(image));
+    m_cropItem = item;
     m_cropPopup->open(item);
     if (width() >= image.width() && height() >= image.height())
         return;
@@ -243,10 +244,14 @@ void EditorView::onCreateCropItem(DrawingCropItem *item) {
 
 void EditorView::onMoveCropItem(DrawingCropItem *) {
     m_cropPopup->place();
+    // The frame lies over the picture that is kept, which is still good.
+    viewport()->update();
 }
 
 void EditorView::onFinishCropItem() {
     m_cropPopup->finish();
+    m_cropItem = nullptr;
+    viewport()->update();
 }
 
 void EditorView::onZoomIn() {

@@ -137,4 +137,5 @@ private:
     CanvasGestures *m_gestures;
     std::unique_ptr<FloatingTextPopup> m_textPopup;
     std::unique_ptr<FloatingCropPopup> m_cropPopup;
+    QPointer<DrawingCropItem> m_cropItem; ///< the open crop
 };

@@ -2,6 +2,7 @@
 #include "canvas/canvasviewport.h"
 #include "canvas/editorview.h"
 #include "canvas/flagguard.h"
+#include "canvas/items/drawingcropitem.h"
 #include "canvas/items/drawingfreehanditem.h"
 #include "ui/debouncefunc.h"
 
@@ -37,6 +38,10 @@ void EditorView::paintEvent(QPaintEvent *event) {
     QPainter painter(viewport());
     for (const QRect &rect : event->region())
         painter.drawImage(rect.topLeft(), m_frame.image(), rect);
+    if (m_cropItem) {
+        painter.setTransform(viewportTransform());
+        m_cropItem->paintFrame(&painter);
+    }
 }
 
 void EditorView::adaptFrame() {

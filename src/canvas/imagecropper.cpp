@@ -201,14 +201,18 @@ void ImageCropper::refreshCursor(const QPoint &pos) {
 
 void ImageCropper::paintEvent(QPaintEvent *event) {
     QWidget::paintEvent(event);
+    QPainter painter(this);
+    paintFrame(&painter);
+}
+
+void ImageCropper::paintFrame(QPainter *painter) const {
     // A path ends one pixel further than a rectangle of pixels.
     const QRect frame = m_cropRect.adjusted(0, 0, -1, -1);
     QPainterPath frameLine;
     frameLine.addRect(frame);
     QPainterPath overlay;
     overlay.addRect(rect());
-    QPainter painter(this);
-    painter.fillPath(overlay.subtracted(frameLine), DimColor);
-    painter.strokePath(frameLine, thinPen(FrameColor));
-    paintCornerMarks(&painter, frame);
+    painter->fillPath(overlay.subtracted(frameLine), DimColor);
+    painter->strokePath(frameLine, thinPen(FrameColor));
+    paintCornerMarks(painter, frame);
 }

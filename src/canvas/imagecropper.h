@@ -34,6 +34,9 @@ public:
     /// A typed size: the top left stays, what does not fit into the image is cut off.
     void setCropSize(QSize size);
 
+    /// Paints what the widget shows, with its top left at the painter's origin.
+    void paintFrame(QPainter *painter) const;
+
     static CursorPosition regionAt(const QPoint &point, const QRect &frame);
     static QCursor cursorOf(CursorPosition region, bool moving);
     /// The frame with the edges of `region` moved by `delta`; null if that is smaller than can be dragged.

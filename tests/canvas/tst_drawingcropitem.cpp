@@ -21,6 +21,20 @@ const QSize ImageSize(400, 300);
 const QRect Whole(QPoint(), ImageSize);
 const QRect FirstCrop(60, 40, 250, 200);
 
+/// Counts how often it is painted and asked for its shape.
+class CountingItem : public QGraphicsItem {
+public:
+    int paints = 0;
+    mutable int questions = 0;
+
+    QRectF boundingRect() const override { return QRectF(Whole); }
+    void paint(QPainter *, const QStyleOptionGraphicsItem *, QWidget *) override { ++paints; }
+    QPainterPath shape() const override {
+        ++questions;
+        return QGraphicsItem::shape();
+    }
+};
+
 } // namespace
 
 Q_DECLARE_METATYPE(std::function<void()>)
@@ -53,6 +67,8 @@ private slots:
     void cornersAreDraggedAtEachZoom();
     void cornerPastTheOppositeCornerKeepsTheLastSize();
     void movedFrameKeepsItsSize();
+    void movingTheFramePaintsNoItem();
+    void hoveringAfterACropAsksNoItem();
     void pressesMakeNoItems();
     void cursorFollowsTheFrame();
     void toolCursorStaysAfterTheCrop();
@@ -450,6 +466,30 @@ void Tst_DrawingCropItem::movedFrameKeepsItsSize() {
     QCOMPARE(m_item->frame(), QRect(QPoint(150, 60), FirstCrop.size()));
     close(true);
     compareCrop(QRect(QPoint(150, 60), FirstCrop.size()));
+}
+
+void Tst_DrawingCropItem::movingTheFramePaintsNoItem() {
+    auto *item = new CountingItem;
+    m_editor->addItem(item);
+    open();
+    QCoreApplication::processEvents();
+    const QImage before = m_view->viewport()->grab().toImage();
+    const int paints = item->paints;
+    QVERIFY(paints > 0);
+    dragFrame({399, 299}, {200, 150});
+    QCoreApplication::processEvents();
+    QVERIFY(m_view->viewport()->grab().toImage() != before);
+    QCOMPARE(item->paints, paints);
+}
+
+void Tst_DrawingCropItem::hoveringAfterACropAsksNoItem() {
+    cropTo(FirstCrop);
+    auto *item = new CountingItem;
+    m_editor->addItem(item);
+    capture::Mouse mouse(m_view->viewport());
+    mouse.move(at(100, 100));
+    mouse.move(at(110, 105));
+    QCOMPARE(item->questions, 0);
 }
 
 void Tst_DrawingCropItem::pressesMakeNoItems() {

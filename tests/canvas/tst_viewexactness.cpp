@@ -7,6 +7,7 @@
 #include "support/imagecompare.h"
 
 #include <QBackingStore>
+#include <QGraphicsProxyWidget>
 #include <QGraphicsView>
 #include <QPainter>
 #include <QRandomGenerator>
@@ -42,6 +43,14 @@ protected:
             painter->drawPixmap(target, QPixmap::fromImage(picture), QRectF(visible));
         }
         painter->restore();
+    }
+    // The crop frame, as the toolkit paints a widget of the scene.
+    void drawForeground(QPainter *painter, const QRectF &) override {
+        for (QGraphicsItem *item : scene()->items()) {
+            if (item->isWidget())
+                static_cast<QGraphicsProxyWidget *>(item)->widget()->render(painter, QPoint(), QRegion(),
+                                                                            QWidget::DrawChildren);
+        }
     }
 };
 

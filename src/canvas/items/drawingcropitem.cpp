@@ -6,19 +6,6 @@
 #include <QGraphicsProxyWidget>
 #include <QGraphicsScene>
 
-namespace {
-
-/// The frame belongs on the screen: a picture that is taken of the scene does not show it.
-class ScreenOnlyProxy : public QGraphicsProxyWidget {
-public:
-    void paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *viewport) override {
-        if (viewport)
-            QGraphicsProxyWidget::paint(painter, option, viewport);
-    }
-};
-
-} // namespace
-
 DrawingCropItem::DrawingCropItem(const QRectF &sceneRect, const QRect &previousRect, QObject *parent)
     : DrawingItem(DrawingAttributes(), sceneRect, parent), m_cropper(new ImageCropper),
       m_previousRect(previousRect), m_imageSize(sceneRect.toRect().size()) {
@@ -40,6 +27,11 @@ bool DrawingCropItem::isOpen() const {
 
 QRect DrawingCropItem::frame() const {
     return m_cropper ? m_cropper->cropRect() : QRect();
+}
+
+void DrawingCropItem::paintFrame(QPainter *painter) const {
+    if (m_cropper)
+        m_cropper->paintFrame(painter);
 }
 
 QRectF DrawingCropItem::drawStart(QPoint) {
@@ -98,9 +90,8 @@ QVariant DrawingCropItem::itemChange(GraphicsItemChange change, const QVariant &
 }
 
 void DrawingCropItem::openFrame() {
-    m_proxy = new ScreenOnlyProxy;
-    m_proxy->setWidget(m_cropper);
-    scene()->addItem(m_proxy);
+    m_proxy = scene()->addWidget(m_cropper);
+    m_proxy->setFlag(ItemHasNoContents);
     connect(m_cropper, &ImageCropper::move, this, [this] { emit moveCropItem(this); });
     connect(m_cropper, &ImageCropper::setProxyCursor, m_proxy,
             [this](const QCursor &cursor) { m_proxy->setCursor(cursor); });
