@@ -6,122 +6,27 @@
 // the same bytes in this process, of the whole road, and of the difference, each pair taken in one run.
 
 #include "ipc/ipcclient.h"
+#include "measuring.h"
 #include "platform/sharedimageblock.h"
 
-#include <QBuffer>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QGuiApplication>
-#include <QImage>
-#include <QPainter>
-#include <QPixmap>
 #include <QProcess>
 #include <QSharedMemory>
 #include <QThread>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <memory>
 #include <vector>
-
-// Last, because Xlib defines words such as Bool and None.
-#include <X11/Xlib.h>
-#include <X11/Xutil.h>
 
 namespace {
 
 constexpr int WarmUpRuns = 3;
 constexpr int PollMicroseconds = 300;
 constexpr qint64 GiveUpMs = 10000;
-
-/// What a capture looks like to a decoder: flat areas, lines of text and a noisy photograph. The middle shows
-/// one colour that differs from run to run.
-QImage drawCapture(QSize size, QColor marker) {
-    QImage image(size, QImage::Format_RGB32);
-    QPainter painter(&image);
-    QLinearGradient sky(0, 0, 0, size.height());
-    sky.setColorAt(0, QColor(0xB9, 0xCF, 0xE4));
-    sky.setColorAt(1, QColor(0x6F, 0x8F, 0xB5));
-    painter.fillRect(image.rect(), sky);
-    painter.setPen(Qt::black);
-    for (int y = 40; y < size.height() - 20; y += 18)
-        painter.drawText(20, y,
-                         QStringLiteral("The quick brown fox %1 jumps over the lazy dog. ")
-                             .arg(y)
-                             .repeated(size.width() / 400));
-    painter.end();
-    quint32 noise = 1;
-    for (int y = size.height() * 3 / 4; y < size.height(); ++y) {
-        auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
-        for (int x = size.width() * 3 / 4; x < size.width(); ++x) {
-            noise = noise * 1664525u + 1013904223u;
-            line[x] = qRgb(128 + int(noise >> 28), 100 + int(noise >> 27 & 15), y * 200 / size.height());
-        }
-    }
-    QPainter(&image).fillRect(QRect(size.width() / 4, size.height() / 4, size.width() / 2, size.height() / 2),
-                              marker);
-    return image;
-}
-
-QByteArray encoded(const QImage &image) {
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    return bytes;
-}
-
-double decodeMs(const QByteArray &bytes) {
-    QElapsedTimer clock;
-    clock.start();
-    QPixmap pixmap;
-    if (!pixmap.loadFromData(bytes))
-        qFatal("the picture cannot be decoded");
-    return clock.nsecsElapsed() / 1e6;
-}
-
-double median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
-
-/// Looks at the screen from outside of the editor.
-class ScreenObserver {
-public:
-    ScreenObserver() : m_display(XOpenDisplay(nullptr)) {
-        if (!m_display)
-            qFatal("no X display");
-    }
-    ~ScreenObserver() { XCloseDisplay(m_display); }
-    ScreenObserver(const ScreenObserver &) = delete;
-    ScreenObserver &operator=(const ScreenObserver &) = delete;
-
-    /// Whether the colour stands somewhere on a coarse grid over the screen.
-    bool shows(QRgb colour, QPoint *where) const {
-        const int width = DisplayWidth(m_display, 0), height = DisplayHeight(m_display, 0);
-        for (int y = height / 16; y < height; y += height / 8)
-            for (int x = width / 16; x < width; x += width / 8)
-                if (pixel({x, y}) == colour) {
-                    *where = {x, y};
-                    return true;
-                }
-        return false;
-    }
-
-    /// The colour of one pixel of the root window, whatever window covers it.
-    QRgb pixel(QPoint at) const {
-        XImage *image =
-            XGetImage(m_display, DefaultRootWindow(m_display), at.x(), at.y(), 1, 1, AllPlanes, ZPixmap);
-        const QRgb colour = QRgb(XGetPixel(image, 0, 0)) | 0xFF000000u;
-        XDestroyImage(image);
-        return colour;
-    }
-
-private:
-    Display *m_display;
-};
 
 /// The two roads of a picture into the editor.
 class Capture {
@@ -153,16 +58,6 @@ private:
     std::unique_ptr<QSharedMemory> m_block;
 };
 
-void waitForServer(IpcClient &client) {
-    QElapsedTimer clock;
-    clock.start();
-    while (!client.Test(QStringLiteral("TNDEMutex"))) {
-        if (clock.elapsed() > GiveUpMs)
-            qFatal("the editor does not listen");
-        QThread::msleep(10);
-    }
-}
-
 /// Milliseconds from sending the line to the marker on the screen. The first picture tells where to look.
 double paintedMs(const ScreenObserver &screen, const QString &line, QRgb marker, QPoint *where) {
     IpcClient client;
@@ -191,8 +86,7 @@ int main(int argc, char **argv) {
     QProcess editor;
     editor.setProcessChannelMode(QProcess::ForwardedChannels);
     editor.start(arguments[1], QStringList());
-    IpcClient probe;
-    waitForServer(probe);
+    waitForServer();
 
     const ScreenObserver screen;
     Capture capture(arguments[4] == QLatin1String("memory"));
@@ -212,7 +106,7 @@ int main(int argc, char **argv) {
         }
     }
     std::printf("%.1f\t%.1f\t%.1f\n", median(decode), median(painted), median(over));
-    probe.Send(QStringLiteral("TNDEMutex"), QStringLiteral("/kill"));
+    IpcClient().Send(QStringLiteral("TNDEMutex"), QStringLiteral("/kill"));
     if (!editor.waitForFinished())
         editor.kill();
     return 0;

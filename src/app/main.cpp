@@ -1,6 +1,7 @@
 #include "app/application.h"
 #include "app/tindraeditor.h"
 #include "platform/clipboardkeeper.h"
+#include "platform/memoryreturn.h"
 #include "ui/builtinstyle.h"
 
 #include <QIcon>
@@ -29,5 +30,6 @@ int runEditor(int argc, char **argv) {
 int main(int argc, char **argv) {
     if (platform::isClipboardKeeperCall(argc, argv))
         return platform::runClipboardKeeper(argc, argv);
+    platform::returnLargeBlocks();
     return runEditor(argc, argv);
 }

@@ -38,6 +38,31 @@ def windows():
     return subprocess.run(["wmctrl", "-l"], capture_output=True, text=True, check=False).stdout.splitlines()
 
 
+def xdotool(*arguments):
+    return subprocess.run(["xdotool", *map(str, arguments)], capture_output=True, text=True, check=False).stdout
+
+
+def main_window():
+    """The identity of the first window of all; None without one."""
+    lines = windows()
+    return int(lines[0].split()[0], 16) if lines else None
+
+
+def size_of(window):
+    """Width and height; None when the window is gone."""
+    values = dict(line.split("=") for line in xdotool("getwindowgeometry", "--shell", window).split())
+    return (int(values["WIDTH"]), int(values["HEIGHT"])) if "WIDTH" in values else None
+
+
+def pixel_in_bmp(path, x, y):
+    """Red, green and blue of a picture of 24 bits, counted from its top left; fails when it is not whole."""
+    content = path.read_bytes()
+    size, start, _, width, height = struct.unpack_from("<I4xIIii", content, 2)
+    assert size == len(content), f"{path} is not whole"
+    at = start + (height - 1 - y) * ((width * 3 + 3) // 4 * 4) + x * 3
+    return tuple(reversed(content[at:at + 3]))
+
+
 def write_settings(**settings):
     """Of the next start; folders for results are set already."""
     lines = {"AutoSavePath": RESULTS, "FilePath": RESULTS} | settings

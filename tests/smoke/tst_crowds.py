@@ -8,13 +8,12 @@ import contextlib
 import os
 import resource
 import socket
-import subprocess
 import sys
 import time
 import unittest
 
 from editorsession import (LIMIT, RESULTS, SOCKET, WORK, EditorTest, png, put_capture, tell, wait_for, windows, wire,
-                           write_settings)
+                           write_settings, xdotool)
 
 PAIRS = int(os.environ.get("TINDRA_TEST_STARTS", "10"))
 CONNECTIONS = 500
@@ -133,7 +132,7 @@ class Crowds(EditorTest):
         editor = self.first()
         tell("/show")
         self.assertTrue(wait_for(lambda: len(windows()) == 2, 3 * LIMIT), "the captures are not back")
-        subprocess.run(["xdotool", "sleep", "0.2", "key", "Return"], check=True)
+        xdotool("sleep", 0.2, "key", "Return")
         self.window_count(1)
         # The list is full: one more is refused, and the selected one stays.
         tell(f"/path \"{put_capture('more.png', png(60, 40, (9, 9, 9)))}\"")

@@ -24,8 +24,8 @@ def enter_own_mounts():
 
 enter_own_mounts()
 
-from editorsession import (PINS, RESULTS, WORK, EditorTest, png, put_capture, tell, wait_for, windows,  # noqa: E402
-                           write_settings)
+from editorsession import (PINS, RESULTS, WORK, EditorTest, main_window, png, put_capture, size_of,  # noqa: E402
+                           tell, wait_for, windows, write_settings, xdotool)
 
 BMP = 2  # the setting FileFormat
 PICTURE = png(300, 200, (255, 0, 0))
@@ -79,7 +79,7 @@ class Disks(EditorTest):
         """An automatic save that is told to have failed."""
         tell("/autosave /skip")
         self.window_count(2)
-        subprocess.run(["xdotool", "key", "Return"], check=True)
+        xdotool("sleep", 0.2, "key", "Return")
         self.window_count(1)
 
     def save_succeeds(self, path):
@@ -108,13 +108,11 @@ class Disks(EditorTest):
         editor = self.begin(FilePath=disk.folder, FileFormat=BMP)
         for number in range(5):
             tell(f"/path \"{put_capture(f'more{number}.png', PICTURE)}\"")
-        size = subprocess.run(["xdotool", "search", "--onlyvisible", "--class", "tindra", "getwindowgeometry",
-                               "--shell", "%@"], capture_output=True, text=True, check=True).stdout.split()
-        values = dict(line.split("=") for line in size if "=" in line)
-        subprocess.run(["xdotool", "mousemove", "--window", values["WINDOW"], str(int(values["WIDTH"]) - 84),
-                        str(int(values["HEIGHT"]) - 56), "click", "1"], check=True)
+        window = main_window()
+        width, height = size_of(window)
+        xdotool("mousemove", "--window", window, width - 84, height - 56, "click", 1)
         self.window_count(2)
-        subprocess.run(["xdotool", "sleep", "0.3", "key", "alt+s"], check=True)
+        xdotool("sleep", 0.3, "key", "alt+s")
         self.window_count(1)
         self.assertTrue(wait_for(disk.names))
         sizes = {(disk.folder / name).stat().st_size for name in disk.names()}
@@ -190,7 +188,7 @@ class Disks(EditorTest):
             editor = self.start(environment=here)
             self.send("--show")
             self.window_count(2)  # what is left over is told, the pin has no room and waits
-            subprocess.run(["xdotool", "key", "Return"], check=True)
+            xdotool("sleep", 0.2, "key", "Return")
             self.window_count(1)
             self.leave(editor)
             self.assertEqual(disk.names(), sorted(["0.png", "shot.png"]))
@@ -217,7 +215,7 @@ class Disks(EditorTest):
         for _ in range(3):
             editor = self.first()
             self.window_count(1)
-            subprocess.run(["xdotool", "sleep", "0.2", "key", "Return"], check=True)
+            xdotool("sleep", 0.2, "key", "Return")
             self.window_count(0)
             self.leave(editor)
         self.assertEqual(sorted(path.name for path in PINS.iterdir()), ["0.png", "1.png", "2.png"])

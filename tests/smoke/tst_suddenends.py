@@ -12,15 +12,14 @@ import os
 import random
 import signal
 import struct
-import subprocess
 import sys
 import threading
 import time
 import unittest
 import zlib
 
-from editorsession import (LIMIT, PINS, RESULTS, WORK, EditorTest, answers, png, put_capture, tell, wait_for,
-                           windows, write_settings)
+from editorsession import (LIMIT, PINS, RESULTS, WORK, EditorTest, answers, main_window, pixel_in_bmp, png,
+                           put_capture, size_of, tell, wait_for, windows, write_settings, xdotool)
 
 MOMENTS = int(os.environ.get("TINDRA_TEST_MOMENTS", "12"))
 SEED = int(os.environ.get("TINDRA_TEST_SEED", "4711"))
@@ -55,13 +54,9 @@ def number_in_png(path):
 
 
 def number_in_bmp(path):
-    """The number of a saved picture; its first and last pixel agree in a whole one."""
-    content = path.read_bytes()
-    size, start = struct.unpack_from("<I4xI", content, 2)
-    assert size == len(content), f"{path} is not whole"
-    pixel = content[start:start + 3]
-    assert pixel == content[-3:], f"{path} is not whole"
-    blue, green, red = pixel
+    """The number of a saved picture; two of its corners agree in a whole one."""
+    red, green, blue = corner = pixel_in_bmp(path, 0, 0)
+    assert corner == pixel_in_bmp(path, SIZE[0] - 1, SIZE[1] - 1), f"{path} is not whole"
     assert blue == 200, f"{path} shows no capture of this test"
     return red | green << 8
 
@@ -69,10 +64,6 @@ def number_in_bmp(path):
 def numbers_in(folder):
     """By file name, in the order of the names."""
     return {path.name: number_in_png(path) for path in sorted(folder.glob("*.png"))}
-
-
-def xdotool(*arguments):
-    return subprocess.run(["xdotool", *map(str, arguments)], capture_output=True, text=True, check=False).stdout
 
 
 class SuddenEnds(EditorTest):
@@ -278,19 +269,17 @@ class SuddenEnds(EditorTest):
         self.wait(lambda: len(windows()) == windows_left, "the dialog stays")
 
     def window(self):
-        """The identity of the main window, the first of all."""
-        lines = windows()
-        if not lines:
-            self.wait(windows, "no window")
-            lines = windows()
-        return int(lines[0].split()[0], 16)
+        """The identity of the main window."""
+        window = main_window()
+        if not window:
+            self.wait(main_window, "no window")
+        return window or main_window()
 
     def window_size(self):
-        lines = xdotool("getwindowgeometry", "--shell", self.window()).split()
-        values = dict(line.split("=") for line in lines)
-        if "WIDTH" not in values:
+        size = size_of(self.window())
+        if not size:
             self.wait(lambda: False, "the window is gone")
-        return int(values["WIDTH"]), int(values["HEIGHT"])
+        return size
 
     def results(self):
         """The numbers of the saved captures."""

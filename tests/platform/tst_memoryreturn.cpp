@@ -1,0 +1,63 @@
+#include "platform/memoryreturn.h"
+
+#include <QFile>
+#include <QtTest>
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+class Tst_MemoryReturn : public QObject {
+    Q_OBJECT
+private slots:
+    void freedPicturesLeaveNothingBehind();
+};
+
+namespace {
+
+constexpr size_t Picture = 3840 * 2160 * 4;
+constexpr qint64 Megabyte = 1 << 20;
+
+struct Free {
+    void operator()(char *block) const { std::free(block); }
+};
+using Block = std::unique_ptr<char, Free>;
+
+/// A block whose pages are in use.
+Block filled(size_t size) {
+    Block block(static_cast<char *>(std::malloc(size)));
+    std::memset(block.get(), 1, size);
+    return block;
+}
+
+/// Bytes of this process that are in memory.
+qint64 resident() {
+    QFile file(QStringLiteral("/proc/self/statm"));
+    if (!file.open(QIODevice::ReadOnly))
+        return -1;
+    return file.readAll().split(' ').at(1).toLongLong() * ::sysconf(_SC_PAGESIZE);
+}
+
+} // namespace
+
+// What is taken in between keeps the heap from shrinking, as the rows of the captures do.
+void Tst_MemoryReturn::freedPicturesLeaveNothingBehind() {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    QSKIP("sanitizers bring an allocator of their own");
+#endif
+    platform::returnLargeBlocks();
+    filled(Picture).reset();
+    const qint64 before = resident();
+    QVERIFY(before > 0);
+    std::vector<Block> rows;
+    for (int i = 0; i < 4; ++i) {
+        const Block picture = filled(Picture);
+        rows.push_back(filled(1000));
+    }
+    QVERIFY2(resident() - before < Megabyte, qPrintable(QString::number(resident() - before)));
+}
+
+QTEST_GUILESS_MAIN(Tst_MemoryReturn)
+#include "tst_memoryreturn.moc"
