@@ -25,6 +25,7 @@ constexpr double DesignDpi = 96.0;
 constexpr int SideMargin = 20;
 constexpr int IconGap = 14;
 constexpr int ButtonRowMargin = 12;
+constexpr int CheckBoxGap = 16;
 constexpr int ButtonPadding = 28;
 constexpr int MinimumButtonWidth = 85;
 constexpr int MinimumTextWidth = 220;
@@ -196,6 +197,7 @@ void MessageDialog::Private::setMarginsAndFonts() {
     content->setSpacing(icon->isHidden() ? 0 : scaled(IconGap));
     const int rowMargin = scaled(ButtonRowMargin);
     bottom->layout()->setContentsMargins(side, rowMargin, side, rowMargin);
+    bottom->layout()->setSpacing(scaled(CheckBoxGap));
     for (QWidget *widget : {static_cast<QWidget *>(text), static_cast<QWidget *>(informativeText), bottom})
         widget->ensurePolished();
 }

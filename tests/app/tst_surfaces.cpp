@@ -5,6 +5,8 @@
 #include "output/filenameformatsettingdialog.h"
 #include "output/postsavedialog.h"
 #include "popups/popup.h"
+#include "preferences/dialog/preferencesdialog.h"
+#include "preferences/dialog/sizeinputdialog.h"
 #include "ui/aboutdialog.h"
 #include "ui/builtinstyle.h"
 #include "ui/coachmarkwidget.h"
@@ -65,6 +67,9 @@ private:
     void showMenuOfButton(const Visit &visit);
     void showColorPicker(const Visit &visit);
     void showOverflow(const Visit &visit);
+    void showOpenText(const Visit &visit);
+    void showOpenCrop(const Visit &visit);
+    void showPreferences(const Visit &visit);
     void showCanvasMenu(const Visit &visit);
     void showRowMenu(const Visit &visit);
     void showDialog(const Visit &visit);
@@ -155,6 +160,16 @@ bool textFits(const QWidget *widget) {
     return true;
 }
 
+/// The panel of that class that floats over the canvas.
+QWidget *visiblePopup(const char *name) {
+    const auto windows = QApplication::topLevelWidgets();
+    for (QWidget *window : windows) {
+        if (window->isVisible() && window->inherits(name))
+            return window;
+    }
+    return nullptr;
+}
+
 QStringList textsOf(QWidget *window) {
     QStringList texts{window->windowTitle()};
     const auto addActions = [&texts](QWidget *widget) {
@@ -219,6 +234,13 @@ const QVector<Tst_Surfaces::Surface> &Tst_Surfaces::surfaces() {
         {"menu-overflow", &Test::showOverflow, nullptr},
         {"menu-canvas", &Test::showCanvasMenu, nullptr},
         {"menu-row", &Test::showRowMenu, nullptr},
+        {"panel-text", &Test::showOpenText, nullptr},
+        {"panel-crop", &Test::showOpenCrop, nullptr},
+        {"preferences-general", &Test::showPreferences, "0"},
+        {"preferences-image", &Test::showPreferences, "1"},
+        {"preferences-shortcut", &Test::showPreferences, "2"},
+        {"preferences-history", &Test::showPreferences, "3"},
+        {"dialog-size", &Test::showDialog, "size"},
         {"dialog-about", &Test::showDialog, "about"},
         {"dialog-delete", &Test::showDialog, "delete"},
         {"dialog-delete-selected", &Test::showDialog, "delete-selected"},
@@ -267,6 +289,8 @@ void Tst_Surfaces::init() {
     WindowTest::init();
     preferences()->SetCustomColors(TindraPreferences::PenCustomColorKey(),
                                    {QColor(10, 200, 190), QColor(120, 60, 10)});
+    for (const int path : {int(TindraPreferences::FilePath), int(TindraPreferences::AutoSavePath)})
+        preferences()->SetString(path, "/var/lib/pictures"_qs);
     for (const auto &name : {"a"_qs, "b"_qs, "c"_qs})
         treat("/path \"%1\" /point 10 10"_qs.arg(capture(name, {400, 250})));
     m_window->resize(scaled(1300), scaled(560));
@@ -329,6 +353,29 @@ void Tst_Surfaces::showOverflow(const Visit &visit) {
     openMenu(button("menu")->menu(), visit);
 }
 
+void Tst_Surfaces::showOpenText(const Visit &visit) {
+    m_window->onClickText();
+    sendMouse(QEvent::MouseButtonPress, {60, 100});
+    sendMouse(QEvent::MouseButtonRelease, {60, 100});
+    settle();
+    visit(visiblePopup("TextPopup"));
+    scene()->finishCurrentItem(false);
+}
+
+void Tst_Surfaces::showOpenCrop(const Visit &visit) {
+    m_window->onClickCrop();
+    settle();
+    visit(visiblePopup("CropPopup"));
+    scene()->finishCurrentItem(false);
+}
+
+void Tst_Surfaces::showPreferences(const Visit &visit) {
+    PreferencesDialog dialog(m_window.get());
+    dialog.loadAll();
+    dialog.selectPage(QByteArray(m_part).toInt());
+    openDialog(dialog, visit);
+}
+
 void Tst_Surfaces::showCanvasMenu(const Visit &visit) {
     openMenu(view()->findChild<QMenu *>("contextMenu_"_qs), visit);
 }
@@ -354,6 +401,12 @@ void Tst_Surfaces::openDialog(QDialog &dialog, const Visit &visit) {
 
 std::unique_ptr<QDialog> Tst_Surfaces::makeDialog(const QByteArray &name) {
     QWidget *parent = m_window.get();
+    if (name == "size") {
+        static const QList<QSize> presets;
+        auto dialog = std::make_unique<SizeInputDialog>(SizeInputDialog::Add, &presets, parent);
+        dialog->setSize({640, 480});
+        return dialog;
+    }
     if (name == "about")
         return std::make_unique<AboutDialog>(parent);
     if (name == "delete")
@@ -430,9 +483,9 @@ void Tst_Surfaces::textsFit() {
 }
 
 void Tst_Surfaces::textsAreKorean() {
-    // Names, units, formats, addresses and what the user wrote.
+    // Names, keys, units, formats, addresses and what the user wrote.
     static const QRegularExpression foreign(
-        "^(Tindra|PNG|JPG|BMP|GIF|WEBP|\\d+px|#[0-9a-fA-F]*|www\\.\\S+|/\\S.*|\\d.*)$"_qs);
+        "^(Tindra|Ctrl|Alt|Shift|Win|PNG|JPG|BMP|GIF|WEBP|\\d+px|#[0-9a-fA-F]*|www\\.\\S+|/\\S.*|\\d.*)$"_qs);
     static const QRegularExpression word("[A-Za-z]{2}"_qs);
     static const QRegularExpression hangul("[\\x{ac00}-\\x{d7a3}]"_qs);
     present([](QWidget *window) {

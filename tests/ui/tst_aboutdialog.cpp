@@ -16,7 +16,8 @@ private slots:
     void versionAndMakerAreTold();
     void linkOpensTheMakersSite();
     void linkChangesTheCursor();
-    void pictureIsThere();
+    void pictureFillsItsPlace_data();
+    void pictureFillsItsPlace();
 };
 
 void Tst_AboutDialog::initTestCase() {
@@ -73,8 +74,25 @@ void Tst_AboutDialog::linkChangesTheCursor() {
     QCOMPARE(dialog.cursor().shape(), Qt::ArrowCursor);
 }
 
-void Tst_AboutDialog::pictureIsThere() {
-    QCOMPARE(QImage(QStringLiteral(":/res/About/about_Tindra_3_kr.bmp")).size(), QSize(439, 272));
+void Tst_AboutDialog::pictureFillsItsPlace_data() {
+    QTest::addColumn<double>("scale");
+    for (const double scale : {1.0, 1.25, 1.5, 2.0, 3.0})
+        QTest::addRow("%g", scale) << scale;
+}
+
+void Tst_AboutDialog::pictureFillsItsPlace() {
+    QFETCH(double, scale);
+    AboutDialog dialog;
+    dialog.show();
+    UIStyler::applyScale(&dialog, scale);
+    QCoreApplication::processEvents();
+    auto *label = dialog.findChild<QWidget *>(QStringLiteral("labelAbout"));
+    const QImage look = label->grab().toImage();
+    // The two grounds of the picture: above the line, and below it to the last corner. The dialog is white.
+    QCOMPARE(look.pixelColor(2, 2), QColor(0xE8, 0xEA, 0xF1));
+    QCOMPARE(look.pixelColor(look.width() - 3, 2), QColor(0xE8, 0xEA, 0xF1));
+    QCOMPARE(look.pixelColor(look.width() - 3, look.height() - 3), QColor(0xF8, 0xF9, 0xFC));
+    QCOMPARE(dialog.grab().toImage().pixelColor(2, 5), QColor(Qt::white));
 }
 
 QTEST_MAIN(Tst_AboutDialog)

@@ -95,6 +95,7 @@ void ImagePreferencesWidget::addPresets() {
                                "(up to 6)"));
     QHBoxLayout *row = addRow(section);
     m_fixedPresets = named(new SizePresetTable(this), "fixedPresets_");
+    m_fixedPresets->setAccessibleName(tr("Sizing Capture Preset Settings"));
     auto *buttons = new QVBoxLayout;
     buttons->setSpacing(0);
     row->addWidget(m_fixedPresets);

@@ -31,6 +31,7 @@ PreferencesDialog::PreferencesDialog(QWidget *parent)
       m_preferencesPages(named(new QStackedWidget(this), "preferencesPages_")) {
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setWindowTitle(tr("Preferences"));
+    m_preferencesList->setAccessibleName(windowTitle());
     setAttribute(Qt::WA_StyledBackground);
     setFixedSize(DialogSize);
     buildForm();
