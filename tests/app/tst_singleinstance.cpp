@@ -1,3 +1,4 @@
+#include "ipc/rawsocket.h"
 #include "platform/localserversocket.h"
 #include "platform/namedlock.h"
 
@@ -65,6 +66,7 @@ private slots:
     void terminationSignalBecomesAKillLine_data();
     void terminationSignalBecomesAKillLine();
     void silentHolderOfTheNameStopsOnlyRedirects();
+    void redirectThatHasToWaitHoldsNobodyUp();
     void startIsLoggedWhenTheSettingsSaySo();
 };
 
@@ -219,6 +221,35 @@ void Tst_SingleInstance::silentHolderOfTheNameStopsOnlyRedirects() {
     QTRY_VERIFY(second.endedWell());
     first.send(SIGCONT);
     QTRY_COMPARE(first.output().last(), lineOf({QStringLiteral("hello")}));
+}
+
+void Tst_SingleInstance::redirectThatHasToWaitHoldsNobodyUp() {
+    // Takes the question whether an editor runs, and has no room for the arguments after it.
+    const QString path = platform::localSocketPath(QStringLiteral("TNDEMutex"));
+    QFile::remove(path); // of an editor that was killed
+    RawSocket full;
+    QVERIFY(full.bindAndListen(path, 0));
+    Start second({QStringLiteral("hello")});
+    const QStringList names{QStringLiteral("TNDEMutex"), QStringLiteral("TNDERedirectMutex")};
+    QVector<QElapsedTimer> held(names.size());
+    qint64 longest = 0;
+    QElapsedTimer waiting;
+    waiting.start();
+    while (!second.endedWell() && waiting.elapsed() < 20000) {
+        for (int i = 0; i < names.size(); ++i) {
+            if (platform::NamedLock(names.at(i)).tryLock())
+                held[i].invalidate();
+            else if (!held.at(i).isValid())
+                held[i].start();
+            else
+                longest = qMax(longest, held.at(i).elapsed());
+        }
+        QTest::qWait(5);
+    }
+    QVERIFY(QFile::remove(path));
+    QVERIFY(second.endedWell());
+    QVERIFY(waiting.elapsed() > 900); // it did wait
+    QVERIFY2(longest < 500, qPrintable(QString::number(longest)));
 }
 
 void Tst_SingleInstance::startIsLoggedWhenTheSettingsSaySo() {
