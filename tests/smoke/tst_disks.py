@@ -103,6 +103,27 @@ class Disks(EditorTest):
         self.save_succeeds(disk.folder / "shot.bmp")
         self.leave(editor)
 
+    def test_full_disk_keeps_the_picture_that_was_to_be_replaced(self):
+        disk = Disk(self, "512k")
+        old = disk.folder / "old.png"
+        old.write_bytes(PICTURE)
+        editor = self.begin(FilePath=disk.folder)
+        disk.fill()
+        tell("/save")
+        self.window_count(2)
+        xdotool("sleep", 0.3, "key", "ctrl+a", "type", "old")
+        xdotool("key", "Return")
+        self.window_count(3)  # whether to replace it
+        xdotool("sleep", 0.3, "key", "alt+y")
+        self.window_count(2)  # that it failed
+        xdotool("sleep", 0.3, "key", "Return")
+        self.window_count(1)
+        self.assertEqual(disk.names(), ["old.png"])
+        self.assertEqual(old.read_bytes(), PICTURE)
+        (disk.folder / "filler").unlink()
+        self.save_succeeds(RESULTS / "shot.png")
+        self.leave(editor)
+
     def test_disk_that_fills_up_in_the_middle_of_a_batch(self):
         disk = Disk(self, f"{3 * PICTURE_SIZE}")
         editor = self.begin(FilePath=disk.folder, FileFormat=BMP)
