@@ -33,6 +33,7 @@ private slots:
     void panelsBelongToTheirButtons();
     void buildingThemChoosesNothing();
     void pressChoosesTheTool();
+    void arrowsMoveTheFocusWithoutChoosing();
     void choiceInThePanelChoosesTheTool();
     void colorOutsideTheSwatchesIsKept();
     void lineWidthIsNoTool();
@@ -295,6 +296,33 @@ void Tst_Toolbar::pressChoosesTheTool() {
     QTest::mouseClick(button("highlighter"), Qt::LeftButton);
     QCOMPARE(scene()->shapeType(), Editor::Highlighter);
     QVERIFY(button("highlighter")->isChecked());
+}
+
+void Tst_Toolbar::arrowsMoveTheFocusWithoutChoosing() {
+    begin();
+    activate();
+    button("eraser")->click();
+    button("figure")->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
+    QCOMPARE(QApplication::focusWidget(), button("pen"));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
+    QCOMPARE(QApplication::focusWidget(), button("highlighter"));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Left);
+    QCOMPARE(QApplication::focusWidget(), button("pen"));
+    QVERIFY(button("eraser")->isChecked());
+    QCOMPARE(scene()->shapeType(), Editor::Eraser);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+    QVERIFY(button("pen")->isChecked());
+    QCOMPARE(scene()->shapeType(), Editor::Pen);
+
+    // Past what is disabled, and not beyond the ends.
+    QVERIFY(!button("undo")->isEnabled() && !button("redo")->isEnabled() && !button("reset")->isEnabled());
+    button("copy")->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
+    QCOMPARE(QApplication::focusWidget(), button("figure"));
+    button("capture")->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Left);
+    QCOMPARE(QApplication::focusWidget(), button("capture"));
 }
 
 void Tst_Toolbar::choiceInThePanelChoosesTheTool() {

@@ -71,6 +71,7 @@ private slots:
     void savingPresetsRemovesOldGroups();
     void onlySixPresetsAreSaved();
     void colorsEndAtTheFirstGap();
+    void colorsAreForgottenUnlessSaved();
     void onlyFourColorsAreSaved();
     void savingFewerColorsRemovesOldGroups();
     void colorListsAreSeparate();
@@ -334,6 +335,13 @@ void Tst_TindraPreferences::colorsEndAtTheFirstGap() {
     QList<QColor> colors;
     fresh()->GetCustomColors(P::PenCustomColorKey(), colors);
     QCOMPARE(colors, (QList<QColor>{Qt::red, Qt::red}));
+}
+
+void Tst_TindraPreferences::colorsAreForgottenUnlessSaved() {
+    fresh()->SetCustomColors(P::TextCustomColorKey(), {Qt::red});
+    QList<QColor> loaded;
+    fresh()->GetCustomColors(P::TextCustomColorKey(), loaded);
+    QVERIFY(loaded.isEmpty());
 }
 
 void Tst_TindraPreferences::onlyFourColorsAreSaved() {

@@ -17,7 +17,7 @@ namespace {
 
 constexpr int Columns = 4;
 constexpr int Gap = 12;
-constexpr int LabelHeight = 16;
+constexpr int LabelHeight = 20;
 constexpr int LabelWidth = 230;
 
 QStringList picturesBelow(const QString &folder) {
@@ -59,7 +59,8 @@ bool drawCell(QPainter &painter, QPoint corner, const QString &folder, const QSt
     for (const QSize &size : sizesOf(picture.defaultSize(), further)) {
         const QRect area(QPoint(x, corner.y() + LabelHeight), size);
         // White pictures need a dark ground.
-        if (name.startsWith(QLatin1String("CoachmarkWidget/")))
+        if (name.startsWith(QLatin1String("CoachmarkWidget/")) ||
+            name.startsWith(QLatin1String("EditorView/zoom_")))
             painter.fillRect(area, QColor(0, 127, 245));
         picture.render(&painter, area);
         x += size.width() + Gap;
