@@ -111,8 +111,7 @@ void Tst_SizeInputDialog::sizeIsShownWithinTheLimits() {
 void Tst_SizeInputDialog::typingPassesThroughSmallValues() {
     open();
     m_dialog->setSize({640, 480});
-    box("width_")->setFocus();
-    box("width_")->selectAll();
+    // What is shown first is there to be typed over.
     QTest::keyClicks(box("width_"), "5"_qs);
     QCOMPARE(box("width_")->value(), 5);
     QTest::keyClicks(box("width_"), "3"_qs);

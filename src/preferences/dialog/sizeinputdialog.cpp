@@ -88,6 +88,8 @@ QWidget *SizeInputDialog::buildBottom() {
 void SizeInputDialog::setSize(const QSize &size) {
     setBounded(m_width, size.width());
     setBounded(m_height, size.height());
+    // The first number typed takes its place.
+    m_width->selectAll();
 }
 
 QSize SizeInputDialog::size() const {
