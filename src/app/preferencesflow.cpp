@@ -17,7 +17,7 @@ PreferencesFlow::PreferencesFlow(QWidget *window) : QObject(window), m_window(wi
 
 void PreferencesFlow::open(int page, bool modal) {
     if (m_dialog) {
-        bringToFront(m_dialog);
+        takeToFront();
         return;
     }
     auto *dialog = new PreferencesDialog(m_window);
@@ -34,17 +34,25 @@ void PreferencesFlow::open(int page, bool modal) {
     if (modal)
         dialog->exec();
     else
-        show(dialog);
+        show();
 }
 
-void PreferencesFlow::show(PreferencesDialog *dialog) const {
+void PreferencesFlow::show() const {
     // Its top left is where the main window's would be in the middle of the screen.
-    centreOnScreen(dialog, m_window->size());
-    keepOnScreen(dialog);
-    dialog->show();
+    centreOnScreen(m_dialog, m_window->size());
+    keepOnScreen(m_dialog);
+    m_dialog->show();
     // On a screen of many dots the dialog has grown only now.
-    keepOnScreen(dialog);
-    bringToFront(dialog);
+    keepOnScreen(m_dialog);
+    takeToFront();
+}
+
+void PreferencesFlow::takeToFront() const {
+    // In front the dialog has the focus itself, which leads the keys nowhere.
+    const QPointer<QWidget> field(m_dialog->focusWidget());
+    bringToFront(m_dialog);
+    if (field)
+        field->setFocus(Qt::OtherFocusReason);
 }
 
 // The capture process reads the file when it is told, so the file comes first.

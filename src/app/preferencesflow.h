@@ -19,7 +19,8 @@ public:
     void open(int page, bool modal);
 
 private:
-    void show(PreferencesDialog *dialog) const;
+    void show() const;
+    void takeToFront() const;
     static void onFinished(const PreferencesDialog &dialog, int result, bool modal);
 
     QWidget *m_window;

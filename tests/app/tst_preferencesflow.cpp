@@ -83,6 +83,7 @@ void Tst_PreferencesFlow::everyRoadOpensThem() {
     QVERIFY(!child<QCheckBox>("trayMode_")->isChecked());
     QCOMPARE(m_session->platform->posted, (QVector<Event>{{0x865, 0, 0}}));
     QVERIFY(m_session->platform->broughtToFront > 0);
+    QCOMPARE(dialog()->focusWidget(), child<QWidget>("preferencesList_"));
 }
 
 void Tst_PreferencesFlow::keyWorksWhereverTheMenuIs_data() {
@@ -165,12 +166,14 @@ void Tst_PreferencesFlow::secondRequestBringsToTheFront() {
     m_window->onClickPreference(1);
     PreferencesDialog *const first = dialog();
     child<QCheckBox>("trayMode_")->setChecked(false);
+    child<QWidget>("editTool_")->setFocus();
     m_session->platform->broughtToFront = 0;
     treat("/preference 3"_qs);
     QCOMPARE(m_window->findChildren<PreferencesDialog *>().size(), 1);
     QCOMPARE(dialog(), first);
     QCOMPARE(m_session->platform->broughtToFront, 1);
-    // As it is: neither loaded anew nor on another page.
+    // As it is: neither loaded anew nor on another page nor with another field to type into.
+    QCOMPARE(dialog()->focusWidget(), child<QWidget>("editTool_"));
     QVERIFY(!child<QCheckBox>("trayMode_")->isChecked());
     QCOMPARE(child<QListWidget>("preferencesList_")->currentRow(), 1);
     QCOMPARE(messages(), Messages{0x865});

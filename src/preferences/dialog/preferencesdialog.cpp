@@ -46,6 +46,7 @@ PreferencesDialog::PreferencesDialog(QWidget *parent)
             &PreferencesDialog::onItemSelectionChanged);
     UIStyler::setScaleCallback(this, [this](double) { snapToScreen(this); });
     selectPage(0);
+    m_preferencesList->setFocus();
 }
 
 PreferencesDialog::~PreferencesDialog() = default;
