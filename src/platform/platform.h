@@ -7,6 +7,7 @@ class CaptureChannel;
 class ClipboardImage;
 class FileManager;
 class ForegroundWindow;
+class Printers;
 class QWindow;
 class SessionEnd;
 
@@ -24,6 +25,7 @@ public:
     virtual ClipboardImage &clipboardImage() = 0;
     virtual FileManager &fileManager() = 0;
     virtual ForegroundWindow &foregroundWindow() = 0;
+    virtual Printers &printers() = 0;
     virtual SessionEnd &sessionEnd() = 0;
 
     /// Whether menus and popups get a shadow from the desktop; without one they draw a border.

@@ -7,6 +7,7 @@
 #include "platform/foregroundwindow.h"
 #include "platform/platform.h"
 #include "platform/sessionend.h"
+#include "support/fakeprinters.h"
 
 #include <QImage>
 #include <QStringList>
@@ -43,6 +44,7 @@ public:
     bool clipboardWorks = true;
     QStringList shownFiles;
     bool fileManagerWorks = true;
+    FakePrinters printerList;
     int broughtToFront = 0;
     bool nativeShadow = false;
     QVector<QWindow *> shadowed; ///< windows that got the desktop's shadow
@@ -53,6 +55,7 @@ public:
     ClipboardImage &clipboardImage() override { return *this; }
     FileManager &fileManager() override { return *this; }
     ForegroundWindow &foregroundWindow() override { return *this; }
+    Printers &printers() override { return printerList; }
     SessionEnd &sessionEnd() override { return *this; }
     bool hasNativePopupShadow() const override { return nativeShadow; }
     void addPopupShadow(QWindow *window) override { shadowed.append(window); }

@@ -5,6 +5,7 @@
 #include "platform/foregroundwindow.h"
 #include "platform/linux/linuxservices.h"
 #include "platform/platform.h"
+#include "platform/printer.h"
 #include "platform/sessionend.h"
 
 #include <QGuiApplication>
@@ -27,6 +28,7 @@ public:
     ClipboardImage &clipboardImage() override { return *m_clipboardImage; }
     FileManager &fileManager() override { return *m_fileManager; }
     ForegroundWindow &foregroundWindow() override { return *m_foregroundWindow; }
+    Printers &printers() override { return *m_printers; }
     SessionEnd &sessionEnd() override { return *m_sessionEnd; }
     bool hasNativePopupShadow() const override { return false; }
 
@@ -36,6 +38,7 @@ private:
     std::unique_ptr<ClipboardImage> m_clipboardImage = makeClipboardImage();
     std::unique_ptr<FileManager> m_fileManager = makeFileManager();
     std::unique_ptr<ForegroundWindow> m_foregroundWindow = makeForegroundWindow();
+    std::unique_ptr<Printers> m_printers = makePrinters();
     std::unique_ptr<SessionEnd> m_sessionEnd = makeSessionEnd();
 };
 

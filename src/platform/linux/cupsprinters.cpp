@@ -1,0 +1,216 @@
+#include "platform/linux/background.h"
+#include "platform/linux/cupsqueue.h"
+#include "platform/linux/linuxservices.h"
+#include "platform/linux/pdfpages.h"
+#include "platform/printer.h"
+
+#include <QImage>
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+namespace {
+
+using namespace std::chrono_literals;
+using std::chrono::milliseconds;
+
+// The window stands still meanwhile. A dialog lists and opens, and a click starts and sends: neither may take
+// two seconds.
+constexpr milliseconds ListLimit = 800ms;
+constexpr milliseconds OpenLimit = 1000ms;
+constexpr milliseconds StartLimit = 1200ms;
+constexpr milliseconds SendLimit = 600ms;
+// A job that is still on its way when the program ends gets that long.
+constexpr std::chrono::seconds ExitLimit = 5s;
+
+constexpr double HundredthsPerInch = 2540.0;
+
+template <typename Result> Result answerWithin(milliseconds limit, std::future<Result> answer) {
+    return answer.wait_for(limit) == std::future_status::ready ? answer.get() : Result();
+}
+
+/// What is still being sent.
+class Deliveries {
+public:
+    ~Deliveries() {
+        const auto deadline = std::chrono::steady_clock::now() + ExitLimit;
+        for (const auto &delivery : m_running)
+            delivery.wait_until(deadline);
+    }
+
+    void add(const std::shared_future<bool> &delivery) {
+        const auto isDone = [](const std::shared_future<bool> &other) {
+            return other.wait_for(0s) == std::future_status::ready;
+        };
+        m_running.erase(std::remove_if(m_running.begin(), m_running.end(), isDone), m_running.end());
+        m_running.push_back(delivery);
+    }
+
+private:
+    std::vector<std::shared_future<bool>> m_running;
+};
+
+class CupsJob : public PrintJob {
+public:
+    struct Target {
+        std::shared_ptr<CupsQueue> queue;
+        std::shared_future<int> job;
+        std::shared_ptr<Deliveries> deliveries;
+    };
+
+    CupsJob(Target target, const PdfPages::Sheet &sheet, const QString &title)
+        : m_target(std::move(target)), m_title(title.toUtf8()), m_pages(sheet, title) {}
+    ~CupsJob() override { send({}); }
+    CupsJob(const CupsJob &) = delete;
+    CupsJob &operator=(const CupsJob &) = delete;
+
+    void startPage() override { m_pages.startPage(); }
+    void drawImage(const QImage &image, const QRectF &target, const QRectF &source) override {
+        m_pages.drawImage(image, target, source);
+    }
+    void drawFrame(const QRectF &rect) override { m_pages.drawFrame(rect); }
+    void endPage() override {}
+    void end() override { send(m_pages.finish()); }
+
+private:
+    void send(const QByteArray &pdf) {
+        if (m_isSent)
+            return;
+        m_isSent = true;
+        const std::shared_future<bool> delivery =
+            inBackground<bool>([queue = m_target.queue, created = m_target.job, title = m_title, pdf] {
+                const int job = created.get();
+                if (job == 0)
+                    return false;
+                if (!pdf.isEmpty() && queue->sendDocument(job, title, pdf))
+                    return true;
+                queue->cancelJob(job);
+                return false;
+            });
+        m_target.deliveries->add(delivery);
+        delivery.wait_for(SendLimit);
+    }
+
+    Target m_target;
+    QByteArray m_title;
+    PdfPages m_pages;
+    bool m_isSent = false;
+};
+
+class CupsPrinter : public Printer {
+public:
+    CupsPrinter(std::shared_ptr<CupsQueue> queue, std::shared_ptr<Deliveries> deliveries)
+        : m_queue(std::move(queue)), m_deliveries(std::move(deliveries)) {}
+
+    PrinterMode defaultMode() const override { return m_queue->description().mode; }
+    QVector<PrinterPaper> papers() const override {
+        QVector<PrinterPaper> papers;
+        for (const auto &media : m_queue->description().media)
+            papers.append(media.paper);
+        return papers;
+    }
+    PrinterChoices choices() const override { return m_queue->description().choices; }
+    std::optional<PrinterMetrics> metrics(const PrinterMode &mode) const override;
+    std::unique_ptr<PrintJob> startJob(const PrinterMode &mode, const QString &title) override;
+
+private:
+    /// A paper that the queue has not got is taken for the queue's own.
+    const CupsQueueDescription::Media &mediaOf(const PrinterMode &mode) const {
+        const CupsQueueDescription &description = m_queue->description();
+        const CupsQueueDescription::Media *media = description.mediaOf(mode.paperSize);
+        return media ? *media : *description.mediaOf(description.mode.paperSize);
+    }
+    CupsOptions options(const PrinterMode &mode) const;
+
+    std::shared_ptr<CupsQueue> m_queue;
+    std::shared_ptr<Deliveries> m_deliveries;
+};
+
+std::optional<PrinterMetrics> CupsPrinter::metrics(const PrinterMode &mode) const {
+    const CupsQueueDescription::Media &media = mediaOf(mode);
+    CupsQueueDescription::Margins margins = media.margins;
+    QSize size = media.paper.size * 10;
+    if (mode.orientation == PrinterMode::Landscape) {
+        // As the pages are turned: the sheet's lower end is read at the left.
+        size.transpose();
+        margins = {margins.bottom, margins.left, margins.top, margins.right};
+    }
+    const int resolution = m_queue->description().resolution;
+    const auto pixels = [resolution](int hundredths) {
+        return qRound(hundredths / HundredthsPerInch * resolution);
+    };
+    return PrinterMetrics{pixels(size.width() - margins.left - margins.right),
+                          pixels(size.height() - margins.top - margins.bottom),
+                          resolution,
+                          resolution,
+                          pixels(margins.left),
+                          pixels(margins.top)};
+}
+
+CupsOptions CupsPrinter::options(const PrinterMode &mode) const {
+    CupsOptions options;
+    options.emplace_back("media", mediaOf(mode).standardName);
+    // Every page has the paper's size and its places are exact.
+    options.emplace_back("print-scaling", "none");
+    if (mode.fields & PrinterMode::CopiesField)
+        options.emplace_back("copies", QByteArray::number(mode.copies));
+    if (mode.fields & PrinterMode::ColorField)
+        options.emplace_back("print-color-mode",
+                             mode.color == PrinterMode::Monochrome ? "monochrome" : "color");
+    if (mode.fields & PrinterMode::DuplexField)
+        options.emplace_back("sides", mode.duplex == PrinterMode::LongEdge    ? "two-sided-long-edge"
+                                      : mode.duplex == PrinterMode::ShortEdge ? "two-sided-short-edge"
+                                                                              : "one-sided");
+    if (mode.fields & PrinterMode::QualityField)
+        options.emplace_back("print-quality", QByteArray::number(mode.quality));
+    return options;
+}
+
+std::unique_ptr<PrintJob> CupsPrinter::startJob(const PrinterMode &mode, const QString &title) {
+    const std::shared_future<int> job =
+        inBackground<int>([queue = m_queue, name = title.toUtf8(), options = options(mode)] {
+            return queue->createJob(name, options);
+        });
+    if (job.wait_for(StartLimit) == std::future_status::ready && job.get() == 0)
+        return nullptr;
+    const PdfPages::Sheet sheet{mediaOf(mode).paper.size, mode.orientation == PrinterMode::Landscape,
+                                mode.color == PrinterMode::Monochrome, *metrics(mode)};
+    return std::make_unique<CupsJob>(CupsJob::Target{m_queue, job, m_deliveries}, sheet, title);
+}
+
+class CupsPrinters : public Printers {
+public:
+    QStringList names() override {
+        m_listed = answerWithin(ListLimit, inBackground<std::vector<CupsQueue::Entry>>(&CupsQueue::list));
+        QStringList names;
+        for (const CupsQueue::Entry &entry : m_listed)
+            names.append(entry.name);
+        return names;
+    }
+
+    QString defaultName() override {
+        // Asking the server once more could take as long again.
+        if (m_listed.empty() && names().isEmpty())
+            return {};
+        const auto found = std::find_if(m_listed.begin(), m_listed.end(),
+                                        [](const CupsQueue::Entry &entry) { return entry.isDefault; });
+        return found == m_listed.end() ? m_listed.front().name : found->name;
+    }
+
+    std::unique_ptr<Printer> open(const QString &name) override {
+        const auto queue = answerWithin(
+            OpenLimit, inBackground<std::shared_ptr<CupsQueue>>([name] { return CupsQueue::open(name); }));
+        return queue ? std::make_unique<CupsPrinter>(queue, m_deliveries) : nullptr;
+    }
+
+private:
+    std::vector<CupsQueue::Entry> m_listed;
+    std::shared_ptr<Deliveries> m_deliveries = std::make_shared<Deliveries>();
+};
+
+} // namespace
+
+std::unique_ptr<Printers> makePrinters() {
+    return std::make_unique<CupsPrinters>();
+}
