@@ -1261,6 +1261,10 @@ please change save folder.</source>
         <source>Preferences (&amp;O)</source>
         <translation>환경 설정(&amp;O)</translation>
     </message>
+    <message>
+        <source>Print (&amp;P)</source>
+        <translation>인쇄(&amp;P)</translation>
+    </message>
 </context>
 <context>
     <name>PostSaveDialog</name>
@@ -1350,6 +1354,195 @@ Would you like to continue?</source>
     <message>
         <source>Tindra</source>
         <translation>Tindra</translation>
+    </message>
+</context>
+<context>
+    <name>PrintPreviewDialog</name>
+    <message>
+        <source>%0/%1 Pages</source>
+        <translation>%0/%1 페이지</translation>
+    </message>
+    <message>
+        <source>Print Preview</source>
+        <translation>인쇄 미리 보기</translation>
+    </message>
+    <message>
+        <source>Printer settings</source>
+        <translation>프린터 설정</translation>
+    </message>
+    <message>
+        <source>sheet(s)</source>
+        <translation>장</translation>
+    </message>
+    <message>
+        <source>Printer</source>
+        <translation>프린터</translation>
+    </message>
+    <message>
+        <source>Page Size</source>
+        <translation>용지 크기</translation>
+    </message>
+    <message>
+        <source>Copies</source>
+        <translation>인쇄 매수</translation>
+    </message>
+    <message>
+        <source>Orientation</source>
+        <translation>용지 방향</translation>
+    </message>
+    <message>
+        <source>Portrait</source>
+        <translation>세로</translation>
+    </message>
+    <message>
+        <source>Landscape</source>
+        <translation>가로</translation>
+    </message>
+    <message>
+        <source>Scale</source>
+        <translation>배율</translation>
+    </message>
+    <message>
+        <source>Fit to printable area</source>
+        <translation>인쇄 영역에 맞춤</translation>
+    </message>
+    <message>
+        <source>Actual size</source>
+        <translation>실제 크기</translation>
+    </message>
+    <message>
+        <source>Custom scale</source>
+        <translation>사용자 지정 배율</translation>
+    </message>
+    <message>
+        <source>Value (%)</source>
+        <translation>값(%)</translation>
+    </message>
+    <message>
+        <source>Center Alignment</source>
+        <translation>가운데 맞춤</translation>
+    </message>
+    <message>
+        <source>Horizontal</source>
+        <translation>가로</translation>
+    </message>
+    <message>
+        <source>Vertical</source>
+        <translation>세로</translation>
+    </message>
+    <message>
+        <source>Margins (mm)</source>
+        <translation>여백(mm)</translation>
+    </message>
+    <message>
+        <source>Left</source>
+        <translation>왼쪽</translation>
+    </message>
+    <message>
+        <source>Top</source>
+        <translation>위쪽</translation>
+    </message>
+    <message>
+        <source>Right</source>
+        <translation>오른쪽</translation>
+    </message>
+    <message>
+        <source>Bottom</source>
+        <translation>아래쪽</translation>
+    </message>
+    <message>
+        <source>More</source>
+        <translation>기타</translation>
+    </message>
+    <message>
+        <source>Print grayscale</source>
+        <translation>회색조로 인쇄</translation>
+    </message>
+    <message>
+        <source>Print border</source>
+        <translation>테두리 인쇄</translation>
+    </message>
+    <message>
+        <source>Previous page</source>
+        <translation>이전 페이지</translation>
+    </message>
+    <message>
+        <source>Next page</source>
+        <translation>다음 페이지</translation>
+    </message>
+    <message>
+        <source>Print</source>
+        <translation>인쇄</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>취소</translation>
+    </message>
+</context>
+<context>
+    <name>PrinterPaper</name>
+    <message>
+        <source>%0 (Borderless)</source>
+        <translation>%0(여백 없음)</translation>
+    </message>
+</context>
+<context>
+    <name>PrinterPropertiesDialog</name>
+    <message>
+        <source>Printer settings</source>
+        <translation>프린터 설정</translation>
+    </message>
+    <message>
+        <source>Page Size</source>
+        <translation>용지 크기</translation>
+    </message>
+    <message>
+        <source>Color</source>
+        <translation>컬러</translation>
+    </message>
+    <message>
+        <source>Two-sided printing</source>
+        <translation>양면 인쇄</translation>
+    </message>
+    <message>
+        <source>Print quality</source>
+        <translation>인쇄 품질</translation>
+    </message>
+    <message>
+        <source>Black and white</source>
+        <translation>흑백</translation>
+    </message>
+    <message>
+        <source>Flip on long edge</source>
+        <translation>긴 쪽으로 넘김</translation>
+    </message>
+    <message>
+        <source>Flip on short edge</source>
+        <translation>짧은 쪽으로 넘김</translation>
+    </message>
+    <message>
+        <source>Off</source>
+        <translation>사용 안 함</translation>
+    </message>
+    <message>
+        <source>Draft</source>
+        <translation>초안</translation>
+    </message>
+    <message>
+        <source>High</source>
+        <translation>고급</translation>
+    </message>
+    <message>
+        <source>Normal</source>
+        <translation>보통</translation>
+    </message>
+    <message>
+        <source>Ok</source>
+        <translation>확인</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>취소</translation>
     </message>
 </context>
 <context>

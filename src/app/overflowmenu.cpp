@@ -39,6 +39,9 @@ QAction *OverflowMenu::addCopy(const QString &name, const QAction *original) {
 }
 
 void OverflowMenu::addCommands(TindraEditor *window) {
+    m_print = addAction(tr("Print (&P)"), window, &TindraEditor::onClickPrint, Qt::CTRL | Qt::Key_P);
+    // A key of a hidden menu is dead.
+    window->addAction(m_print);
     addAction(tr("Online update (&U)"), window, &TindraEditor::onClickUpdate);
     addSeparator();
     QAction *preferences = addAction(
@@ -46,6 +49,10 @@ void OverflowMenu::addCommands(TindraEditor *window) {
     // A key of a menu works only where the menu's button is active; this one works in the whole window.
     window->addAction(preferences);
     addAction(tr("Close (&X)"), window, &TindraEditor::onClickClose);
+}
+
+void OverflowMenu::onEmptyEditor(bool isEmpty) {
+    m_print->setDisabled(isEmpty);
 }
 
 void OverflowMenu::checkTool(ShapeTypes::ShapeType shape) {

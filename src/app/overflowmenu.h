@@ -18,9 +18,12 @@ public:
     QAction *addCopy(const QString &name, const QAction *original);
     /// The entries at the end.
     void addCommands(TindraEditor *window);
+    /// Printing needs a capture.
+    void onEmptyEditor(bool isEmpty);
     /// Checks the entry of that tool and no other.
     void checkTool(ShapeTypes::ShapeType shape);
 
 private:
     QHash<QString, QAction *> m_copies; ///< by the name of the button
+    QAction *m_print = nullptr;
 };

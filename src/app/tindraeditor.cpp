@@ -160,6 +160,7 @@ void TindraEditor::connectView() {
     connect(m_view, &EditorView::contextMenuCrop, this, &TindraEditor::onClickCrop);
     connect(m_view, &EditorView::contextMenuEraser, this, &TindraEditor::onClickEraser);
     connect(m_view, &EditorView::contextMenuReset, this, &TindraEditor::onClickReset);
+    connect(m_view, &EditorView::contextMenuPrint, this, &TindraEditor::onClickPrint);
     connect(m_view, &EditorView::canUndo, this, &TindraEditor::onCanUndo);
     connect(m_view, &EditorView::canRedo, this, &TindraEditor::onCanRedo);
     connect(this, &TindraEditor::emptyEditor, m_view, &EditorView::onEmptyEditor);
@@ -478,6 +479,10 @@ void TindraEditor::onClickAbout(bool modal) {
     }
     dialog->show();
     bringToFront(dialog);
+}
+
+void TindraEditor::onClickPrint() {
+    m_history->printCurrentImage();
 }
 
 void TindraEditor::onClickUpdate() {

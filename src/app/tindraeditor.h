@@ -72,6 +72,7 @@ public slots:
     void onClickCrop();
     void onMosaicSelected(int strength);
     void onClickEraser();
+    void onClickPrint();
     void onClickUpdate();
     void onClickPreference(int page = 0, bool modal = false);
     void onClickClose();

@@ -292,6 +292,7 @@ void Toolbar::layOut(int bannerWidth) {
 }
 
 void Toolbar::onEmptyEditor(bool isEmpty) {
+    m_overflow->onEmptyEditor(isEmpty);
     for (const Entry &entry : qAsConst(m_entries)) {
         if (!needsCapture(*entry.row))
             continue;

@@ -71,7 +71,6 @@ CanvasMenu::CanvasMenu(bool withAiTools, QWidget *parent) : Menu(parent) {
         action->setCheckable(row.checkable);
         m_actions[row.entry] = action;
     }
-    m_actions[Print]->setVisible(false); // until there is printing
 }
 
 void CanvasMenu::setPanel(Entry entry, QMenu *menu) {

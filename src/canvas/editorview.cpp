@@ -20,7 +20,6 @@
 #include <QContextMenuEvent>
 #include <QCoreApplication>
 #include <QGestureEvent>
-#include <QMetaMethod>
 #include <QScrollBar>
 #include <QWheelEvent>
 
@@ -364,9 +363,6 @@ void EditorView::hideEvent(QHideEvent *event) {
 void EditorView::contextMenuEvent(QContextMenuEvent *event) {
     m_contextMenu->setEnabled(m_editor);
     m_contextMenu->hideMissingTools();
-    // Nobody prints where nobody listens.
-    m_contextMenu->action(CanvasMenu::Print)
-        ->setVisible(isSignalConnected(QMetaMethod::fromSignal(&EditorView::contextMenuPrint)));
     if (m_editor) {
         // The menu takes the release.
         m_editor->finishDrag();

@@ -79,7 +79,6 @@ void HistoryButtonWidget::buildMenu() {
     m_openImage = addEntry(tr("OpenSavedImage(&V)"), &Row::onContextMenuOpenSavedImage);
     m_menu->addSeparator();
     m_print = addEntry(QString(), &Row::onContextMenuPrintImages);
-    m_print->setVisible(false); // until there is printing
     onChangeSelectionMode(m_selectionMode);
 }
 

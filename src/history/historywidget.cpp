@@ -9,6 +9,7 @@
 #include "output/confirmsavedialog.h"
 #include "output/filenameutil.h"
 #include "preferences/tindrapreferences.h"
+#include "print/printpreviewdialog.h"
 #include "services/usagestatistics.h"
 
 #include <QDir>
@@ -116,6 +117,7 @@ void HistoryWidget::connectParts() {
     connect(list, &List::contextMenuSave, this, &HistoryWidget::onSaveImage);
     connect(list, &List::contextMenuSaveImages, this, &HistoryWidget::onClickSaveImages);
     connect(list, &List::contextMenuDeleteImages, this, &HistoryWidget::onClickDeleteImages);
+    connect(list, &List::contextMenuPrintImages, this, &HistoryWidget::onPrintImages);
     connect(m_historySaveImages, &QPushButton::clicked, this, &HistoryWidget::onClickSaveImages);
     connect(m_historyDeleteImages, &QPushButton::clicked, this, &HistoryWidget::onClickDeleteImages);
 }
@@ -348,6 +350,35 @@ bool HistoryWidget::confirmDeletion() {
     const int answer = dialog.exec();
     preferences->SetBool(TindraPreferences::NotifyDeleteAllHistory, !dialog.isSkipChecked());
     return answer == ConfirmDeleteDialog::Delete;
+}
+
+void HistoryWidget::printCurrentImage() {
+    if (const HistoryListWidgetItem *item = currentItem())
+        printImages({item->editor()});
+}
+
+void HistoryWidget::onPrintImages(HistoryListWidgetItem *item) {
+    if (isSelecting())
+        printImages(capturesMeant());
+    else if (item)
+        printImages({item->editor()});
+}
+
+void HistoryWidget::printImages(const QVector<QPointer<Editor>> &captures) {
+    QVector<QPixmap> images;
+    for (const QPointer<Editor> &capture : captures) {
+        // A stroke that is still being drawn would go on behind the dialog.
+        capture->finishDrag();
+        const QPixmap image = capture->flatten(true, false);
+        if (!image.isNull())
+            images.append(image.copy());
+    }
+    if (images.isEmpty())
+        return;
+    PrintPreviewDialog dialog(this);
+    for (const QPixmap &image : qAsConst(images))
+        dialog.addImage(image);
+    dialog.exec();
 }
 
 QVector<QPointer<Editor>> HistoryWidget::capturesMeant() const {

@@ -53,6 +53,8 @@ public:
     void select(HistoryListWidgetItem *item);
     void selectNextRow();
     void selectPreviousRow();
+    /// Shows the print preview of the selected capture.
+    void printCurrentImage();
 
     /// Writes the picture of each pinned row, without drawings and crop, to the folder of pinned captures,
     /// which holds nothing else afterwards. Where that cannot be written, the capture's own file is moved
@@ -83,6 +85,8 @@ public slots:
     void onSaveImage(QListWidgetItem *item, bool autoSave = false, bool showResult = true);
     void onClickSaveImages();
     void onClickDeleteImages();
+    /// Shows the print preview of the checked captures in select mode, else of that row.
+    void onPrintImages(HistoryListWidgetItem *item);
 
 private:
     void buildHead(QVBoxLayout *layout);
@@ -93,6 +97,7 @@ private:
     void endSelectMode();
     /// Saves captures, given from the newest to the oldest, by the settings; how many were written.
     int saveImages(const QVector<QPointer<Editor>> &captures, QString &firstPath);
+    void printImages(const QVector<QPointer<Editor>> &captures);
     bool confirmDeletion();
     /// What a command for many captures means now: the checked rows in select mode, else all of them.
     QVector<QPointer<Editor>> capturesMeant() const;

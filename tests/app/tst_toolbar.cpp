@@ -39,6 +39,9 @@ private slots:
     void lineWidthIsNoTool();
     void emptyEditorLeavesWhatNeedsNoCapture();
     void widthLeavesTheEnabledAlone();
+    void printingNeedsACapture();
+    void currentCaptureIsPrinted_data();
+    void currentCaptureIsPrinted();
     void resetNeedsAnUndo();
     void extensionButtonIsGone();
     void menuHoldsWhatHasNoButton();
@@ -55,6 +58,13 @@ private:
     QMenu *overflow() const { return button("menu")->menu(); }
     template <class Panel> Panel *panel(const char *name) const {
         return button(name)->menu()->template findChild<Panel *>();
+    }
+    QAction *actionOf(const QString &text) const {
+        for (QAction *action : overflow()->actions()) {
+            if (action->text() == text)
+                return action;
+        }
+        return nullptr;
     }
     QAction *entry(const char *name) const {
         for (QAction *action : overflow()->actions()) {
@@ -398,6 +408,48 @@ void Tst_Toolbar::widthLeavesTheEnabledAlone() {
     QCOMPARE(enabled(), before);
 }
 
+void Tst_Toolbar::printingNeedsACapture() {
+    const auto *print = actionOf("Print (&P)"_qs);
+    QCOMPARE(print->shortcut(), QKeySequence("Ctrl+P"_qs));
+    QVERIFY(!print->isEnabled());
+    addCapture("a"_qs);
+    QVERIFY(print->isEnabled());
+    m_window->findChild<HistoryWidget *>()->clearSelection();
+    QVERIFY(!print->isEnabled());
+}
+
+void Tst_Toolbar::currentCaptureIsPrinted_data() {
+    QTest::addColumn<QString>("road");
+    QTest::newRow("menu") << "menu";
+    QTest::newRow("key") << "key";
+    QTest::newRow("canvas menu") << "canvas";
+}
+
+void Tst_Toolbar::currentCaptureIsPrinted() {
+    QFETCH(QString, road);
+    m_session->platform->printerList.add("Office"_qs);
+    treat("/path \"%1\" /point 10 10"_qs.arg(capture("a"_qs, {60, 20})));
+    addCapture("b"_qs);
+    list()->setCurrentRow(1);
+    activate();
+    ModalAnswers answers;
+    answers.add([](QWidget *dialog) {
+        QCOMPARE(QByteArray(dialog->metaObject()->className()), QByteArray("PrintPreviewDialog"));
+        dialog->findChild<QPushButton *>("print_"_qs)->click();
+    });
+    if (road == "menu"_qs)
+        actionOf("Print (&P)"_qs)->trigger();
+    else if (road == "key"_qs)
+        QTest::keyClick(m_window.get(), Qt::Key_P, Qt::ControlModifier);
+    else
+        emit view()->contextMenuPrint();
+    QVERIFY(answers.isDone());
+    const auto &jobs = m_session->platform->printerList.jobs;
+    QCOMPARE(jobs.size(), 1);
+    QCOMPARE(jobs.first()->pages.size(), 1);
+    QCOMPARE(jobs.first()->pages.first().drawings.first().image.size(), QSize(60, 20));
+}
+
 void Tst_Toolbar::resetNeedsAnUndo() {
     emit m_window->emptyEditor(false);
     m_window->onCanUndo(false);
@@ -425,17 +477,14 @@ void Tst_Toolbar::menuHoldsWhatHasNoButton() {
     for (const QAction *action : overflow()->actions())
         texts.append(action->isSeparator() ? "|"_qs : action->text());
     QStringList expected = thereOf("line | text crop mosaic eraser | help |");
-    expected += {"Online update (&U)"_qs, "|"_qs, "Preferences (&O)"_qs, "Close (&X)"_qs};
+    expected += {"Print (&P)"_qs, "Online update (&U)"_qs, "|"_qs, "Preferences (&O)"_qs, "Close (&X)"_qs};
     QCOMPARE(texts, expected);
     for (const QString &name : thereOf("line text crop mosaic eraser help")) {
         const QAction *copy = entry(qPrintable(name));
         QVERIFY(copy->isCheckable());
         QCOMPARE(copy->menu(), m_window->findChild<ToolButton *>(name)->menu());
     }
-    for (QAction *action : overflow()->actions()) {
-        if (action->text() == "Online update (&U)"_qs)
-            action->trigger();
-    }
+    actionOf("Online update (&U)"_qs)->trigger();
     QCOMPARE(messages(), Messages{0x86A});
 }
 
