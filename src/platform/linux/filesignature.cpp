@@ -1,0 +1,130 @@
+#include "platform/filesignature.h"
+
+#include "platform/linux/executableimage.h"
+#include "platform/linux/signedmessage.h"
+
+#include <QFile>
+
+#include <openssl/err.h>
+#include <openssl/evp.h>
+
+#include <memory>
+
+namespace platform {
+
+namespace {
+
+/// Nothing that the program loads or starts comes near it.
+constexpr qint64 LargestFile = qint64(1) << 30;
+/// Signatures in signatures; honest files have one level.
+constexpr int DeepestNesting = 4;
+
+bool readFile(const QString &path, QByteArray *bytes) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly) || file.isSequential() || file.size() > LargestFile)
+        return false;
+    *bytes = file.readAll();
+    return file.error() == QFileDevice::NoError;
+}
+
+QByteArray digestOf(const QVector<QByteArray> &ranges, int algorithm) {
+    const std::unique_ptr<EVP_MD_CTX, void (*)(EVP_MD_CTX *)> context(EVP_MD_CTX_new(), EVP_MD_CTX_free);
+    const EVP_MD *method = EVP_get_digestbynid(algorithm);
+    if (!context || !method || EVP_DigestInit_ex(context.get(), method, nullptr) != 1)
+        return QByteArray();
+    for (const QByteArray &range : ranges)
+        EVP_DigestUpdate(context.get(), range.constData(), static_cast<size_t>(range.size()));
+    QByteArray digest(EVP_MD_get_size(method), Qt::Uninitialized);
+    EVP_DigestFinal_ex(context.get(), reinterpret_cast<unsigned char *>(digest.data()), nullptr);
+    return digest;
+}
+
+/// Collects the verdicts of a file's signatures: one good one is enough, else the first says why not.
+class Verdict {
+public:
+    explicit Verdict(bool cheap) : m_isCheap(cheap) {}
+
+    void add(const SignedMessage &message, bool holds) {
+        if (!holds) {
+            addTrust(Trust::BadDigest);
+            return;
+        }
+        const SignerInfo signer = message.signer();
+        const Trust trust = m_isCheap ? Trust::Good : message.checkCertificates(signer.counterSigningTime);
+        addTrust(trust);
+        if (trust == Trust::Good)
+            m_check.signers.append(signer);
+    }
+    void addTrust(Trust trust) {
+        if (!m_isSet || trust == Trust::Good)
+            m_check.trust = trust;
+        m_isSet = true;
+    }
+    SignatureCheck check() const { return m_check; }
+
+private:
+    const bool m_isCheap;
+    bool m_isSet = false;
+    SignatureCheck m_check;
+};
+
+void addImageSignature(const QByteArray &der, const ExecutableImage &image, int depth, Verdict *verdict) {
+    const std::optional<SignedMessage> message = SignedMessage::parse(der);
+    const auto digest = message ? message->imageDigest() : std::nullopt;
+    if (!digest) {
+        verdict->addTrust(Trust::BadCertificateTable);
+        return;
+    }
+    verdict->add(*message, message->isSignatureOf(digest->content) &&
+                               digestOf(image.signedRanges(), digest->algorithm) == digest->digest);
+    if (depth >= DeepestNesting)
+        return;
+    const QVector<QByteArray> nested = message->nested();
+    for (const QByteArray &inner : nested)
+        addImageSignature(inner, image, depth + 1, verdict);
+}
+
+SignatureCheck checkImage(const QByteArray &bytes, bool cheap) {
+    const std::optional<ExecutableImage> image = ExecutableImage::parse(bytes);
+    if (!image)
+        return {Trust::NotAnExecutable, {}};
+    if (!image->hasCertificates())
+        return {Trust::NoSignature, {}};
+    const auto signatures = image->signatures();
+    if (!signatures || signatures->isEmpty())
+        return {Trust::BadCertificateTable, {}};
+    Verdict verdict(cheap);
+    for (const QByteArray &der : *signatures)
+        addImageSignature(der, *image, 0, &verdict);
+    return verdict.check();
+}
+
+SignatureCheck checkSharedObject(const QString &path, const QByteArray &bytes, bool cheap) {
+    const QString signaturePath = path + QStringLiteral(".p7s");
+    if (!QFile::exists(signaturePath))
+        return {Trust::NoSignature, {}};
+    QByteArray der;
+    const auto message =
+        readFile(signaturePath, &der) ? SignedMessage::parse(der) : std::optional<SignedMessage>();
+    if (!message)
+        return {Trust::BadCertificateTable, {}};
+    Verdict verdict(cheap);
+    verdict.add(*message, message->isSignatureOf(bytes));
+    return verdict.check();
+}
+
+} // namespace
+
+SignatureCheck checkFileSignature(const QString &path, bool cheap) {
+    QByteArray bytes;
+    if (!readFile(path, &bytes))
+        return {Trust::Failed, {}};
+    const SignatureCheck check =
+        bytes.startsWith("\177ELF") ? checkSharedObject(path, bytes, cheap) : checkImage(bytes, cheap);
+    // What went wrong on the way stands in the library's list of this thread; the next user of it starts
+    // clean.
+    ERR_clear_error();
+    return check;
+}
+
+} // namespace platform

@@ -1,0 +1,51 @@
+#include "services/certificatetool.h"
+
+#include "platform/filesignature.h"
+
+#include <QFileInfo>
+#include <QStringList>
+
+#include <algorithm>
+
+namespace CertificateTool {
+
+qint32 Verifier::verify(const FileObejct &file, unsigned flags) const {
+    if (!file.isSet())
+        return static_cast<qint32>(platform::Trust::Failed);
+    const platform::SignatureCheck check = platform::checkFileSignature(file.data(), flags & CheapTrust);
+    if (check.trust != platform::Trust::Good || m_signers.empty() || !(flags & MatchSigners))
+        return static_cast<qint32>(check.trust);
+    const bool isAccepted =
+        std::any_of(check.signers.begin(), check.signers.end(), [this](const SignerInfo &signer) {
+            return m_signers.count(signer.signerName) > 0 || m_signers.count(signer.counterSignerName) > 0;
+        });
+    return static_cast<qint32>(isAccepted ? platform::Trust::Good : platform::Trust::Failed);
+}
+
+int Verifier::compareSigner(const QString &path, const QString &expected, bool ignoreCase) {
+    constexpr int NoName = -2;
+    const platform::SignatureCheck check = platform::checkFileSignature(path, true);
+    if (check.signers.isEmpty() || check.signers.first().signerName.isEmpty())
+        return NoName;
+    const int order = check.signers.first().signerName.compare(expected, ignoreCase ? Qt::CaseInsensitive
+                                                                                    : Qt::CaseSensitive);
+    return (order > 0) - (order < 0);
+}
+
+} // namespace CertificateTool
+
+bool verifyFileSignature(const QString &path, bool fullCheck) {
+    using CertificateTool::Verifier;
+    // Libraries of this system beside those of the design platform.
+    static const QStringList suffixes{QStringLiteral("exe"), QStringLiteral("dll"), QStringLiteral("qve"),
+                                      QStringLiteral("qvc"), QStringLiteral("so")};
+    const QFileInfo file(path);
+    if (!file.exists() || !suffixes.contains(file.suffix(), Qt::CaseInsensitive))
+        return false;
+    Verifier verifier;
+    verifier.addSigner(QStringLiteral("Norvane Corp."));
+    verifier.addSigner(QStringLiteral("Quillgate Corp."));
+    verifier.addSigner(QStringLiteral("Vellumark Corp."));
+    const unsigned flags = fullCheck ? Verifier::MatchSigners : Verifier::MatchSigners | Verifier::CheapTrust;
+    return verifier.verify(CertificateTool::FileObejct(path), flags) >= 0;
+}
