@@ -19,8 +19,11 @@ FloatingCropPopup::~FloatingCropPopup() {
 
 void FloatingCropPopup::open(DrawingCropItem *item) {
     m_item = item;
-    if (item)
-        item->attachPopup(m_popup.get());
+    if (!item)
+        return;
+    item->attachPopup(m_popup.get());
+    // Before it is shown, so that it does not jump.
+    place();
 }
 
 void FloatingCropPopup::finish() {
