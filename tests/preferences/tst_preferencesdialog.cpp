@@ -1,4 +1,5 @@
 #include "preferences/dialogtest.h"
+#include "support/secondscreen.h"
 #include "ui/menu.h"
 #include "ui/negativebutton.h"
 #include "ui/positivebutton.h"
@@ -48,6 +49,7 @@ private slots:
     void tabFollowsTheEye_data();
     void tabFollowsTheEye();
     void labelsLeadToTheirFields();
+    void rescaledWindowLeavesTheBorderOfScreens_data();
     void rescaledWindowLeavesTheBorderOfScreens();
 
 private:
@@ -395,15 +397,33 @@ void Tst_PreferencesDialog::labelsLeadToTheirFields() {
                                "format>format_"_qs, "mode>captureMode_"_qs, "quality>quality_"_qs}));
 }
 
-// With one screen there is no border to leave: the window stays where it is, however it is scaled.
+void Tst_PreferencesDialog::rescaledWindowLeavesTheBorderOfScreens_data() {
+    QTest::addColumn<bool>("twoScreens");
+    QTest::addColumn<int>("offset"); // of its left edge from the border
+    QTest::addColumn<int>("expected");
+    constexpr int leftOfTheBorder = -(861 + 2 * 2); // 1.5 times 574, and the frame
+    QTest::newRow("on the first") << true << -900 << -900;
+    QTest::newRow("mostly on the first") << true << -500 << leftOfTheBorder;
+    QTest::newRow("mostly on the second") << true << -300 << 0;
+    QTest::newRow("on the second") << true << 10 << 10;
+    QTest::newRow("nothing beyond the border") << false << -300 << -300;
+}
+
 void Tst_PreferencesDialog::rescaledWindowLeavesTheBorderOfScreens() {
+    QFETCH(bool, twoScreens);
+    QFETCH(int, offset);
+    QFETCH(int, expected);
+    const QRect first = QGuiApplication::primaryScreen()->geometry();
+    const int border = first.right() + 1;
+    std::unique_ptr<SecondScreen> second;
+    if (twoScreens)
+        second = std::make_unique<SecondScreen>(QRect(QPoint(border, first.top()), QSize(2000, 1200)));
     openDialog();
-    const QRect screen = m_dialog->screen()->geometry();
-    m_dialog->move(screen.right() - 100, screen.top() + 40);
-    const QPoint place = m_dialog->pos();
+    m_dialog->move(border + offset, first.top() + 10);
+    const int top = m_dialog->y();
     UIStyler::applyScale(m_dialog.get(), 1.5);
-    QCOMPARE(m_dialog->pos(), place);
-    QCOMPARE(m_dialog->minimumSize(), QSize(861, 738));
+    QCOMPARE(m_dialog->size(), QSize(861, 738));
+    QCOMPARE(m_dialog->pos(), QPoint(border + expected, top));
 }
 
 QTEST_MAIN(Tst_PreferencesDialog)

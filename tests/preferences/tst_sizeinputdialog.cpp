@@ -1,9 +1,11 @@
 #include "preferences/dialog/sizeinputdialog.h"
 #include "support/literals.h"
 #include "support/modalanswers.h"
+#include "support/secondscreen.h"
 #include "ui/negativebutton.h"
 #include "ui/positivebutton.h"
 #include "ui/rangedspinbox.h"
+#include "ui/uistyler.h"
 
 #include <QGuiApplication>
 #include <QLabel>
@@ -18,6 +20,7 @@ private slots:
 
     void texts_data();
     void texts();
+    void limitsAreThoseOfTheScreens_data();
     void limitsAreThoseOfTheScreens();
     void sizeIsShownWithinTheLimits_data();
     void sizeIsShownWithinTheLimits();
@@ -32,6 +35,7 @@ private slots:
     void cancelAndEscape();
     void enterIsOk();
     void tabLeadsFromLeftToRight();
+    void rescaledWindowLeavesTheBorderOfScreens();
 
 private:
     void open(SizeInputDialog::Mode mode = SizeInputDialog::Add) {
@@ -77,8 +81,19 @@ void Tst_SizeInputDialog::texts() {
     QVERIFY(!(m_dialog->windowFlags() & Qt::WindowContextHelpButtonHint));
 }
 
+void Tst_SizeInputDialog::limitsAreThoseOfTheScreens_data() {
+    QTest::addColumn<QRect>("another");
+    QTest::newRow("one screen") << QRect();
+    QTest::newRow("another beside it")
+        << QRect(QGuiApplication::primaryScreen()->size().width(), 0, 1000, 1500);
+}
+
 void Tst_SizeInputDialog::limitsAreThoseOfTheScreens() {
-    QRect desktop;
+    QFETCH(QRect, another);
+    std::unique_ptr<SecondScreen> second;
+    if (!another.isNull())
+        second = std::make_unique<SecondScreen>(another);
+    QRect desktop = another;
     for (const QScreen *screen : QGuiApplication::screens())
         desktop |= screen->geometry();
     open();
@@ -220,6 +235,15 @@ void Tst_SizeInputDialog::tabLeadsFromLeftToRight() {
         QTest::keyClick(m_dialog->focusWidget(), Qt::Key_Tab);
         QCOMPARE(m_dialog->focusWidget(), child<QWidget>(name));
     }
+}
+
+void Tst_SizeInputDialog::rescaledWindowLeavesTheBorderOfScreens() {
+    const int border = QGuiApplication::primaryScreen()->geometry().right() + 1;
+    const SecondScreen second(QRect(border, 0, 2000, 1200));
+    open();
+    m_dialog->move(border - 50, 500);
+    UIStyler::applyScale(m_dialog.get(), 1.5);
+    QCOMPARE(m_dialog->pos(), QPoint(border, 500));
 }
 
 QTEST_MAIN(Tst_SizeInputDialog)

@@ -205,6 +205,7 @@ void Tst_TindraPreferences::itemHasIdNameTypeAndDefault() {
     case QVariant::Bool:
         QCOMPARE(preferences->Type(id), 2);
         QCOMPARE(preferences->GetBool(id, !value.toBool()), value.toBool());
+        QCOMPARE(P::defaultBool(P::Id(id)), value.toBool());
         break;
     case QVariant::Int:
         QCOMPARE(preferences->Type(id), 1);
@@ -214,6 +215,7 @@ void Tst_TindraPreferences::itemHasIdNameTypeAndDefault() {
     default:
         QCOMPARE(preferences->Type(id), 3);
         QCOMPARE(preferences->GetString(id, QStringLiteral("?")), value.toString());
+        QCOMPARE(P::defaultString(P::Id(id)), value.toString());
         // An item that began with a null text could never be set.
         P::instance()->SetString(id, QStringLiteral("changed"));
         QCOMPARE(preferences->GetString(id, QStringLiteral("?")), QStringLiteral("changed"));
@@ -458,6 +460,12 @@ void Tst_TindraPreferences::defaultOfItem() {
     QCOMPARE(P::defaultInt(P::LineWidth), 3);
     QCOMPARE(P::defaultInt(P::TrayMode), 0); // no integer item
     QCOMPARE(P::defaultInt(P::Id(14)), 0);
+    QCOMPARE(P::defaultBool(P::TrayMode), true);
+    QCOMPARE(P::defaultBool(P::HideButtons), false);
+    QCOMPARE(P::defaultBool(P::LineWidth), false); // no switch
+    QCOMPARE(P::defaultString(P::JpgQuality), QStringLiteral("100"));
+    QVERIFY(P::defaultString(P::LineWidth).isEmpty()); // no text
+    QVERIFY(!P::defaultString(P::LineWidth).isNull());
 }
 
 void Tst_TindraPreferences::reloadBringsWhatOthersSaved() {

@@ -23,6 +23,14 @@ constexpr int LabelSpacing = 6;
 
 constexpr int SmallestSide = 20; // pixels of the desktop
 
+/// Of the rectangle that covers all screens.
+QSize desktopSize() {
+    QRect desktop;
+    for (const QScreen *screen : QGuiApplication::screens())
+        desktop |= screen->geometry();
+    return desktop.size();
+}
+
 void setBounded(RangedSpinBox *box, int value) {
     box->setValue(qBound(box->minLimit(), value, box->maxLimit()));
 }
@@ -36,7 +44,7 @@ SizeInputDialog::SizeInputDialog(Mode mode, const QList<QSize> *presets, QWidget
     setWindowTitle(mode == Add ? tr("Add fixed preset") : tr("Edit fixed preset"));
     setAttribute(Qt::WA_StyledBackground);
     setFixedSize(DialogSize);
-    const QSize desktop = QGuiApplication::primaryScreen()->virtualSize();
+    const QSize desktop = desktopSize();
     m_width->setLimits(SmallestSide, desktop.width());
     m_height->setLimits(SmallestSide, desktop.height());
 
