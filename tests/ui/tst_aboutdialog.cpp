@@ -1,16 +1,19 @@
 #include "support/openedurls.h"
+#include "support/secondscreen.h"
 #include "ui/aboutdialog.h"
 #include "ui/builtinstyle.h"
 #include "ui/clickablelabel.h"
 #include "ui/uistyler.h"
 
 #include <QImage>
+#include <QScreen>
 #include <QtTest>
 
 class Tst_AboutDialog : public QObject {
     Q_OBJECT
 private slots:
     void initTestCase();
+    void rescaledWindowLeavesTheBorderOfScreens();
     void sizeFollowsTheScale_data();
     void sizeFollowsTheScale();
     void versionAndMakerAreTold();
@@ -93,6 +96,16 @@ void Tst_AboutDialog::pictureFillsItsPlace() {
     QCOMPARE(look.pixelColor(look.width() - 3, 2), QColor(0xE8, 0xEA, 0xF1));
     QCOMPARE(look.pixelColor(look.width() - 3, look.height() - 3), QColor(0xF8, 0xF9, 0xFC));
     QCOMPARE(dialog.grab().toImage().pixelColor(2, 5), QColor(Qt::white));
+}
+
+void Tst_AboutDialog::rescaledWindowLeavesTheBorderOfScreens() {
+    const int border = QGuiApplication::primaryScreen()->geometry().right() + 1;
+    const SecondScreen second(QRect(border, 0, 2000, 1200));
+    AboutDialog dialog;
+    dialog.show();
+    dialog.move(border - 50, 300);
+    UIStyler::applyScale(&dialog, 1.25);
+    QCOMPARE(dialog.frameGeometry().topLeft(), QPoint(border, 300));
 }
 
 QTEST_MAIN(Tst_AboutDialog)

@@ -1,4 +1,5 @@
 #include "support/modalanswers.h"
+#include "support/secondscreen.h"
 #include "ui/messagedialog.h"
 
 #include <QAbstractButton>
@@ -10,6 +11,7 @@
 #include <QLayout>
 #include <QPointer>
 #include <QPushButton>
+#include <QScreen>
 #include <QTest>
 
 #include <cmath>
@@ -47,6 +49,7 @@ void open(MessageDialog &dialog) {
 class Tst_MessageDialog : public QObject {
     Q_OBJECT
 private slots:
+    void rescaledWindowLeavesTheBorderOfScreens();
     void valuesOfTheButtons_data();
     void valuesOfTheButtons();
     void staticsReturnTheClickedButton_data();
@@ -480,6 +483,17 @@ void Tst_MessageDialog::screenReadersGetTheText() {
     dialog.setText(QStringLiteral("what happened"));
     QCOMPARE(dialog.accessibleName(), QStringLiteral("title"));
     QCOMPARE(dialog.accessibleDescription(), QStringLiteral("what happened"));
+}
+
+void Tst_MessageDialog::rescaledWindowLeavesTheBorderOfScreens() {
+    const int border = QGuiApplication::primaryScreen()->geometry().right() + 1;
+    const SecondScreen second(QRect(border, 0, 2000, 1200));
+    MessageDialog dialog;
+    dialog.setText(QStringLiteral("text"));
+    open(dialog);
+    dialog.move(border - 50, 300);
+    dialog.onScaleChanged(1.25);
+    QCOMPARE(dialog.frameGeometry().topLeft(), QPoint(border, 300));
 }
 
 QTEST_MAIN(Tst_MessageDialog)
