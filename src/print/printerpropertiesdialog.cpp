@@ -36,8 +36,7 @@ PrinterPropertiesDialog::PrinterPropertiesDialog(const QString &printerName, con
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     setWindowTitle(tr("Printer settings"));
     m_form->setContentsMargins(Margin, Margin, Margin, Margin);
-    m_form->setHorizontalSpacing(Margin);
-    m_form->setVerticalSpacing(Spacing);
+    m_form->setSpacing(Spacing);
     m_form->setColumnStretch(1, 1);
     auto *name = new QLabel(printerName, this);
     name->setObjectName(QStringLiteral("printerName_"));

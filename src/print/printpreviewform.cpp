@@ -100,8 +100,7 @@ void PrintPreviewDialog::addPrinterRows(QVBoxLayout *column) {
     m_copies = newNumber("copies_", 1, MostCopies);
     auto *copiesUnit = new QLabel(tr("sheet(s)"));
     auto *rows = new QGridLayout;
-    rows->setHorizontalSpacing(Spacing);
-    rows->setVerticalSpacing(Spacing);
+    rows->setSpacing(Spacing);
     rows->setColumnStretch(2, 1);
     const auto addRow = [rows](int row, const QString &label, QWidget *field, int columns) {
         auto *text = new QLabel(label);
@@ -148,7 +147,7 @@ QWidget *PrintPreviewDialog::buildScale() {
     m_scale->addButton(m_scaleActual, PageSettings::Actual);
     m_scale->addButton(m_scaleCustom, PageSettings::Custom);
     m_scaleLayout = layoutOf<QGridLayout>(group);
-    m_scaleLayout->setVerticalSpacing(0);
+    m_scaleLayout->setSpacing(Spacing / 2);
     m_scaleLayout->setColumnStretch(1, 1);
     m_scaleLayout->addWidget(m_scaleFit, 0, 0, 1, 2);
     m_scaleLayout->addWidget(m_scaleActual, 1, 0, 1, 2);
@@ -228,8 +227,10 @@ void PrintPreviewDialog::addPages(QVBoxLayout *column) {
     m_toPrevPage->setToolTip(tr("Previous page"));
     m_toNextPage = named(new QPushButton, "toNextPage_");
     m_toNextPage->setToolTip(tr("Next page"));
-    for (QPushButton *button : {m_toPrevPage, m_toNextPage})
+    for (QPushButton *button : {m_toPrevPage, m_toNextPage}) {
+        button->setAccessibleName(button->toolTip());
         button->setFixedSize(PageButtonSize, PageButtonSize);
+    }
     auto *row = new QHBoxLayout;
     row->setSpacing(Spacing);
     row->addStretch();

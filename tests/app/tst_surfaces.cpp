@@ -7,6 +7,9 @@
 #include "popups/popup.h"
 #include "preferences/dialog/preferencesdialog.h"
 #include "preferences/dialog/sizeinputdialog.h"
+#include "print/nativeprinter.h"
+#include "print/printerpropertiesdialog.h"
+#include "print/printpreviewdialog.h"
 #include "ui/aboutdialog.h"
 #include "ui/builtinstyle.h"
 #include "ui/coachmarkwidget.h"
@@ -24,6 +27,7 @@
 #include <QLibraryInfo>
 #include <QLineEdit>
 #include <QMenu>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QStyleOptionButton>
 #include <QTranslator>
@@ -73,12 +77,14 @@ private:
     void showCanvasMenu(const Visit &visit);
     void showRowMenu(const Visit &visit);
     void showDialog(const Visit &visit);
+    void showPrint(const Visit &visit);
     void showExitQuestion(const Visit &visit);
     void showFailedCapture(const Visit &visit);
 
     void openMenu(QMenu *menu, const Visit &visit);
     void openDialog(QDialog &dialog, const Visit &visit);
     std::unique_ptr<QDialog> makeDialog(const QByteArray &name);
+    std::unique_ptr<PrintPreviewDialog> makePrintDialog();
 
     const char *m_part = nullptr;
     QTranslator m_translator;
@@ -251,6 +257,10 @@ const QVector<Tst_Surfaces::Surface> &Tst_Surfaces::surfaces() {
         {"dialog-saved", &Test::showDialog, "saved"},
         {"dialog-saved-batch", &Test::showDialog, "saved-batch"},
         {"dialog-buttons", &Test::showDialog, "buttons"},
+        {"print-preview", &Test::showPrint, "preview"},
+        {"print-margins", &Test::showPrint, "margins"},
+        {"print-none", &Test::showPrint, "none"},
+        {"print-settings", &Test::showPrint, "settings"},
         {"dialog-exit", &Test::showExitQuestion, nullptr},
         {"dialog-failed", &Test::showFailedCapture, nullptr},
     };
@@ -443,6 +453,41 @@ void Tst_Surfaces::showDialog(const Visit &visit) {
     openDialog(*dialog, visit);
 }
 
+std::unique_ptr<PrintPreviewDialog> Tst_Surfaces::makePrintDialog() {
+    auto dialog = std::make_unique<PrintPreviewDialog>(m_window.get());
+    for (const int row : {0, 1})
+        dialog->addImage(list()->rowItem(row)->editor()->flatten(true, false));
+    return dialog;
+}
+
+void Tst_Surfaces::showPrint(const Visit &visit) {
+    const QByteArray part(m_part);
+    FakePrinters &printers = m_session->platform->printerList;
+    if (part != "none")
+        printers.add("Office"_qs);
+    drawStroke();
+    if (part == "settings") {
+        const auto printer = printers.open("Office"_qs);
+        PrinterPropertiesDialog dialog("Office"_qs, *printer, printer->defaultMode(), m_window.get());
+        openDialog(dialog, visit);
+        return;
+    }
+    const auto dialog = makePrintDialog();
+    if (part == "margins") {
+        dialog->findChild<QAbstractButton *>("orientationLandscape_"_qs)->click();
+        dialog->findChild<QAbstractButton *>("scaleActual_"_qs)->click();
+        dialog->findChild<QAbstractButton *>("printBorder_"_qs)->click();
+    }
+    openDialog(*dialog, [&](QWidget *window) {
+        if (part != "none")
+            QTRY_VERIFY(!window->findChild<QLabel *>("pages_"_qs)->text().isEmpty());
+        auto *bar = window->findChild<QScrollArea *>()->verticalScrollBar();
+        bar->setValue(part == "margins" ? bar->maximum() : 0);
+        settle();
+        visit(window);
+    });
+}
+
 void Tst_Surfaces::showExitQuestion(const Visit &visit) {
     preferences()->SetBool(TindraPreferences::TrayMode, false);
     ModalAnswers answers;
@@ -485,7 +530,7 @@ void Tst_Surfaces::textsFit() {
 void Tst_Surfaces::textsAreKorean() {
     // Names, keys, units, formats, addresses and what the user wrote.
     static const QRegularExpression foreign(
-        "^(Tindra|Ctrl|Alt|Shift|Win|PNG|JPG|BMP|GIF|WEBP|\\d+px|#[0-9a-fA-F]*|www\\.\\S+|/\\S.*|\\d.*)$"_qs);
+        "^(Tindra|Office|Letter.*|A\\d \\(.*|Ctrl|Alt|Shift|Win|PNG|JPG|BMP|GIF|WEBP|\\d+px|#[0-9a-fA-F]*|www\\.\\S+|/\\S.*|\\d.*)$"_qs);
     static const QRegularExpression word("[A-Za-z]{2}"_qs);
     static const QRegularExpression hangul("[\\x{ac00}-\\x{d7a3}]"_qs);
     present([](QWidget *window) {
@@ -536,7 +581,8 @@ void Tst_Surfaces::keyboardReachesControlsAndShowsIt() {
         // Of buttons that exclude each other Tab comes to one, and the arrows to the others.
         for (QWidget *button : qAsConst(excluding)) {
             button->setFocus();
-            for (const int arrow : {Qt::Key_Right, Qt::Key_Left, Qt::Key_Down, Qt::Key_Right, Qt::Key_Left}) {
+            for (const int arrow :
+                 {Qt::Key_Right, Qt::Key_Left, Qt::Key_Down, Qt::Key_Right, Qt::Key_Left, Qt::Key_Down}) {
                 for (int presses = 0; presses < (arrow == Qt::Key_Down ? 1 : controls) && !missing.isEmpty();
                      ++presses)
                     press(arrow);

@@ -852,12 +852,16 @@ void Tst_PrintPreviewDialog::designedMarginsFollowTheScale() {
     open();
     const auto margins = [this] { return child("settingsContent_")->layout()->contentsMargins(); };
     auto *bar = child<QScrollArea>("settings_")->verticalScrollBar();
+    const auto isWhole = [bar] { return bar->parentWidget()->rect().contains(bar->geometry()); };
     QCOMPARE(margins(), QMargins(35, 10, 48, 20));
     QCOMPARE(bar->width(), 18);
+    QVERIFY(isWhole());
     UIStyler::applyScale(m_dialog.get(), 1.25);
     QCOMPARE(margins(), QMargins(35, 10, 60, 25));
     QCOMPARE(bar->minimumWidth(), 22);
     QCOMPARE(bar->maximumWidth(), 22);
+    settle();
+    QVERIFY(isWhole());
 }
 
 void Tst_PrintPreviewDialog::pagesReachThePrinter() {
