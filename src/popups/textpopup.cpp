@@ -80,13 +80,9 @@ void TextPopup::loadSettings() {
     if (!preferences)
         return;
     const QSignalBlocker blockThis(this);
-    const QSignalBlocker blockSize(m_size);
     const QSignalBlocker blockColor(m_color);
-    const QString size = QString::number(preferences->GetInt(
-        TindraPreferences::TextSize, TindraPreferences::defaultInt(TindraPreferences::TextSize)));
-    // The place in the list first, from which the arrow keys go on; it would overwrite the text.
-    m_size->setCurrentIndex(m_size->findText(size));
-    m_size->setCurrentText(size);
+    showSize(QString::number(preferences->GetInt(
+        TindraPreferences::TextSize, TindraPreferences::defaultInt(TindraPreferences::TextSize))));
     const int style = preferences->GetInt(TindraPreferences::TextStyle, 0);
     m_bold->setChecked(style & Bold);
     m_italic->setChecked(style & Italic);
@@ -97,17 +93,27 @@ void TextPopup::loadSettings() {
     m_colorButton->setColor(color);
 }
 
+void TextPopup::showSize(const QString &size) {
+    const QSignalBlocker blockSize(m_size);
+    // The place in the list first, from which the arrow keys go on; it would overwrite the text.
+    m_size->setCurrentIndex(m_size->findText(size));
+    m_size->setCurrentText(size);
+}
+
 void TextPopup::onClickBoldButton() {
+    stopTyping();
     recordUsage("cap_303_18");
     onChanged();
 }
 
 void TextPopup::onClickItalicButton() {
+    stopTyping();
     recordUsage("cap_303_19");
     onChanged();
 }
 
 void TextPopup::onClickUnderlineButton() {
+    stopTyping();
     recordUsage("cap_303_20");
     onChanged();
 }
@@ -115,6 +121,7 @@ void TextPopup::onClickUnderlineButton() {
 void TextPopup::onColorSelected(const QColor &color) {
     if (!color.isValid())
         return;
+    stopTyping();
     m_colorButton->setColor(color);
     recordUsage("cap_303_17");
     onChanged();
@@ -165,19 +172,29 @@ void TextPopup::hideEvent(QHideEvent *event) {
     stopTyping();
 }
 
+bool TextPopup::typeKey(QKeyEvent *event, bool announced) {
+    const int key = event->key();
+    const bool ends = key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Escape;
+    if (announced) {
+        // Shortcuts of the window behind: they would close the text or walk through the captures.
+        if (ends || key == Qt::Key_Up || key == Qt::Key_Down)
+            event->accept();
+        return event->isAccepted();
+    }
+    if (ends)
+        stopTyping();
+    else if (key == Qt::Key_Up || key == Qt::Key_Down)
+        showSize(m_size->currentText()); // as the box does itself only when it loses the focus
+    return ends;
+}
+
 bool TextPopup::eventFilter(QObject *watched, QEvent *event) {
     if (watched == m_size->lineEdit() && event->type() == QEvent::MouseButtonPress)
         startTyping();
-    if (watched == m_size && event->type() == QEvent::KeyPress && isTyping()) {
-        switch (static_cast<QKeyEvent *>(event)->key()) {
-        case Qt::Key_Return:
-        case Qt::Key_Enter:
-        case Qt::Key_Escape:
-            stopTyping();
-            return true;
-        default:
-            break;
-        }
+    if (watched == m_size && isTyping()) {
+        const bool announced = event->type() == QEvent::ShortcutOverride;
+        if (announced || event->type() == QEvent::KeyPress)
+            return typeKey(static_cast<QKeyEvent *>(event), announced) || Popup::eventFilter(watched, event);
     }
     return Popup::eventFilter(watched, event);
 }

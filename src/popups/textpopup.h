@@ -47,9 +47,12 @@ private:
     ItemButton *addStyleButton(QHBoxLayout *row, const QString &name, const QString &text);
     void onColorSelected(const QColor &color);
     void onChanged();
+    void showSize(const QString &size);
     void startTyping();
     void stopTyping();
     bool isTyping() const;
+    /// A key for the size box; `announced`: only whether it is one for a shortcut. Gives whether it is done.
+    bool typeKey(QKeyEvent *event, bool announced);
 
     ComboBox *m_size = nullptr;
     ColorSelectButton *m_colorButton = nullptr;

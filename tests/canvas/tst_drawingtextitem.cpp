@@ -67,6 +67,7 @@ private slots:
     void cursorOverTheBox_data();
     void cursorOverTheBox();
     void borderMovesTheBox();
+    void borderMovesTheBoxSoonAfterTheClickThatOpenedIt();
     void insideOfTheBoxSelects();
 
     void changeOfFont_data();
@@ -456,6 +457,28 @@ void Tst_DrawingTextItem::borderMovesTheBox() {
     QCOMPARE(m_editor->shapeType(), Editor::TextEditing);
     type(QStringLiteral("d"));
     QCOMPARE(item->toPlainText(), QStringLiteral("abcd"));
+}
+
+void Tst_DrawingTextItem::borderMovesTheBoxSoonAfterTheClickThatOpenedIt() {
+    const DrawingTextItem *item = open({60, 70});
+    const QPointF before = item->pos();
+    const QPoint pos = inView({63, 70});
+    QMouseEvent second(QEvent::MouseButtonDblClick, pos, m_view->viewport()->mapToGlobal(pos), Qt::LeftButton,
+                       Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(m_view->viewport(), &second);
+    QVERIFY(!m_view->findChild<TextPopup *>()->isVisible());
+    QMouseEvent move(QEvent::MouseMove, pos + QPoint(30, 20), m_view->viewport()->mapToGlobal(pos),
+                     Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(m_view->viewport(), &move);
+    QCOMPARE(item->pos(), before + QPointF(30, 20));
+    // Inside, two presses choose a word as everywhere.
+    m_mouse->release(pos + QPoint(30, 20));
+    type(QStringLiteral("one two"));
+    const QPoint inside = inView(item->mapToScene(10, item->boundingRect().height() / 2));
+    QMouseEvent word(QEvent::MouseButtonDblClick, inside, m_view->viewport()->mapToGlobal(inside),
+                     Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(m_view->viewport(), &word);
+    QCOMPARE(item->textCursor().selectedText(), QStringLiteral("one"));
 }
 
 void Tst_DrawingTextItem::insideOfTheBoxSelects() {

@@ -505,7 +505,7 @@ void Tst_Editor::strokesAreErasedOutsideTheCropAndFiguresAreNot() {
 }
 
 void Tst_Editor::textGoesThroughItsStates() {
-    QSignalSpy created(m_editor.get(), SIGNAL(createTextItem(DrawingTextItem *)));
+    QSignalSpy created(m_editor.get(), &Editor::createTextItem);
     QSignalSpy finished(m_editor.get(), &Editor::finishTextItem);
     m_editor->setShape(Editor::Text);
     click(30, 30);
@@ -594,7 +594,7 @@ void Tst_Editor::openTextFollowsTheMouse() {
     const QStringList hovers{QStringLiteral("text hover 30,30 41,35"),
                              QStringLiteral("text hover 41,35 52,36")};
     QCOMPARE(m_editor->log, hovers);
-    QSignalSpy moved(m_editor.get(), SIGNAL(moveTextItem(DrawingTextItem *)));
+    QSignalSpy moved(m_editor.get(), &Editor::moveTextItem);
     emit m_editor->text->moveTextItem(nullptr);
     QCOMPARE(moved.count(), 1);
     emit m_editor->changeSceneRect(QRectF(1, 2, 3, 4));
@@ -760,7 +760,7 @@ void Tst_Editor::editorThatDiesClosesWhatIsOpen() {
 }
 
 void Tst_Editor::pressOutsideAnOpenTextOnlyClosesIt() {
-    QSignalSpy created(m_editor.get(), SIGNAL(createTextItem(DrawingTextItem *)));
+    QSignalSpy created(m_editor.get(), &Editor::createTextItem);
     m_editor->setShape(Editor::Text);
     click(30, 30);
     m_editor->text->grabMouse();

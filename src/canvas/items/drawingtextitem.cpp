@@ -85,8 +85,9 @@ void DrawingTextItem::attachPopup(TextPopup *popup) {
 
 void DrawingTextItem::onChangeFont(int fontSize, QColor color, int format) {
     applyFont(fontSize, color, format);
-    // Typing goes on after a click into the popup.
-    if (QGraphicsView *view = firstView())
+    // Typing goes on after a click into the popup, but for a size that is being typed there.
+    QGraphicsView *view = firstView();
+    if (view && (!m_popup || QApplication::activeWindow() != m_popup))
         view->activateWindow();
 }
 
@@ -159,6 +160,14 @@ void DrawingTextItem::mousePressEvent(QGraphicsSceneMouseEvent *event) {
         showPopup();
     else
         m_popup->hide(); // out of the way of the drag that begins
+}
+
+void DrawingTextItem::mouseDoubleClickEvent(QGraphicsSceneMouseEvent *event) {
+    // Soon after the click that opened the box, a press on its border counts as the second of two.
+    if (isOpen() && !isInside(event->pos()))
+        mousePressEvent(event);
+    else
+        QGraphicsTextItem::mouseDoubleClickEvent(event);
 }
 
 void DrawingTextItem::focusOutEvent(QFocusEvent *event) {

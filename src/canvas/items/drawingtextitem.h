@@ -51,6 +51,7 @@ signals:
 protected:
     bool sceneEvent(QEvent *event) override;
     void mousePressEvent(QGraphicsSceneMouseEvent *event) override;
+    void mouseDoubleClickEvent(QGraphicsSceneMouseEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     QVariant itemChange(GraphicsItemChange change, const QVariant &value) override;
 
