@@ -234,7 +234,6 @@ void TindraEditor::restoreHistories() {
     // stays in front.
     HistoryListWidgetItem *const shown = m_history->currentItem();
     QStringList leftOvers = without(temporaryCaptures(), m_history->imageKeys());
-    m_leftOvers = canonical(leftOvers);
     if (!leftOvers.isEmpty())
         m_capturesRestored = true;
 
@@ -244,6 +243,7 @@ void TindraEditor::restoreHistories() {
     // Where the oldest captures make room for new ones, the newest are those that stay in the end.
     if (TindraPreferences::instance()->GetBool(TindraPreferences::AutoHistoryDelete, false))
         leftOvers = leftOvers.mid(qMax(0, leftOvers.size() - m_history->freeRows()));
+    m_leftOvers = canonical(leftOvers.mid(0, m_history->freeRows()));
     allRead = restoreCaptures(leftOvers) && allRead;
 
     if (shown)

@@ -42,6 +42,12 @@ def xdotool(*arguments):
     return subprocess.run(["xdotool", *map(str, arguments)], capture_output=True, text=True, check=False).stdout
 
 
+def newest_has_keyboard():
+    """Whether keys go to the window that came last, a dialog as a rule."""
+    lines = windows()
+    return lines and xdotool("getactivewindow").strip() == str(int(lines[-1].split()[0], 16))
+
+
 def main_window():
     """The identity of the first window of all; None without one."""
     lines = windows()
@@ -139,8 +145,8 @@ class EditorTest(unittest.TestCase):
         self.started.append(process)
         return process
 
-    def first(self, *arguments):
-        process = self.start(*arguments)
+    def first(self, *arguments, environment=None):
+        process = self.start(*arguments, environment=environment)
         self.assertTrue(wait_for(answers), "the first editor does not listen")
         return process
 
@@ -156,3 +162,9 @@ class EditorTest(unittest.TestCase):
     def window_count(self, count):
         """Waits for that many windows."""
         self.assertTrue(wait_for(lambda: len(windows()) == count), f"not {count} windows but {windows()}")
+
+    def press_in_dialog(self, keys, windows_left):
+        """Presses keys in the newest window, as soon as it has the keyboard, and waits for what they do."""
+        self.assertTrue(wait_for(newest_has_keyboard), "the dialog does not become active")
+        xdotool("key", *keys.split())
+        self.window_count(windows_left)

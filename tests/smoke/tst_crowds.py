@@ -13,7 +13,7 @@ import time
 import unittest
 
 from editorsession import (LIMIT, RESULTS, SOCKET, WORK, EditorTest, png, put_capture, tell, wait_for, windows, wire,
-                           write_settings, xdotool)
+                           write_settings)
 
 PAIRS = int(os.environ.get("TINDRA_TEST_STARTS", "10"))
 CONNECTIONS = 500
@@ -132,8 +132,7 @@ class Crowds(EditorTest):
         editor = self.first()
         tell("/show")
         self.assertTrue(wait_for(lambda: len(windows()) == 2, 3 * LIMIT), "the captures are not back")
-        xdotool("sleep", 0.2, "key", "Return")
-        self.window_count(1)
+        self.press_in_dialog("Return", 1)
         # The list is full: one more is refused, and the selected one stays.
         tell(f"/path \"{put_capture('more.png', png(60, 40, (9, 9, 9)))}\"")
         tell("/autosave")

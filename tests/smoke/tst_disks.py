@@ -24,8 +24,9 @@ def enter_own_mounts():
 
 enter_own_mounts()
 
-from editorsession import (PINS, RESULTS, WORK, EditorTest, main_window, png, put_capture, size_of,  # noqa: E402
-                           tell, wait_for, windows, write_settings, xdotool)
+# Only now: it takes the script's argument away.
+from editorsession import (PINS, RESULTS, WORK, EditorTest, main_window, png, put_capture, size_of, tell, wait_for,
+                           windows, write_settings, xdotool)
 
 BMP = 2  # the setting FileFormat
 PICTURE = png(300, 200, (255, 0, 0))
@@ -62,7 +63,8 @@ class Disk:
                     pass
 
     def names(self):
-        return sorted(path.name for path in self.folder.rglob("*") if path.is_file() and path.suffix != ".lock" and path.name != "filler")
+        files = [path for path in self.folder.rglob("*") if path.is_file() and path.suffix != ".lock"]
+        return sorted(path.name for path in files if path.name != "filler")
 
 
 class Disks(EditorTest):
@@ -79,8 +81,7 @@ class Disks(EditorTest):
         """An automatic save that is told to have failed."""
         tell("/autosave /skip")
         self.window_count(2)
-        xdotool("sleep", 0.2, "key", "Return")
-        self.window_count(1)
+        self.press_in_dialog("Return", 1)
 
     def save_succeeds(self, path):
         tell("/autosave /skip")
@@ -111,13 +112,9 @@ class Disks(EditorTest):
         disk.fill()
         tell("/save")
         self.window_count(2)
-        xdotool("sleep", 0.3, "key", "ctrl+a", "type", "old")
-        xdotool("key", "Return")
-        self.window_count(3)  # whether to replace it
-        xdotool("sleep", 0.3, "key", "alt+y")
-        self.window_count(2)  # that it failed
-        xdotool("sleep", 0.3, "key", "Return")
-        self.window_count(1)
+        self.press_in_dialog("ctrl+a o l d Return", 3)  # whether to replace it
+        self.press_in_dialog("alt+y", 2)  # that it failed
+        self.press_in_dialog("Return", 1)
         self.assertEqual(disk.names(), ["old.png"])
         self.assertEqual(old.read_bytes(), PICTURE)
         (disk.folder / "filler").unlink()
@@ -133,8 +130,7 @@ class Disks(EditorTest):
         width, height = size_of(window)
         xdotool("mousemove", "--window", window, width - 84, height - 56, "click", 1)
         self.window_count(2)
-        xdotool("sleep", 0.3, "key", "alt+s")
-        self.window_count(1)
+        self.press_in_dialog("alt+s", 1)
         self.assertTrue(wait_for(disk.names))
         sizes = {(disk.folder / name).stat().st_size for name in disk.names()}
         self.assertEqual(len(sizes), 1)
@@ -186,14 +182,14 @@ class Disks(EditorTest):
         settings = disk.folder / "Norvane/Tindra.conf"
         settings.parent.mkdir(mode=0o700)
         settings.write_text("[Config]\nAutoHistoryDelete=1\n")
-        editor = self.start(environment=dict(os.environ, XDG_CONFIG_HOME=str(disk.folder)))
-        self.send("--show")
+        editor = self.first(environment=dict(os.environ, XDG_CONFIG_HOME=str(disk.folder)))
+        tell("/show")
         self.window_count(1)
         disk.fill()
         tell("/updateprefvalue 48 1")
         self.leave(editor)
         self.assertEqual(settings.read_text(), "[Config]\nAutoHistoryDelete=1\n")
-        self.assertEqual([path.name for path in settings.parent.iterdir() if path.suffix != ".lock"], [settings.name])
+        self.assertEqual(disk.names(), [settings.name])
 
     def test_captures_on_a_full_disk(self):
         disk = Disk(self, "256k")
@@ -206,11 +202,10 @@ class Disks(EditorTest):
         disk.fill()
         here = dict(os.environ, XDG_DATA_HOME=str(disk.folder))
         for _ in range(2):
-            editor = self.start(environment=here)
-            self.send("--show")
+            editor = self.first(environment=here)
+            tell("/show")
             self.window_count(2)  # what is left over is told, the pin has no room and waits
-            xdotool("sleep", 0.2, "key", "Return")
-            self.window_count(1)
+            self.press_in_dialog("Return", 1)
             self.leave(editor)
             self.assertEqual(disk.names(), sorted(["0.png", "shot.png"]))
         for name in ("pin/0.png", "shot.png"):
@@ -236,8 +231,7 @@ class Disks(EditorTest):
         for _ in range(3):
             editor = self.first()
             self.window_count(1)
-            xdotool("sleep", 0.2, "key", "Return")
-            self.window_count(0)
+            self.press_in_dialog("Return", 0)
             self.leave(editor)
         self.assertEqual(sorted(path.name for path in PINS.iterdir()), ["0.png", "1.png", "2.png"])
         self.assertEqual(sorted(path.name for path in WORK.glob("*.png")), ["0.png", "1.png", "2.png"])

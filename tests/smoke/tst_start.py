@@ -11,7 +11,7 @@ import time
 import unittest
 from pathlib import Path
 
-from editorsession import (LIMIT, RESULTS, RUNTIME, SOCKET, WORK, EditorTest, answers, held, wait_for, windows)
+from editorsession import (LIMIT, RESULTS, RUNTIME, SOCKET, WORK, EditorTest, held, wait_for, windows)
 
 
 def picture():

@@ -14,12 +14,11 @@ import signal
 import struct
 import sys
 import threading
-import time
 import unittest
 import zlib
 
-from editorsession import (LIMIT, PINS, RESULTS, WORK, EditorTest, answers, main_window, pixel_in_bmp, png,
-                           put_capture, size_of, tell, wait_for, windows, write_settings, xdotool)
+from editorsession import (LIMIT, PINS, RESULTS, WORK, EditorTest, answers, main_window, newest_has_keyboard,
+                           pixel_in_bmp, png, put_capture, size_of, tell, wait_for, windows, write_settings, xdotool)
 
 MOMENTS = int(os.environ.get("TINDRA_TEST_MOMENTS", "12"))
 SEED = int(os.environ.get("TINDRA_TEST_SEED", "4711"))
@@ -90,7 +89,7 @@ class SuddenEnds(EditorTest):
                 self.fail(f"moment {count}, {self.sign.name} after {moment:.3f} s, in the step \"{self.step}\", "
                           f"seed {SEED}: {error}")
         # And undisturbed.
-        self.struck, self.sign = False, None
+        self.step, self.struck = "", False
         self.begin()
         self.check()
         self.leave()
@@ -161,7 +160,7 @@ class SuddenEnds(EditorTest):
             self.strike()
         self.wait(answers, "the editor does not listen")
         self.step = "show"
-        tell("/show")
+        self.tell("/show")
         if left_over:
             self.wait(lambda: len(windows()) == 2, "nothing is told about the captures that are back")
             self.press_in_dialog("Return", 1)
@@ -199,8 +198,9 @@ class SuddenEnds(EditorTest):
         before = self.must | self.may
         self.must = set(self.rows[:self.pinned])
         self.may = before - self.must
-        tell("/close")
+        self.tell("/close")
         self.wait(lambda: self.process.poll() is not None or len(windows()) == 2, "no question, and no end")
+        self.wait(lambda: self.process.poll() is not None or newest_has_keyboard(), "the question is not active")
         if self.process.poll() is None:
             xdotool("key", "Return")
         self.wait(lambda: self.process.poll() is not None, "the editor does not end")
@@ -263,8 +263,7 @@ class SuddenEnds(EditorTest):
             self.wait(lambda: False, "the editor does not listen any more")
 
     def press_in_dialog(self, key, windows_left):
-        dialog_is_active = lambda: xdotool("getactivewindow").strip() not in ("", str(self.window()))
-        self.wait(dialog_is_active, "the dialog does not become active")
+        self.wait(newest_has_keyboard, "the dialog does not become active")
         xdotool("key", key)
         self.wait(lambda: len(windows()) == windows_left, "the dialog stays")
 

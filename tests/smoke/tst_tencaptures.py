@@ -119,8 +119,7 @@ class TenCaptures(EditorTest):
             path.unlink()
         self.at(WINDOW[0] - 84, WINDOW[1] - 56, "click", 1)
         self.window_count(2)
-        xdotool("sleep", 0.3, "key", "alt+s")
-        self.window_count(1)
+        self.press_in_dialog("alt+s", 1)
         order = [1, 2, 3, 4, 5, 6, 7, 9, 10, 11, 8]
         names = [RESULTS / f"shot_{index}.bmp" for index in range(1, 12)]
         self.assertTrue(wait_for(lambda: all(path.exists() for path in names)))
@@ -152,8 +151,7 @@ class TenCaptures(EditorTest):
         editor.wait()
         editor = self.begin()
         self.window_count(2)
-        xdotool("sleep", 0.3, "key", "Return")
-        self.window_count(1)
+        self.press_in_dialog("Return", 1)
         for path in RESULTS.iterdir():
             path.unlink()
         self.saves = 0
@@ -169,7 +167,7 @@ class TenCaptures(EditorTest):
         self.stroke()
         tell("/close")
         self.window_count(2)
-        xdotool("sleep", 0.3, "key", "Return")
+        self.press_in_dialog("Return", 0)
         self.assertEqual(self.ended(editor), 0)
         self.assertEqual(list(WORK.glob("*.png")), [])
 
