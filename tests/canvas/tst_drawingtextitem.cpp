@@ -5,7 +5,9 @@
 #include "preferences/tindrapreferences.h"
 #include "support/imagecompare.h"
 
+#include <QClipboard>
 #include <QGraphicsSceneMouseEvent>
+#include <QMimeData>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTextBlock>
@@ -73,6 +75,7 @@ private slots:
     void changeOfFont_data();
     void changeOfFont();
     void changeOfFontIsForTheWholeText();
+    void pastedTextTakesTheSettings();
     void changeOfFontGivesTheKeyboardBack();
 
     void clickElsewhereKeepsTheText_data();
@@ -537,6 +540,26 @@ void Tst_DrawingTextItem::changeOfFontIsForTheWholeText() {
         QVERIFY(range.length == 0);
     QCOMPARE(item->document()->defaultFont().pointSize(), 40);
     QCOMPARE(item->textCursor().selectedText(), QStringLiteral("c"));
+}
+
+void Tst_DrawingTextItem::pastedTextTakesTheSettings() {
+    DrawingTextItem *item = open({60, 70});
+    type(QStringLiteral("a"));
+    auto *data = new QMimeData;
+    data->setHtml(QStringLiteral("<b style=\"font-size:72pt; color:#00ff00\">b</b>c"));
+    data->setText(QStringLiteral("bc"));
+    QGuiApplication::clipboard()->setMimeData(data);
+    const double before = item->boundingRect().height();
+    QTest::keyClick(m_view.get(), Qt::Key_V, Qt::ControlModifier);
+    QCOMPARE(item->toPlainText(), QStringLiteral("abc"));
+    QCOMPARE(item->boundingRect().height(), before);
+    item->onChangeFont(40, Qt::green, TextPopup::Bold);
+    const QTextBlock block = item->document()->firstBlock();
+    for (auto part = block.begin(); !part.atEnd(); ++part) {
+        QVERIFY(!part.fragment().charFormat().hasProperty(QTextFormat::FontPointSize));
+        QVERIFY(!part.fragment().charFormat().hasProperty(QTextFormat::FontWeight));
+        QVERIFY(!part.fragment().charFormat().hasProperty(QTextFormat::ForegroundBrush));
+    }
 }
 
 void Tst_DrawingTextItem::changeOfFontGivesTheKeyboardBack() {

@@ -220,6 +220,14 @@ void Tst_TextWindow::textOfChosenSizeIsSaved() {
     painter.end();
     COMPARE_IMAGES(QImage(path).convertToFormat(QImage::Format_RGB32), expected, "saved");
     QVERIFY(editor()->isSaved());
+
+    // One step, taken back and brought back by the keys of the window.
+    keys({"ctrl+z"_qs});
+    QTRY_VERIFY(editor()->items().isEmpty());
+    keys({"ctrl+y"_qs});
+    QTRY_COMPARE(editor()->items().size(), 1);
+    COMPARE_IMAGES(editor()->flatten(true, false).toImage().convertToFormat(QImage::Format_RGB32), expected,
+                   "redone");
 }
 
 void Tst_TextWindow::keysBelongToTheOpenText() {

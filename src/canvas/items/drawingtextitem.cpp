@@ -38,6 +38,10 @@ DrawingTextItem::DrawingTextItem(const QRectF &sceneRect, QObject *parent)
     for (const GraphicsItemFlag flag : OpenFlags)
         setFlag(flag);
     setTextInteractionFlags(Qt::TextEditorInteraction);
+    // What is pasted takes the settings of the text, as what is typed does. Only the toolkit's control behind
+    // the item can be told, and only by this property.
+    for (QObject *control : children())
+        control->setProperty("acceptRichText", false);
     const auto *preferences = TindraPreferences::instance();
     const auto stored = [preferences](TindraPreferences::Id id) {
         return preferences->GetInt(id, TindraPreferences::defaultInt(id));
@@ -85,6 +89,7 @@ void DrawingTextItem::attachPopup(TextPopup *popup) {
 
 void DrawingTextItem::onChangeFont(int fontSize, QColor color, int format) {
     applyFont(fontSize, color, format);
+    applyWidthRule();
     // Typing goes on after a click into the popup, but for a size that is being typed there.
     QGraphicsView *view = firstView();
     if (view && (!m_popup || QApplication::activeWindow() != m_popup))
@@ -99,7 +104,6 @@ void DrawingTextItem::applyFont(int fontSize, const QColor &color, int format) {
         m_font.setPointSize(fontSize);
     setFont(m_font);
     setDefaultTextColor(color);
-    applyWidthRule();
 }
 
 void DrawingTextItem::onChangeSceneRect(QRectF sceneRect) {
