@@ -1,6 +1,7 @@
 #include "canvas/editor.h"
 
 #include "canvas/items/drawingcropitem.h"
+#include "canvas/items/drawingfigureitem.h"
 #include "canvas/items/drawingfreehanditem.h"
 #include "canvas/itemtable.h"
 #include "canvas/toolusage.h"
@@ -346,7 +347,14 @@ void Editor::growCurrentItem(QPoint pos, bool shift) {
     const QGraphicsItem &item = *graphicsItem(m_currentItem);
     const QRectF before = paintedRect(item);
     m_currentItem->drawMove(m_lastPos, pos, shift);
-    update(before.united(paintedRect(item)));
+    const QRectF area = before.united(paintedRect(item));
+    auto *figure = dynamic_cast<DrawingFigureItem *>(m_currentItem);
+    if (!figure || !m_currentOnTop) {
+        update(area);
+        return;
+    }
+    emit figureChanged(figure, area);
+    emit changed({});
 }
 
 void Editor::announceGrowth(const DrawingFreehandItem &stroke, int firstSegment) {

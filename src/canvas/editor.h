@@ -9,6 +9,7 @@
 #include <limits>
 
 class DrawingCropItem;
+class DrawingFigureItem;
 class DrawingFreehandItem;
 class DrawingInterface;
 class DrawingTextItem;
@@ -100,6 +101,9 @@ signals:
     /// everything else in the scene. Sent instead of an update of the region, so that a view can add them
     /// to what it shows; `changed` follows for everybody else.
     void strokeExtended(const DrawingFreehandItem *item, int firstSegment);
+    /// The figure under construction looks different within `area`, which holds all of it, and lies on top of
+    /// everything else. Instead of an update, likewise.
+    void figureChanged(DrawingFigureItem *item, const QRectF &area);
 
 protected:
     /// A new item as the things that the editor knows it by. Null members: it is no such thing.

@@ -9,6 +9,7 @@
 #include "canvas/floatingtextpopup.h"
 #include "canvas/imagetoolwidget.h"
 #include "canvas/items/drawingcropitem.h"
+#include "canvas/items/drawingfigureitem.h"
 #include "canvas/items/drawingfreehanditem.h"
 #include "canvas/items/drawingtextitem.h"
 #include "canvas/toolcursor.h"
@@ -179,6 +180,7 @@ void EditorView::connectEditor() {
         connect(editor, &Editor::finishCropItem, this, &EditorView::onFinishCropItem),
         connect(editor, &Editor::updateImageSize, this, &EditorView::onUpdateImageSize),
         connect(editor, &Editor::strokeExtended, this, &EditorView::onStrokeExtended),
+        connect(editor, &Editor::figureChanged, this, &EditorView::onFigureChanged),
         connect(editor, &QObject::destroyed, m_imageTool, &QWidget::hide),
     };
 }

@@ -95,6 +95,7 @@ private slots:
     void onMoveCropItem(DrawingCropItem *item);
     void onFinishCropItem();
     void onStrokeExtended(const DrawingFreehandItem *item, int firstSegment);
+    void onFigureChanged(DrawingFigureItem *item, const QRectF &area);
     void onPanned(const QPointF &delta);
     void onPinched(double zoom);
 
@@ -114,8 +115,15 @@ private:
     /// Whether the capture has another picture, under whatever key, than the frame was painted from.
     bool takeImageChange();
     void repaintAll();
+    void hearOfChanges();
     void adaptFrame();
     void renderFrame(const QRegion &stale);
+    /// Paints the scene's parts into `image`, a picture of the viewport: that region, or everything where
+    /// there is no painting a part, which it tells.
+    bool renderParts(QImage &image, const QRegion &stale);
+    void refreshUnderlay(DrawingFigureItem *item, const QRect &area);
+    /// Whether the toolkit would paint the item at all, were everything painted.
+    bool isReached(const QGraphicsItem &item) const;
     QRegion withReachingItems(QRegion region) const;
     void paintScene(QImage &target, const QRegion &region);
     QRect deviceRect(const QRectF &sceneArea) const;
@@ -131,8 +139,9 @@ private:
     DebounceFunc *m_backgroundDebounce = nullptr;
     SmoothBackground m_background;
     ViewFrame m_frame;
-    std::optional<qint64> m_frameImage; ///< `QPixmap::cacheKey` of what the frame was painted from
-    QRegion m_rendered;                 ///< what of the frame is being painted, while it is
+    std::optional<qint64> m_frameImage;     ///< `QPixmap::cacheKey` of what the frame was painted from
+    QPointer<DrawingFigureItem> m_overlaid; ///< the figure that the frame's underlay goes without
+    QRegion m_rendered;                     ///< what of the frame is being painted, while it is
     CanvasMenu *m_contextMenu;
     CanvasGestures *m_gestures;
     std::unique_ptr<FloatingTextPopup> m_textPopup;

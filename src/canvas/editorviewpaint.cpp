@@ -3,11 +3,14 @@
 #include "canvas/editorview.h"
 #include "canvas/flagguard.h"
 #include "canvas/items/drawingcropitem.h"
+#include "canvas/items/drawingfigureitem.h"
 #include "canvas/items/drawingfreehanditem.h"
 #include "ui/debouncefunc.h"
 
+#include <QCoreApplication>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QStyleOptionGraphicsItem>
 
 namespace {
 
@@ -15,6 +18,9 @@ namespace {
 constexpr int BackgroundQuietTime = 66;
 /// How far, in device pixels, antialiasing and rounding can carry a mark beyond its exact outline.
 constexpr int DeviceMargin = 2;
+/// How far, in device pixels, the toolkit widens bounding rectangles before it leaves out what is not in
+/// view.
+constexpr int ToolkitMargin = 2;
 
 } // namespace
 
@@ -27,6 +33,7 @@ void EditorView::paintEvent(QPaintEvent *event) {
         return;
     }
     adaptFrame();
+    hearOfChanges();
     QRegion stale = m_frame.takeStale(event->region());
     // Only then is the picture asked for anyway; what a mere exposure shows is looked at by the later job.
     if (!stale.isEmpty() && takeImageChange()) {
@@ -44,6 +51,12 @@ void EditorView::paintEvent(QPaintEvent *event) {
     }
 }
 
+// The scene tells of changes in a turn of its own. Painted before that, it forgets that all of it has
+// changed.
+void EditorView::hearOfChanges() {
+    QCoreApplication::sendPostedEvents(m_editor, QEvent::MetaCall);
+}
+
 void EditorView::adaptFrame() {
     m_frame.adapt(viewport()->size(), viewportTransform(),
                   viewport()->palette().brush(viewport()->backgroundRole()));
@@ -55,6 +68,10 @@ void EditorView::repaintAll() {
 }
 
 void EditorView::onSceneChanged(const QList<QRectF> &areas) {
+    if (m_frame.hasUnderlay() && m_editor->currentItem() != m_overlaid) {
+        m_overlaid.clear();
+        m_frame.endUnderlay();
+    }
     for (const QRectF &area : areas) {
         // Stands for everything: an open text may reach beyond the image.
         if (area.contains(scene()->sceneRect())) {
@@ -77,6 +94,43 @@ void EditorView::onStrokeExtended(const DrawingFreehandItem *item, int firstSegm
     painter.setWorldTransform(viewportTransform());
     item->paintSegments(&painter, firstSegment);
     viewport()->update(rect);
+}
+
+void EditorView::onFigureChanged(DrawingFigureItem *item, const QRectF &area) {
+    adaptFrame();
+    const QRect rect = deviceRect(area);
+    if (rect.isEmpty())
+        return;
+    hearOfChanges();
+    refreshUnderlay(item, rect);
+    m_frame.uncover(rect);
+    if (isReached(*item)) {
+        QPainter painter(&m_frame.image());
+        painter.setWorldTransform(viewportTransform());
+        const QStyleOptionGraphicsItem option;
+        item->paint(&painter, &option, viewport());
+    }
+    viewport()->update(rect);
+}
+
+// A preview can draw far beyond its bounding rectangle, which is one mouse event behind.
+bool EditorView::isReached(const QGraphicsItem &item) const {
+    const QRect bounds = viewportTransform().mapRect(item.boundingRect()).toRect();
+    return viewport()->rect().intersects(
+        bounds.adjusted(-ToolkitMargin, -ToolkitMargin, ToolkitMargin, ToolkitMargin));
+}
+
+void EditorView::refreshUnderlay(DrawingFigureItem *item, const QRect &area) {
+    if (m_overlaid != item || !m_frame.hasUnderlay()) {
+        m_overlaid = item;
+        m_frame.beginUnderlay(area);
+    }
+    const QRegion stale = m_frame.takeStaleUnderlay();
+    if (stale.isEmpty())
+        return;
+    item->setOmitted(true);
+    renderParts(m_frame.underlay(), withReachingItems(stale));
+    item->setOmitted(false);
 }
 
 void EditorView::scrollContentsBy(int dx, int dy) {
@@ -119,21 +173,26 @@ QRegion EditorView::withReachingItems(QRegion region) const {
 }
 
 void EditorView::renderFrame(const QRegion &stale) {
+    if (renderParts(m_frame.image(), stale))
+        m_frame.takeStale(viewport()->rect());
+}
+
+bool EditorView::renderParts(QImage &image, const QRegion &stale) {
     const QRegion everything = viewport()->rect();
     // Scaling on the fly depends on where a row begins, so there is no painting a part of that background.
     const bool whole = m_zoom < 1.0 && !m_background.fits(m_editor->visibleRect(), m_zoom);
     if (whole || stale == everything) {
-        m_frame.takeStale(everything);
-        paintScene(m_frame.image(), everything);
-        return;
+        paintScene(image, everything);
+        return true;
     }
-    // Not into the frame under a clip: the raster engine cuts lines at the clip before it turns them into
+    // Not into the picture under a clip: the raster engine cuts lines at the clip before it turns them into
     // pixels, and a cut line can differ in its last bits. Only pages that are touched cost anything.
-    QImage scratch(m_frame.image().size(), m_frame.image().format());
+    QImage scratch(image.size(), image.format());
     paintScene(scratch, stale);
-    QPainter painter(&m_frame.image());
+    QPainter painter(&image);
     for (const QRect &rect : stale)
         painter.drawImage(rect.topLeft(), scratch, rect);
+    return false;
 }
 
 // Items may paint beyond the region; what of the target lies outside it is worth nothing afterwards.

@@ -105,6 +105,8 @@ private slots:
     void otherPictureUnderTheSameKeyIsShown();
     void itemIsCutAtTheCropAndWholeAfterItsUndo();
     void strokeIsAddedWithoutPaintingTheScene();
+    void figureIsDrawnOverWhatLiesBelow_data();
+    void figureIsDrawnOverWhatLiesBelow();
     void exposureDoesNotPaintTheScene();
     void eachCauseOfARepaintShows();
     void withoutEditorOnlyTheBackgroundIsShown();
@@ -541,6 +543,39 @@ void Tst_EditorView::strokeIsAddedWithoutPaintingTheScene() {
     mouse.release({215, 120});
     QCoreApplication::processEvents();
     QCOMPARE(m_view->scenePaints, scenePaints);
+}
+
+void Tst_EditorView::figureIsDrawnOverWhatLiesBelow_data() {
+    QTest::addColumn<int>("step");
+    QTest::newRow("55 %, scaled on the fly") << 10;
+    QTest::newRow("100 %") << 20;
+}
+
+void Tst_EditorView::figureIsDrawnOverWhatLiesBelow() {
+    QFETCH(int, step);
+    Editor editor; // with the product's own figures
+    capture::load(editor, QStringLiteral("figures"), capture::picture(QSize(200, 140)));
+    editor.setZoomStep(step);
+    m_view->setEditor(&editor);
+    editor.setShape(Editor::Circle);
+    capture::Mouse mouse(m_view->viewport());
+    mouse.press({150, 100});
+    QCoreApplication::processEvents();
+    mouse.move({160, 105}); // what lies below is painted once
+    QCoreApplication::processEvents();
+    const int scenePaints = m_view->scenePaints;
+    PaintCounter counter;
+    m_view->viewport()->installEventFilter(&counter);
+    for (int i = 1; i <= 10; ++i) {
+        mouse.move({160 + i * 5, 105 + i * 3});
+        m_view->viewport()->repaint(); // before the view is quiet long enough for its smooth background
+    }
+    QCOMPARE(counter.paints, 10);
+    QCOMPARE(m_view->scenePaints, scenePaints);
+    mouse.release({220, 140});
+    QCoreApplication::processEvents();
+    QVERIFY(m_view->scenePaints > scenePaints);
+    m_view->setEditor(nullptr);
 }
 
 void Tst_EditorView::exposureDoesNotPaintTheScene() {

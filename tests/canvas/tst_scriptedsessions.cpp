@@ -8,6 +8,7 @@
 #include <QGraphicsProxyWidget>
 #include <QGraphicsTextItem>
 #include <QRandomGenerator>
+#include <QThreadPool>
 #include <QtTest>
 
 #include <array>
@@ -65,6 +66,7 @@ private:
     QImage flattened() { return editor().flatten(true, false).toImage(); }
 
     void fitView();
+    void settle();
     QString check();
     QString viewDiffers();
     QString undoAndRedoDiffer();
@@ -224,8 +226,7 @@ void World::fitView() {
 
 QString World::check() {
     fitView();
-    // What was changed is told to the view in a turn of its own.
-    QCoreApplication::sendPostedEvents();
+    settle();
     if (m_buttonDown || isTextOpen())
         return QString();
     QString problem = viewDiffers();
@@ -234,10 +235,18 @@ QString World::check() {
     if (problem.isEmpty())
         problem = resetAndRedosDiffer();
     if (problem.isEmpty()) {
-        QCoreApplication::sendPostedEvents();
+        settle();
         problem = viewDiffers();
     }
     return problem;
+}
+
+void World::settle() {
+    if (m_buttonDown && editor().shapeType() == Editor::Mosaic)
+        QThreadPool::globalInstance()->waitForDone();
+    // What a job, an item and the scene tell of a change, each in a turn of its own.
+    for (int turn = 0; turn < 4; ++turn)
+        QCoreApplication::sendPostedEvents();
 }
 
 QString World::viewDiffers() {

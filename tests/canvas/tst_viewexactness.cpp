@@ -126,6 +126,7 @@ private:
     QImage screen() const;
     void crop(const QRect &frame);
     void setPen(const QColor &color, int width);
+    static void setFigure(const QColor &line, const QColor &fill);
     void show(const Scene &scene);
     void randomSettings(QRandomGenerator &random, const Tools &tools);
     QPoint randomPoint(QRandomGenerator &random) const;
@@ -201,6 +202,12 @@ void Tst_ViewExactness::setPen(const QColor &color, int width) {
     m_editor->setShape(Editor::Pen);
 }
 
+void Tst_ViewExactness::setFigure(const QColor &line, const QColor &fill) {
+    auto &preferences = *TindraPreferences::instance();
+    preferences.SetInt(TindraPreferences::FigureLineColor, TindraPreferences::colorToInt(line));
+    preferences.SetInt(TindraPreferences::FigureFillColor, TindraPreferences::colorToInt(fill));
+}
+
 QImage Tst_ViewExactness::reference() {
     m_reference->visible = m_editor->visibleRect();
     m_reference->viewport()->setPalette(m_view->viewport()->palette());
@@ -218,8 +225,9 @@ QImage Tst_ViewExactness::reference() {
 void Tst_ViewExactness::compare(const QString &when) {
     // What a mosaic shows during its drag depends on how far its job is.
     QThreadPool::globalInstance()->waitForDone();
-    QCoreApplication::processEvents(); // the scene tells what has changed
-    QCoreApplication::processEvents(); // and that is painted
+    // The job tells that it is done, the item that it has changed, the scene as well, and that is painted.
+    for (int turn = 0; turn < 5; ++turn)
+        QCoreApplication::processEvents();
     const QImage expected = reference();
     QCOMPARE(m_reference->viewportTransform(), m_view->viewportTransform());
     QString message;
@@ -442,9 +450,13 @@ void Tst_ViewExactness::strokeUnderRedoneItemStaysUnderIt() {
 void Tst_ViewExactness::changeInTheMiddleOfADrag_data() {
     QTest::addColumn<std::function<void()>>("change");
     QTest::addColumn<int>("zoomStep");
+    QTest::addColumn<int>("tool");
     const auto row = [](const char *name, const std::function<void()> &change) {
-        for (int step : {6, 20, 30})
-            QTest::addRow("%s at step %d", name, step) << change << step;
+        for (const int step : {6, 20, 30}) {
+            QTest::addRow("%s at step %d, pen", name, step) << change << step << int(Editor::Pen);
+            QTest::addRow("%s at step %d, circle", name, step) << change << step << int(Editor::Circle);
+        }
+        QTest::addRow("%s, mosaic", name) << change << 20 << int(Editor::Mosaic);
     };
     row("zoom in", [this] { m_view->onZoomIn(); });
     row("zoom out", [this] { m_view->onZoomOut(); });
@@ -485,12 +497,15 @@ void Tst_ViewExactness::changeInTheMiddleOfADrag_data() {
 void Tst_ViewExactness::changeInTheMiddleOfADrag() {
     QFETCH(std::function<void()>, change);
     QFETCH(int, zoomStep);
+    QFETCH(int, tool);
+    setFigure(QColor(200, 30, 200, 120), QColor(30, 200, 30, 90));
     show({zoomStep, {280, 200}, {}, {}, false});
     setPen(QColor(200, 30, 30, 120), 9);
     capture::Mouse mouse(m_view->viewport());
     mouse.drag({{90, 60}, {160, 110}, {170, 120}});
     crop(QRect(30, 20, 221, 151));
     setPen(QColor(30, 30, 200, 120), 7);
+    m_editor->setShape(Editor::ShapeType(tool));
     compare(QStringLiteral("before"));
     mouse.press({100, 90});
     mouse.move({120, 100});
@@ -508,8 +523,11 @@ void Tst_ViewExactness::changeInTheMiddleOfADrag() {
 
 void Tst_ViewExactness::changeAndMoveInOneTurn_data() {
     QTest::addColumn<std::function<void()>>("change");
+    QTest::addColumn<int>("tool");
     const auto row = [](const char *name, const std::function<void()> &change) {
-        QTest::newRow(name) << change;
+        QTest::addRow("%s, pen", name) << change << int(Editor::Pen);
+        QTest::addRow("%s, circle", name) << change << int(Editor::Circle);
+        QTest::addRow("%s, mosaic", name) << change << int(Editor::Mosaic);
     };
     row("redo", [this] { m_editor->redo(); });
     row("undo", [this] { m_editor->undo(); });
@@ -525,6 +543,8 @@ void Tst_ViewExactness::changeAndMoveInOneTurn_data() {
 
 void Tst_ViewExactness::changeAndMoveInOneTurn() {
     QFETCH(std::function<void()>, change);
+    QFETCH(int, tool);
+    setFigure(QColor(200, 30, 200, 120), QColor(30, 200, 30, 90));
     show({20, {200, 140}, {}, {}, true});
     setPen(QColor(200, 30, 30, 120), 12);
     capture::Mouse mouse(m_view->viewport());
@@ -533,6 +553,7 @@ void Tst_ViewExactness::changeAndMoveInOneTurn() {
     mouse.drag({{90, 110}, {220, 60}, {221, 60}});
     m_editor->undo();
     setPen(QColor(30, 30, 200, 120), 9);
+    m_editor->setShape(Editor::ShapeType(tool));
     mouse.press({150, 50});
     mouse.move({152, 60});
     compare(QStringLiteral("dragging"));

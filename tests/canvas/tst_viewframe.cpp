@@ -10,6 +10,10 @@ private slots:
     void staleStaysWithinThePicture();
     void tornRegionIsRounded();
     void clearGivesThePictureBack();
+    void underlayStartsAsThePicture();
+    void underlayGoesStaleWithThePicture();
+    void underlayIsBroughtBackInPart();
+    void underlayEndsWithThePicturesSize();
 };
 
 void Tst_ViewFrame::newCircumstancesMakeEverythingStale() {
@@ -69,6 +73,64 @@ void Tst_ViewFrame::clearGivesThePictureBack() {
     QVERIFY(frame.takeStale(QRect(0, 0, 100, 80)).isEmpty());
     frame.adapt(QSize(100, 80), QTransform(), Qt::white);
     QCOMPARE(frame.takeStale(QRect(0, 0, 100, 80)), QRegion(0, 0, 100, 80));
+}
+
+void Tst_ViewFrame::underlayStartsAsThePicture() {
+    ViewFrame frame;
+    QVERIFY(!frame.hasUnderlay());
+    frame.adapt(QSize(100, 80), QTransform(), Qt::white);
+    frame.image().fill(Qt::red);
+    frame.takeStale(QRect(0, 0, 100, 80));
+    frame.markStale(QRect(0, 0, 10, 10));
+    frame.beginUnderlay(QRect(50, 50, 100, 10));
+    QVERIFY(frame.hasUnderlay());
+    QCOMPARE(frame.underlay(), frame.image());
+    const QRegion stale = QRegion(0, 0, 10, 10) + QRegion(50, 50, 50, 10);
+    QCOMPARE(frame.takeStaleUnderlay(), stale);
+    QVERIFY(frame.takeStaleUnderlay().isEmpty());
+    frame.endUnderlay();
+    QVERIFY(!frame.hasUnderlay());
+}
+
+void Tst_ViewFrame::underlayGoesStaleWithThePicture() {
+    ViewFrame frame;
+    const QRect all(0, 0, 100, 80);
+    frame.adapt(all.size(), QTransform(), Qt::white);
+    frame.takeStale(all);
+    frame.beginUnderlay(QRegion());
+    QVERIFY(frame.takeStaleUnderlay().isEmpty());
+    frame.markStale(QRect(90, 10, 40, 5));
+    frame.takeStale(all); // painting the one does not bring the other up to date
+    QCOMPARE(frame.takeStaleUnderlay(), QRegion(90, 10, 10, 5));
+    frame.markAllStale();
+    QCOMPARE(frame.takeStaleUnderlay(), QRegion(all));
+    frame.adapt(all.size(), QTransform::fromTranslate(1, 0), Qt::white);
+    QCOMPARE(frame.takeStaleUnderlay(), QRegion(all));
+}
+
+void Tst_ViewFrame::underlayIsBroughtBackInPart() {
+    ViewFrame frame;
+    frame.adapt(QSize(100, 80), QTransform(), Qt::white);
+    frame.image().fill(Qt::red);
+    frame.beginUnderlay(QRegion());
+    frame.image().fill(Qt::blue);
+    frame.uncover(QRect(10, 20, 5, 5));
+    QCOMPARE(frame.image().pixelColor(10, 20), QColor(Qt::red));
+    QCOMPARE(frame.image().pixelColor(14, 24), QColor(Qt::red));
+    QCOMPARE(frame.image().pixelColor(9, 20), QColor(Qt::blue));
+    QCOMPARE(frame.image().pixelColor(15, 24), QColor(Qt::blue));
+    QCOMPARE(frame.underlay().pixelColor(50, 50), QColor(Qt::red));
+}
+
+void Tst_ViewFrame::underlayEndsWithThePicturesSize() {
+    ViewFrame frame;
+    frame.adapt(QSize(100, 80), QTransform(), Qt::white);
+    frame.beginUnderlay(QRegion());
+    frame.adapt(QSize(90, 80), QTransform(), Qt::white);
+    QVERIFY(!frame.hasUnderlay());
+    frame.beginUnderlay(QRegion());
+    frame.clear();
+    QVERIFY(!frame.hasUnderlay());
 }
 
 QTEST_GUILESS_MAIN(Tst_ViewFrame)

@@ -28,6 +28,8 @@ QRectF DrawingFigureItem::paintedRect() const {
 }
 
 void DrawingFigureItem::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *) {
+    if (m_omitted)
+        return;
     painter->save();
     painter->setPen(figurePen(static_cast<Qt::PenStyle>(m_lineStyle)));
     painter->setClipRect(m_sceneRect, Qt::ReplaceClip);

@@ -20,6 +20,8 @@ public:
     QPainterPath shape() const override;
     QRectF paintedRect() const override;
     void paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget) override;
+    /// Paints nothing meanwhile: for a picture of what lies below and above the figure.
+    void setOmitted(bool omitted) { m_omitted = omitted; }
 
     QRectF drawStart(QPoint pos) override;
     QRectF drawMove(QPoint lastPos, QPoint pos, bool shift) override;
@@ -55,4 +57,5 @@ private:
     void stretch(const QPointF &measured, const QPointF &pos, bool shift);
 
     ShiftRule m_rule;
+    bool m_omitted = false;
 };
