@@ -2,6 +2,7 @@
 #include "canvas/pixelate.h"
 #include "canvas/plainpixelate.h"
 
+#include <QPainter>
 #include <QRandomGenerator>
 #include <QtTest>
 
@@ -44,6 +45,8 @@ private slots:
     void sharedImageIsDetached();
     void eachBandHasAGridOfItsOwn_data();
     void eachBandHasAGridOfItsOwn();
+    void partsOfASnapshotAreThoseOfTheWhole_data();
+    void partsOfASnapshotAreThoseOfTheWhole();
 };
 
 void Tst_Pixelate::equalsAPlainLoop_data() {
@@ -228,7 +231,40 @@ void Tst_Pixelate::eachBandHasAGridOfItsOwn() {
     QImage expected = before;
     for (int top = 0; top < height; top += 3000)
         plainPixelate(expected, QRect(0, top, 7, std::min(3000, height - top)), block);
-    snapshot.read([&](const QImage &image) { QCOMPARE(bytesOf(image), bytesOf(expected)); });
+    QCOMPARE(bytesOf(snapshot.copy(expected.rect())), bytesOf(expected));
+}
+
+void Tst_Pixelate::partsOfASnapshotAreThoseOfTheWhole_data() {
+    QTest::addColumn<QRect>("area");
+    QTest::newRow("in the first band") << QRect(3, 100, 20, 50);
+    QTest::newRow("in a later band") << QRect(3, 3100, 20, 50);
+    QTest::newRow("across two bands") << QRect(3, 2980, 20, 50);
+    QTest::newRow("across all bands") << QRect(3, 2000, 20, 4100);
+    QTest::newRow("beyond the picture's edges") << QRect(-5, -5, 40, 20);
+    QTest::newRow("beyond the last row") << QRect(3, 6190, 20, 50);
+}
+
+void Tst_Pixelate::partsOfASnapshotAreThoseOfTheWhole() {
+    QFETCH(QRect, area);
+    QRandomGenerator random(12);
+    const QImage before = randomImage(random, {30, 6200}, QImage::Format_RGB32);
+    MosaicSnapshot snapshot(before);
+    const auto drawn = [&] {
+        QImage picture(30, 6200, before.format());
+        picture.fill(Qt::red);
+        QPainter painter(&picture);
+        snapshot.draw(&painter, area);
+        painter.end();
+        return picture.copy(area & picture.rect());
+    };
+    const QRect inside = area & before.rect();
+    QCOMPARE(bytesOf(snapshot.copy(area)), bytesOf(before.copy(area)));
+    QCOMPARE(drawn(), before.copy(inside));
+    snapshot.pixelateAll(6);
+    const QImage whole = snapshot.copy(before.rect());
+    QVERIFY(bytesOf(whole.copy(inside)) != bytesOf(before.copy(inside)));
+    QCOMPARE(bytesOf(snapshot.copy(area)), bytesOf(whole.copy(area)));
+    QCOMPARE(drawn(), whole.copy(inside));
 }
 
 QTEST_APPLESS_MAIN(Tst_Pixelate)

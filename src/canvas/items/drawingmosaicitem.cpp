@@ -53,7 +53,7 @@ QRectF DrawingMosaicItem::drawEnd(QPoint lastPos, QPoint pos, bool shift) {
     DrawingFigureItem::drawEnd(lastPos, pos, shift);
     m_job.waitForFinished();
     if (m_snapshot)
-        m_snapshot->read([this](const QImage &all) { m_image = all.copy(m_itemRect.toRect()); });
+        m_image = m_snapshot->copy(m_itemRect.toRect());
     m_snapshot.reset();
     m_finished = true;
     return boundingRect();
@@ -78,7 +78,7 @@ void DrawingMosaicItem::drawFigure(QPainter *painter) const {
         return;
     }
     if (m_snapshot)
-        m_snapshot->read([painter, rect](const QImage &all) { painter->drawImage(rect, all, rect); });
+        m_snapshot->draw(painter, rect);
     painter->setPen(QPen(QBrush(FrameColor), 1.0, Qt::SolidLine, ItemPenCap, Qt::MiterJoin));
     painter->setBrush(Qt::NoBrush);
     painter->drawRect(m_itemRect);

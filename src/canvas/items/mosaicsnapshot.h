@@ -3,29 +3,35 @@
 #include <QImage>
 
 #include <mutex>
+#include <vector>
+
+class QPainter;
 
 /// The picture under a mosaic while it is being pixelated, shared by the item on the GUI thread and its job.
 ///
-/// Every access is locked. The job holds the lock for one band of rows at a time, so that a reader never
-/// waits for more than a band.
+/// The job works on one band of rows at a time, in a copy of that band alone: the first band of a tall
+/// capture is there long before a copy of all of it would be. Readers see a band as it was or done, and never
+/// wait for one.
 class MosaicSnapshot {
 public:
     static constexpr int BandHeight = 3000;
 
+    /// Shares the pixels of `image`.
     explicit MosaicSnapshot(const QImage &image) : m_image(image) {}
 
     /// Pixelates all of it, band by band from the top. Each band has a grid of blocks of its own, so the
     /// last blocks of a band may be cut. One thread, any.
     void pixelateAll(int block);
 
-    /// Calls `reader(const QImage &)` with the picture as far as the job got; the picture is locked
-    /// meanwhile, and `reader` must keep no copy, which would make the job copy all the pixels. Any thread.
-    template <class Reader> void read(Reader reader) const {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        reader(m_image);
-    }
+    /// A part of the picture as far as the job got. Any thread.
+    QImage copy(const QRect &area) const;
+    /// Draws that part in its place. Any thread.
+    void draw(QPainter *painter, const QRect &area) const;
 
 private:
-    mutable std::mutex m_mutex;
-    QImage m_image;
+    std::vector<QImage> doneBands() const;
+
+    const QImage m_image;
+    mutable std::mutex m_mutex; ///< guards the list; a band in it does not change any more
+    std::vector<QImage> m_done; ///< from the top
 };
