@@ -1,0 +1,292 @@
+// usage: canvas-cost
+//
+// The canvas alone, 1920x1080 on a display of that size, with a capture of 3840x2160: the processor time
+// (user and system, of all threads) that a mouse move costs with each tool, beside 0, 100 and 1,000 finished
+// items; that of a zoom step, a scroll step and the selection of another capture until it is painted; and the
+// time from the press of the mosaic to a preview that is right.
+
+#include "canvas/editorview.h"
+#include "canvas/pixelate.h"
+#include "ipc/imageprovider.h"
+#include "preferences/tindrapreferences.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <QThread>
+
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+namespace {
+
+const QSize ViewSize(1920, 1080);
+const QSize CaptureSize(3840, 2160);
+const QSize ScrollCaptureSize(1920, 30000);
+constexpr int Moves = 150;
+constexpr int Runs = 15;
+/// Milliseconds after which a reduced picture has its smooth copy, with a margin.
+constexpr int SmoothAfter = 250;
+constexpr int Half = 9; // the zoom step of 50.5 %
+constexpr int Full = 20;
+constexpr double MoveTargetMs = 0.6;
+constexpr double GrowthTarget = 1.25;
+constexpr double FrameTargetMs = 16;
+constexpr double PreviewTargetMs = 100;
+
+double processorMs() {
+    rusage usage;
+    getrusage(RUSAGE_SELF, &usage);
+    const auto ms = [](const timeval &time) { return time.tv_sec * 1e3 + time.tv_usec / 1e3; };
+    return ms(usage.ru_utime) + ms(usage.ru_stime);
+}
+
+double median(QVector<double> values) {
+    std::sort(values.begin(), values.end());
+    return values.at(values.size() / 2);
+}
+
+void print(const QString &name, double measured, const char *unit, double target) {
+    std::printf("%-58s %8.3f %-4s %8.2f %s\n", qPrintable(name), measured, unit, target,
+                measured <= target ? "met" : "missed");
+    std::fflush(stdout);
+}
+
+QPixmap picture(const QSize &size) {
+    QImage image(size, QImage::Format_RGB32);
+    for (int y = 0; y < size.height(); ++y) {
+        auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
+        for (int x = 0; x < size.width(); ++x)
+            line[x] = qRgb(x / 16, y / 9, (x ^ y) & 255);
+    }
+    return QPixmap::fromImage(image);
+}
+
+class PaintCounter : public QObject {
+public:
+    int paints = 0;
+    bool eventFilter(QObject *, QEvent *event) override {
+        paints += event->type() == QEvent::Paint;
+        return false;
+    }
+};
+
+struct Tool {
+    Editor::ShapeType shape;
+    const char *name;
+};
+
+constexpr Tool Tools[] = {
+    {Editor::Pen, "pen"},
+    {Editor::Highlighter, "highlighter"},
+    {Editor::Line, "line"},
+    {Editor::Arrow, "arrow"},
+    {Editor::Rectangle, "rectangle"},
+    {Editor::Circle, "circle"},
+    {Editor::SpeechBalloon, "balloon"},
+    {Editor::Mosaic, "mosaic"},
+};
+
+/// A view on the screen with its captures, driven by events.
+class Bench {
+public:
+    Bench();
+    void measure();
+
+private:
+    void load(Editor &editor, const char *key, const QSize &size);
+    void rest(int milliseconds);
+    /// Until the view has painted once more.
+    void waitForPaint();
+    template <class Action> double untilPainted(Action action);
+    void send(QEvent::Type type, const QPoint &pos);
+    void addItems(int count);
+    double perMove(Editor::ShapeType tool);
+    void measureMoves(int zoomStep);
+    void measureSteps();
+    void measurePreview();
+
+    EditorView m_view;
+    PaintCounter m_counter;
+    Editor m_capture, m_other;
+};
+
+Bench::Bench() {
+    TindraPreferences::instance()->Init();
+    load(m_capture, "capture", CaptureSize);
+    load(m_other, "other", CaptureSize);
+    m_view.setFrameShape(QFrame::NoFrame);
+    m_view.setWindowFlag(Qt::FramelessWindowHint);
+    m_view.resize(ViewSize);
+    m_view.setEditor(&m_capture);
+    m_view.show();
+    m_view.viewport()->installEventFilter(&m_counter);
+    rest(500);
+}
+
+void Bench::load(Editor &editor, const char *key, const QSize &size) {
+    ImageProvider::instance()->insert(QLatin1String(key), picture(size));
+    editor.setImageKey(QLatin1String(key));
+}
+
+void Bench::rest(int milliseconds) {
+    QElapsedTimer clock;
+    clock.start();
+    while (clock.elapsed() < milliseconds) {
+        QCoreApplication::processEvents();
+        QThread::msleep(1);
+    }
+}
+
+void Bench::waitForPaint() {
+    const int paints = m_counter.paints;
+    while (m_counter.paints == paints)
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+}
+
+template <class Action> double Bench::untilPainted(Action action) {
+    const double begin = processorMs();
+    action();
+    waitForPaint();
+    return processorMs() - begin;
+}
+
+void Bench::send(QEvent::Type type, const QPoint &pos) {
+    const bool move = type == QEvent::MouseMove;
+    const bool up = type == QEvent::MouseButtonRelease;
+    QMouseEvent event(type, pos, m_view.viewport()->mapToGlobal(pos), move ? Qt::NoButton : Qt::LeftButton,
+                      up ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(m_view.viewport(), &event);
+}
+
+/// On the left of the view, where no measured drag comes; of all tools by turns.
+void Bench::addItems(int count) {
+    for (int i = 0; i < count; ++i) {
+        m_capture.setShape(Tools[i % 7].shape);
+        const QPoint from(20 + i * 37 % 700, 20 + i * 53 % 900);
+        send(QEvent::MouseButtonPress, from);
+        send(QEvent::MouseMove, from + QPoint(30 + i % 40, 20));
+        send(QEvent::MouseMove, from + QPoint(60, 10 + i % 50));
+        send(QEvent::MouseButtonRelease, from + QPoint(60, 10 + i % 50));
+    }
+}
+
+double Bench::perMove(Editor::ShapeType tool) {
+    m_capture.setShape(tool);
+    const QPoint from(1100, 300);
+    send(QEvent::MouseButtonPress, from);
+    rest(SmoothAfter);
+    const double begin = processorMs();
+    for (int i = 1; i <= Moves; ++i)
+        untilPainted([&] { send(QEvent::MouseMove, from + QPoint(20 + 3 * i, 20 + 2 * i)); });
+    const double end = processorMs();
+    send(QEvent::MouseButtonRelease, from + QPoint(20 + 3 * Moves, 20 + 2 * Moves));
+    rest(50);
+    m_capture.undo();
+    rest(SmoothAfter);
+    return (end - begin) / Moves;
+}
+
+void Bench::measureMoves(int zoomStep) {
+    m_capture.setZoomStep(zoomStep);
+    m_view.setEditor(nullptr);
+    m_view.setEditor(&m_capture);
+    rest(SmoothAfter);
+    constexpr int Counts[] = {0, 100, 1000};
+    QVector<double> costs[std::size(Tools)];
+    int present = 0;
+    for (const int count : Counts) {
+        addItems(count - present);
+        present = count;
+        rest(SmoothAfter);
+        for (std::size_t tool = 0; tool < std::size(Tools); ++tool)
+            costs[tool].append(perMove(Tools[tool].shape));
+    }
+    m_capture.reset();
+    for (std::size_t tool = 0; tool < std::size(Tools); ++tool) {
+        const QVector<double> &cost = costs[tool];
+        const QString name = QStringLiteral("%1 at %2 %: move beside 0, 100 (%3, %4), 1,000 items")
+                                 .arg(QLatin1String(Tools[tool].name))
+                                 .arg(zoomStep == Full ? 100 : 50)
+                                 .arg(cost.at(0), 0, 'f', 3)
+                                 .arg(cost.at(1), 0, 'f', 3);
+        print(name, cost.at(2), "ms", std::max(MoveTargetMs, cost.at(0) * GrowthTarget));
+    }
+}
+
+void Bench::measureSteps() {
+    for (const int zoomStep : {Full, Half}) {
+        const QString scale = zoomStep == Full ? QStringLiteral("100 %") : QStringLiteral("50 %");
+        QVector<double> zooms, scrolls, selections;
+        m_capture.setZoomStep(zoomStep);
+        m_other.setZoomStep(zoomStep);
+        for (int run = 0; run < Runs; ++run) {
+            m_view.setEditor(&m_capture);
+            rest(SmoothAfter);
+            scrolls.append(untilPainted([&] {
+                QScrollBar *bar = m_view.verticalScrollBar();
+                bar->setValue(bar->value() + (run % 2 ? -17 : 17));
+            }));
+            selections.append(untilPainted([&] { m_view.setEditor(&m_other); }));
+            rest(SmoothAfter);
+            zooms.append(untilPainted([&] { m_view.onZoomOut(); }));
+            m_view.onZoomIn();
+        }
+        print(QStringLiteral("zoom step from %1 to painted").arg(scale), median(zooms), "ms", FrameTargetMs);
+        print(QStringLiteral("scroll step at %1 to painted").arg(scale), median(scrolls), "ms",
+              FrameTargetMs);
+        print(QStringLiteral("another capture at %1 to painted").arg(scale), median(selections), "ms",
+              FrameTargetMs);
+    }
+}
+
+void Bench::measurePreview() {
+    Editor tall;
+    load(tall, "tall", ScrollCaptureSize);
+    m_view.setEditor(&tall);
+    tall.setShape(Editor::Mosaic);
+    const QRect looked(105, 105, 40, 30);
+    QImage right = tall.flatten(false, true).toImage();
+    pixelate(right, QRect(0, 0, right.width(), 3000), 6);
+    right = right.copy(looked);
+    QVector<double> times;
+    for (int run = 0; run < Runs; ++run) {
+        rest(SmoothAfter);
+        QElapsedTimer clock;
+        clock.start();
+        send(QEvent::MouseButtonPress, QPoint(100, 100));
+        send(QEvent::MouseMove, QPoint(160, 150));
+        send(QEvent::MouseMove, QPoint(161, 151));
+        while (m_view.viewport()->grab(looked).toImage().convertToFormat(right.format()) != right) {
+            QCoreApplication::processEvents();
+            if (clock.elapsed() > 10000)
+                qFatal("no preview");
+        }
+        times.append(clock.nsecsElapsed() / 1e6);
+        send(QEvent::MouseButtonRelease, QPoint(161, 151));
+        tall.undo();
+    }
+    m_view.setEditor(nullptr);
+    print(QStringLiteral("mosaic on 1920x30000: press to a right preview"), median(times), "ms",
+          PreviewTargetMs);
+}
+
+void Bench::measure() {
+    measureMoves(Full);
+    measureMoves(Half);
+    measureSteps();
+    measurePreview();
+    m_view.setEditor(nullptr);
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    QApplication application(argc, argv);
+    Bench().measure();
+    return 0;
+}
