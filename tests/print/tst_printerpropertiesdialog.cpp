@@ -21,6 +21,7 @@ private slots:
     void paperBringsItsSizeAndName();
     void unknownPaperStays();
     void nameOfThePrinterIsPlainText();
+    void openListKeepsItsKeys();
 
 private:
     std::unique_ptr<PrinterPropertiesDialog> dialog(const PrinterMode &mode) {
@@ -140,6 +141,21 @@ void Tst_PrinterPropertiesDialog::nameOfThePrinterIsPlainText() {
     const auto *name = shown->findChild<QLabel *>("printerName_"_qs);
     QCOMPARE(name->text(), "<b>Office</b>"_qs);
     QCOMPARE(name->textFormat(), Qt::PlainText);
+}
+
+void Tst_PrinterPropertiesDialog::openListKeepsItsKeys() {
+    const auto shown = dialog(office().mode);
+    shown->show();
+    QVERIFY(QTest::qWaitForWindowActive(shown.get()));
+    for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Return}) {
+        box(*shown, "paper_"_qs)->showPopup();
+        QCoreApplication::processEvents();
+        QVERIFY(QApplication::activePopupWidget());
+        QTest::keyClick(QApplication::activePopupWidget()->windowHandle(), key);
+        QCoreApplication::processEvents();
+        QVERIFY(!QApplication::activePopupWidget());
+        QVERIFY(shown->isVisible());
+    }
 }
 
 QTEST_MAIN(Tst_PrinterPropertiesDialog)

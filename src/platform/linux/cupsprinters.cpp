@@ -183,6 +183,7 @@ class CupsPrinters : public Printers {
 public:
     QStringList names() override {
         m_listed = answerWithin(ListLimit, inBackground<std::vector<CupsQueue::Entry>>(&CupsQueue::list));
+        m_hasListed = true;
         QStringList names;
         for (const CupsQueue::Entry &entry : m_listed)
             names.append(entry.name);
@@ -190,8 +191,10 @@ public:
     }
 
     QString defaultName() override {
-        // Asking the server once more could take as long again.
-        if (m_listed.empty() && names().isEmpty())
+        // Of the list that was asked for last: asking the server once more could take as long again.
+        if (!m_hasListed)
+            names();
+        if (m_listed.empty())
             return {};
         const auto found = std::find_if(m_listed.begin(), m_listed.end(),
                                         [](const CupsQueue::Entry &entry) { return entry.isDefault; });
@@ -206,6 +209,7 @@ public:
 
 private:
     std::vector<CupsQueue::Entry> m_listed;
+    bool m_hasListed = false;
     std::shared_ptr<Deliveries> m_deliveries = std::make_shared<Deliveries>();
 };
 

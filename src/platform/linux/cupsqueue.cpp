@@ -58,9 +58,6 @@ public:
 
     const cups_dest_t *begin() const { return m_list; }
     const cups_dest_t *end() const { return m_list + m_count; }
-    const cups_dest_t *find(const QByteArray &name) const {
-        return cupsGetDest(name.constData(), nullptr, m_count, m_list);
-    }
 
 private:
     cups_dest_t *m_list = nullptr;
@@ -95,10 +92,9 @@ bool contains(ipp_attribute_t *attribute, const char *keyword) {
 /// The library's view of a queue, with what reads it.
 class CupsQueue::Native {
 public:
-    Native(http_t *http, const cups_dest_t *found) : m_http(http) {
-        cupsCopyDest(const_cast<cups_dest_t *>(found), 0, &m_dest);
-        m_info = cupsCopyDestInfo(http, m_dest);
-    }
+    /// Takes the destination over.
+    Native(http_t *http, cups_dest_t *dest)
+        : m_http(http), m_dest(dest), m_info(cupsCopyDestInfo(http, dest)) {}
     ~Native() {
         cupsFreeDestInfo(m_info);
         cupsFreeDests(1, m_dest);
@@ -128,7 +124,7 @@ private:
     int readResolution() const;
 
     http_t *m_http; ///< as long as the description is read
-    cups_dest_t *m_dest = nullptr;
+    cups_dest_t *m_dest;
     cups_dinfo_t *m_info;
 };
 
@@ -179,6 +175,10 @@ QVector<CupsQueueDescription::Media> CupsQueue::Native::readMedia() const {
     for (int i = 0; i < count; ++i) {
         cups_size_t size;
         if (!cupsGetDestMediaByIndex(m_http, m_dest, m_info, i, CUPS_MEDIA_FLAGS_DEFAULT, &size))
+            continue;
+        // The ends of a range of sizes are no sheets.
+        const QByteArray name(size.media);
+        if (name.startsWith("custom_min_") || name.startsWith("custom_max_"))
             continue;
         const Media read = toMedia(size, i);
         const auto same = std::find_if(media.begin(), media.end(), [&read](const Media &other) {
@@ -287,8 +287,8 @@ std::vector<CupsQueue::Entry> CupsQueue::list() {
 
 std::shared_ptr<CupsQueue> CupsQueue::open(const QString &name) {
     const Connection connection;
-    const Destinations destinations(connection.http());
-    const cups_dest_t *found = destinations.find(name.toUtf8());
+    cups_dest_t *found =
+        connection.http() ? cupsGetNamedDest(connection.http(), name.toUtf8().constData(), nullptr) : nullptr;
     if (!found)
         return nullptr;
     auto native = std::make_unique<Native>(connection.http(), found);
@@ -311,7 +311,9 @@ int CupsQueue::createJob(const QByteArray &title, const CupsOptions &options) {
         return 0;
     NativeOptions native;
     for (const auto &[name, value] : options) {
-        if (cupsCheckDestSupported(connection.http(), m_native->dest(), m_native->info(), name.constData(),
+        // More copies than the queue tells of are the queue's to cut.
+        if (name == CUPS_COPIES ||
+            cupsCheckDestSupported(connection.http(), m_native->dest(), m_native->info(), name.constData(),
                                    value.constData()))
             native.add(name, value);
     }
