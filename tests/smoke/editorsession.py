@@ -159,12 +159,12 @@ class EditorTest(unittest.TestCase):
         """The exit code."""
         return process.wait(LIMIT)
 
-    def window_count(self, count):
+    def window_count(self, count, limit=LIMIT):
         """Waits for that many windows."""
-        self.assertTrue(wait_for(lambda: len(windows()) == count), f"not {count} windows but {windows()}")
+        self.assertTrue(wait_for(lambda: len(windows()) == count, limit), f"not {count} windows but {windows()}")
 
-    def press_in_dialog(self, keys, windows_left):
+    def press_in_dialog(self, keys, windows_left, limit=LIMIT):
         """Presses keys in the newest window, as soon as it has the keyboard, and waits for what they do."""
-        self.assertTrue(wait_for(newest_has_keyboard), "the dialog does not become active")
+        self.assertTrue(wait_for(newest_has_keyboard, limit), "the dialog does not become active")
         xdotool("key", *keys.split())
-        self.window_count(windows_left)
+        self.window_count(windows_left, limit)

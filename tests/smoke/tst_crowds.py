@@ -18,9 +18,9 @@ from editorsession import (LIMIT, RESULTS, SOCKET, WORK, EditorTest, png, put_ca
 PAIRS = int(os.environ.get("TINDRA_TEST_STARTS", "10"))
 CONNECTIONS = 500
 LINE_BYTES = 1 << 20
-READ_LIMIT = 1.0  # seconds that the editor gives a connection
 LARGE = (3840, 2160)
 ROWS = 100
+DECODING_LIMIT = 150.0  # seconds; each is decoded to be added and again for its thumbnail, some 20 s of one core
 
 
 def connect():
@@ -55,13 +55,11 @@ class Crowds(EditorTest):
 
     # Connections.
 
-    def test_a_silent_connection_holds_up_for_its_limit(self):
+    def test_a_silent_connection_stops_no_other(self):
         self.hidden_editor()
         with connect():
-            begin = time.monotonic()
             tell("/show")
             self.window_count(1)
-            self.assertLess(time.monotonic() - begin, READ_LIMIT + 2)
         self.hide()
 
     def test_many_connections_at_once(self):
@@ -131,16 +129,16 @@ class Crowds(EditorTest):
             put_capture(f"large{number:03}.png", content)
         editor = self.first()
         tell("/show")
-        self.assertTrue(wait_for(lambda: len(windows()) == 2, 3 * LIMIT), "the captures are not back")
-        self.press_in_dialog("Return", 1)
+        self.window_count(2, DECODING_LIMIT)
+        self.press_in_dialog("Return", 1, DECODING_LIMIT)
         # The list is full: one more is refused, and the selected one stays.
         tell(f"/path \"{put_capture('more.png', png(60, 40, (9, 9, 9)))}\"")
         tell("/autosave")
-        self.assertTrue(wait_for(lambda: any(path.stat().st_size for path in RESULTS.iterdir())))
+        self.assertTrue(wait_for(lambda: any(path.stat().st_size for path in RESULTS.iterdir()), DECODING_LIMIT))
         saved = next(RESULTS.iterdir())
         self.assertEqual(saved.read_bytes()[16:24], content[16:24])  # width and height
         tell("/kill")
-        self.assertEqual(editor.wait(3 * LIMIT), 0)
+        self.assertEqual(editor.wait(DECODING_LIMIT), 0)
         self.assertEqual(len(list(WORK.glob("large*.png"))), ROWS)
 
 
