@@ -50,7 +50,8 @@ MosaicPopup::MosaicPopup(QWidget *parent) : Popup(parent), m_group(new QButtonGr
 }
 
 void MosaicPopup::addOriginal(QHBoxLayout *row) {
-    auto *original = new QWidget(this);
+    // A frame, whose border in the sheet holds the sample where those of the buttons stand.
+    auto *original = new QFrame(this);
     original->setObjectName(QStringLiteral("original_"));
     addSample(original, tr("original"));
     row->addWidget(original);

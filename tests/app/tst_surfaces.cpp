@@ -1,4 +1,3 @@
-#include "app/exitroutine.h"
 #include "app/windowtest.h"
 #include "output/confirmdeletedialog.h"
 #include "output/confirmsavedialog.h"
@@ -13,7 +12,7 @@
 #include "ui/aboutdialog.h"
 #include "ui/builtinstyle.h"
 #include "ui/coachmarkwidget.h"
-#include "ui/wrappinglabel.h"
+#include "ui/debugdialog.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -21,7 +20,6 @@
 #include <QAbstractSpinBox>
 #include <QAccessible>
 #include <QComboBox>
-#include <QFileDialog>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLibraryInfo>
@@ -29,7 +27,6 @@
 #include <QMenu>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QStyleOptionButton>
 #include <QTranslator>
 
 /// Every window, panel, menu and dialog of the program, in Korean and under the real style sheet at the scale
@@ -43,12 +40,8 @@ private slots:
     void init();
     void cleanup() { WindowTest::cleanup(); }
 
-    void textsFit_data() { addSurfaces(); }
-    void textsFit();
-    void textsAreKorean_data() { addSurfaces(); }
-    void textsAreKorean();
-    void controlsHaveNames_data() { addSurfaces(); }
-    void controlsHaveNames();
+    void textsFitAreKoreanAndNameEveryControl_data() { addSurfaces(); }
+    void textsFitAreKoreanAndNameEveryControl();
     void keyboardReachesControlsAndShowsIt_data() { addSurfaces(); }
     void keyboardReachesControlsAndShowsIt();
 
@@ -61,12 +54,17 @@ private:
     };
     static const QVector<Surface> &surfaces();
     static void addSurfaces();
+    // What is wrong in a window, each a list of widgets or texts.
+    static QStringList cutOff(QWidget *window);
+    static QStringList untranslated(QWidget *window);
+    static QStringList withoutName(QWidget *window);
     /// Shows the surface of the present row, lets it be visited and closes it.
     void present(const Visit &visit);
 
     void showWindow(const Visit &visit);
     void showSmallestWindow(const Visit &visit);
     void showSelectMode(const Visit &visit);
+    void showWithoutHistory(const Visit &visit);
     void showCoachmark(const Visit &visit);
     void showMenuOfButton(const Visit &visit);
     void showColorPicker(const Visit &visit);
@@ -228,6 +226,7 @@ const QVector<Tst_Surfaces::Surface> &Tst_Surfaces::surfaces() {
         {"window", &Test::showWindow, nullptr},
         {"window-smallest", &Test::showSmallestWindow, nullptr},
         {"window-select", &Test::showSelectMode, nullptr},
+        {"window-without-history", &Test::showWithoutHistory, nullptr},
         {"coachmark", &Test::showCoachmark, nullptr},
         {"panel-figure", &Test::showMenuOfButton, "figure"},
         {"panel-pen", &Test::showMenuOfButton, "pen"},
@@ -261,6 +260,7 @@ const QVector<Tst_Surfaces::Surface> &Tst_Surfaces::surfaces() {
         {"print-margins", &Test::showPrint, "margins"},
         {"print-none", &Test::showPrint, "none"},
         {"print-settings", &Test::showPrint, "settings"},
+        {"dialog-debug", &Test::showDialog, "debug"},
         {"dialog-exit", &Test::showExitQuestion, nullptr},
         {"dialog-failed", &Test::showFailedCapture, nullptr},
     };
@@ -321,6 +321,12 @@ void Tst_Surfaces::showSmallestWindow(const Visit &visit) {
 void Tst_Surfaces::showSelectMode(const Visit &visit) {
     m_window->findChild<QPushButton *>("historySelectMode_"_qs)->click();
     list()->findChild<QPushButton *>("selectButton_"_qs)->click();
+    settle();
+    visit(m_window.get());
+}
+
+void Tst_Surfaces::showWithoutHistory(const Visit &visit) {
+    m_window->onClickHistoryHide();
     settle();
     visit(m_window.get());
 }
@@ -417,6 +423,8 @@ std::unique_ptr<QDialog> Tst_Surfaces::makeDialog(const QByteArray &name) {
         dialog->setSize({640, 480});
         return dialog;
     }
+    if (name == "debug")
+        return std::make_unique<DebugDialog>(parent);
     if (name == "about")
         return std::make_unique<AboutDialog>(parent);
     if (name == "delete")
@@ -512,47 +520,47 @@ void Tst_Surfaces::showFailedCapture(const Visit &visit) {
     QTRY_VERIFY(answers.isDone());
 }
 
-void Tst_Surfaces::textsFit() {
+QStringList Tst_Surfaces::cutOff(QWidget *window) {
+    QStringList cut;
+    for (const QWidget *widget : partsOf(window)) {
+        if (!textFits(widget))
+            cut << nameOf(widget);
+    }
+    return cut;
+}
+
+QStringList Tst_Surfaces::untranslated(QWidget *window) {
+    // Names, keys, units, formats, addresses and what the user wrote.
+    static const QRegularExpression foreign(
+        "^(Tindra|Office|Letter.*|A\\d \\(.*|Ctrl|Alt|Shift|Win|log_level_\\w+|PNG|JPG|BMP|GIF|WEBP|\\d+px|#[0-9a-fA-F]*|www\\.\\S+|/\\S.*|\\d.*)$"_qs);
+    static const QRegularExpression word("[A-Za-z]{2}"_qs);
+    static const QRegularExpression hangul("[\\x{ac00}-\\x{d7a3}]"_qs);
+    QStringList english;
+    for (const QString &text : textsOf(window)) {
+        if (word.match(text).hasMatch() && !hangul.match(text).hasMatch() && !foreign.match(text).hasMatch())
+            english << text;
+    }
+    return english;
+}
+
+QStringList Tst_Surfaces::withoutName(QWidget *window) {
+    static const QRegularExpression letter("\\w"_qs, QRegularExpression::UseUnicodePropertiesOption);
+    QStringList nameless;
+    for (QWidget *widget : partsOf(window)) {
+        if (isControl(widget) && !letter.match(accessibleNameOf(widget)).hasMatch())
+            nameless << nameOf(widget);
+    }
+    return nameless;
+}
+
+void Tst_Surfaces::textsFitAreKoreanAndNameEveryControl() {
     present([](QWidget *window) {
         const QString folder = qEnvironmentVariable("TINDRA_TEST_PICTURES");
         if (!folder.isEmpty())
             window->grab().save("%1/%2-%3.png"_qs.arg(folder, QString::fromLatin1(QTest::currentDataTag()))
                                     .arg(qRound(scale() * 100)));
-        QStringList cut;
-        for (const QWidget *widget : partsOf(window)) {
-            if (!textFits(widget))
-                cut << nameOf(widget);
-        }
-        QVERIFY2(cut.isEmpty(), qPrintable(cut.join("; "_qs)));
-    });
-}
-
-void Tst_Surfaces::textsAreKorean() {
-    // Names, keys, units, formats, addresses and what the user wrote.
-    static const QRegularExpression foreign(
-        "^(Tindra|Office|Letter.*|A\\d \\(.*|Ctrl|Alt|Shift|Win|PNG|JPG|BMP|GIF|WEBP|\\d+px|#[0-9a-fA-F]*|www\\.\\S+|/\\S.*|\\d.*)$"_qs);
-    static const QRegularExpression word("[A-Za-z]{2}"_qs);
-    static const QRegularExpression hangul("[\\x{ac00}-\\x{d7a3}]"_qs);
-    present([](QWidget *window) {
-        QStringList english;
-        for (const QString &text : textsOf(window)) {
-            if (word.match(text).hasMatch() && !hangul.match(text).hasMatch() &&
-                !foreign.match(text).hasMatch())
-                english << text;
-        }
-        QVERIFY2(english.isEmpty(), qPrintable(english.join("; "_qs)));
-    });
-}
-
-void Tst_Surfaces::controlsHaveNames() {
-    static const QRegularExpression letter("\\w"_qs, QRegularExpression::UseUnicodePropertiesOption);
-    present([](QWidget *window) {
-        QStringList nameless;
-        for (QWidget *widget : partsOf(window)) {
-            if (isControl(widget) && !letter.match(accessibleNameOf(widget)).hasMatch())
-                nameless << nameOf(widget);
-        }
-        QVERIFY2(nameless.isEmpty(), qPrintable(nameless.join("; "_qs)));
+        for (const QStringList &complaints : {cutOff(window), untranslated(window), withoutName(window)})
+            QVERIFY2(complaints.isEmpty(), qPrintable(complaints.join("; "_qs)));
     });
 }
 
@@ -581,8 +589,8 @@ void Tst_Surfaces::keyboardReachesControlsAndShowsIt() {
         // Of buttons that exclude each other Tab comes to one, and the arrows to the others.
         for (QWidget *button : qAsConst(excluding)) {
             button->setFocus();
-            for (const int arrow :
-                 {Qt::Key_Right, Qt::Key_Left, Qt::Key_Down, Qt::Key_Right, Qt::Key_Left, Qt::Key_Down}) {
+            for (const int arrow : {Qt::Key_Right, Qt::Key_Left, Qt::Key_Down, Qt::Key_Right, Qt::Key_Left,
+                                    Qt::Key_Down, Qt::Key_Down}) {
                 for (int presses = 0; presses < (arrow == Qt::Key_Down ? 1 : controls) && !missing.isEmpty();
                      ++presses)
                     press(arrow);
