@@ -7,6 +7,7 @@
 #include <QPixmap>
 #include <QtConcurrent>
 
+#include <functional>
 #include <new>
 
 namespace {
@@ -15,9 +16,9 @@ constexpr int DefaultBlock = 6;
 /// Of the frame around the rectangle while it is dragged.
 const QColor FrameColor(0, 127, 245);
 
-void runJob(MosaicSnapshot &snapshot, int block) {
+void runJob(MosaicSnapshot &snapshot, int block, const std::function<void()> &bandDone) {
     try {
-        snapshot.pixelateAll(block);
+        snapshot.pixelateAll(block, bandDone);
     } catch (const std::bad_alloc &) {
         // The rest of the picture stays as it is; thrown on, this would end the program at the release.
     }
@@ -31,16 +32,21 @@ DrawingMosaicItem::DrawingMosaicItem(const QRectF &sceneRect, QObject *parent, c
         return;
     m_snapshot = std::make_shared<MosaicSnapshot>(snapshot.toImage());
     const int block = TindraPreferences::instance()->GetInt(TindraPreferences::MosaicStrength, DefaultBlock);
-    // A mouse that rests would see the picture as it was before the job got there.
-    connect(&m_job, &QFutureWatcher<void>::finished, this, [this] {
-        if (!m_finished)
-            update();
-    });
-    m_job.setFuture(QtConcurrent::run([shared = m_snapshot, block] { runJob(*shared, block); }));
+    // A mouse that rests would see the picture as it was before the job got there. The destructor waits for
+    // the job, so the item is there as long as the job tells of bands.
+    const auto tell = [this] {
+        QMetaObject::invokeMethod(this, &DrawingMosaicItem::onBandDone, Qt::QueuedConnection);
+    };
+    m_job = QtConcurrent::run([shared = m_snapshot, block, tell] { runJob(*shared, block, tell); });
 }
 
 DrawingMosaicItem::~DrawingMosaicItem() {
     m_job.waitForFinished();
+}
+
+void DrawingMosaicItem::onBandDone() {
+    if (!m_finished)
+        update();
 }
 
 QRectF DrawingMosaicItem::drawStart(QPoint pos) {

@@ -2,7 +2,7 @@
 
 #include "canvas/items/drawingfigureitem.h"
 
-#include <QFutureWatcher>
+#include <QFuture>
 #include <QImage>
 
 #include <memory>
@@ -39,8 +39,10 @@ protected:
     QVariant itemChange(GraphicsItemChange change, const QVariant &value) override;
 
 private:
+    void onBandDone();
+
     bool m_finished = false;
     std::shared_ptr<MosaicSnapshot> m_snapshot;
     QImage m_image;
-    QFutureWatcher<void> m_job;
+    QFuture<void> m_job;
 };

@@ -22,12 +22,15 @@ void copyRows(const QImage &band, int top, const QRect &area, QImage *picture) {
 
 } // namespace
 
-void MosaicSnapshot::pixelateAll(int block) {
+void MosaicSnapshot::pixelateAll(int block, const std::function<void()> &bandDone) {
     for (int y = 0; y < m_image.height(); y += BandHeight) {
         QImage band = m_image.copy(0, y, m_image.width(), std::min(BandHeight, m_image.height() - y));
         pixelate(band, band.rect(), block);
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_done.push_back(band);
+        {
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            m_done.push_back(band);
+        }
+        bandDone();
     }
 }
 

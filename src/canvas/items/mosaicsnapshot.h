@@ -2,6 +2,7 @@
 
 #include <QImage>
 
+#include <functional>
 #include <mutex>
 #include <vector>
 
@@ -20,8 +21,9 @@ public:
     explicit MosaicSnapshot(const QImage &image) : m_image(image) {}
 
     /// Pixelates all of it, band by band from the top. Each band has a grid of blocks of its own, so the
-    /// last blocks of a band may be cut. One thread, any.
-    void pixelateAll(int block);
+    /// last blocks of a band may be cut. Calls `bandDone` after each band. One thread, any.
+    void pixelateAll(
+        int block, const std::function<void()> &bandDone = [] {});
 
     /// A part of the picture as far as the job got. Any thread.
     QImage copy(const QRect &area) const;
