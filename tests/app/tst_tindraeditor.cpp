@@ -60,6 +60,8 @@ private slots:
 
     // Placement
     void windowIsFittedToTheCapture();
+    void hiddenWindowIsFittedToASkippedCapture();
+    void brokenCaptureBringsTheWindowOntoAScreenAndToTheFront();
     void hugeCaptureFillsTheScreen();
     void moveOfTheWindowPlacesWhatFloats();
 
@@ -483,6 +485,30 @@ void Tst_TindraEditor::windowIsFittedToTheCapture() {
     QCOMPARE(m_window->size(), QSize(300 + 200 + 172, 200 + 200 + toolbarHeight) - frame);
     QVERIFY(toolbarHeight < 230 - 100);
     QCOMPARE(m_window->geometry().topLeft(), QPoint(150 - 100, 230 - 100 - toolbarHeight));
+}
+
+void Tst_TindraEditor::hiddenWindowIsFittedToASkippedCapture() {
+    treat("/skip /point 150 230 /path "_qs + capture("a"_qs, {300, 200}));
+    QVERIFY(!m_window->isVisible());
+    const int toolbarHeight = m_window->findChild<QWidget *>("toolbar_"_qs)->height();
+    QCOMPARE(m_window->size(), QSize(300 + 200 + 172, 200 + 200 + toolbarHeight));
+    QCOMPARE(m_window->geometry().topLeft(), QPoint(150 - 100, 230 - 100 - toolbarHeight));
+}
+
+void Tst_TindraEditor::brokenCaptureBringsTheWindowOntoAScreenAndToTheFront() {
+    m_window->move(-5000, -4000);
+    bool isOnScreen = false;
+    int broughtToFront = 0;
+    ModalAnswers answers;
+    answers.add([&](QWidget *dialog) {
+        isOnScreen = m_window->screen()->availableGeometry().contains(m_window->frameGeometry());
+        broughtToFront = m_session->platform->broughtToFront;
+        ModalAnswers::press(dialog, "Ok"_qs);
+    });
+    treat("/path /nothing.png"_qs);
+    QVERIFY(answers.isDone());
+    QVERIFY(isOnScreen);
+    QVERIFY(broughtToFront >= 2); // as it appears, and again where it stays
 }
 
 void Tst_TindraEditor::hugeCaptureFillsTheScreen() {
