@@ -50,8 +50,7 @@ MosaicPopup::MosaicPopup(QWidget *parent) : Popup(parent), m_group(new QButtonGr
 }
 
 void MosaicPopup::addOriginal(QHBoxLayout *row) {
-    // A frame, whose border in the sheet holds the sample where those of the buttons stand.
-    auto *original = new QFrame(this);
+    auto *original = new QWidget(this);
     original->setObjectName(QStringLiteral("original_"));
     addSample(original, tr("original"));
     row->addWidget(original);
