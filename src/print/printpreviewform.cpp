@@ -230,6 +230,7 @@ void PrintPreviewDialog::addPages(QVBoxLayout *column) {
     for (QPushButton *button : {m_toPrevPage, m_toNextPage}) {
         button->setAccessibleName(button->toolTip());
         button->setFixedSize(PageButtonSize, PageButtonSize);
+        button->setEnabled(false); // until the first preview tells what there is to turn to
     }
     auto *row = new QHBoxLayout;
     row->setSpacing(Spacing);
