@@ -46,7 +46,10 @@ int BatchSave::run(const QVector<QPointer<Editor>> &captures) {
     const BusyState busy([this] {
         paintWindows();
         takeResults();
-        freeFailedNames();
+        // The next serial name waits for the file of the last one, which would be for ever if that could not
+        // be written or has been taken away since. What was written and is there still is seen in the folder.
+        if (m_jobs.isEmpty())
+            m_used.clear();
     });
     for (const QPointer<Editor> &editor : captures) {
         if (editor)
@@ -64,8 +67,6 @@ void BatchSave::save(Editor *editor) {
     } else if (editor->saveFlattened(path, true, m_quality)) {
         m_firstPath = path;
         ++m_count;
-    } else {
-        m_failed.append(path);
     }
 }
 
@@ -88,19 +89,10 @@ void BatchSave::waitForJobs(int remaining) {
 void BatchSave::takeResults() {
     while (!m_jobs.isEmpty() && m_jobs.head().written.isFinished()) {
         const Job job = m_jobs.dequeue();
-        if (!job.written.result()) {
-            m_failed.append(job.path);
+        if (!job.written.result())
             continue;
-        }
         ++m_count;
         if (job.editor)
             job.editor->setSavedPath(job.path);
     }
-}
-
-// The next serial name waits for the file of the last one, which would be for ever if that one failed.
-void BatchSave::freeFailedNames() {
-    for (const QString &path : qAsConst(m_failed))
-        m_used.removeOne(path);
-    m_failed.clear();
 }

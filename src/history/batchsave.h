@@ -37,13 +37,11 @@ private:
     void startJob(Editor *editor, const QString &path);
     void waitForJobs(int remaining);
     void takeResults();
-    void freeFailedNames();
 
     QString m_base;
     int m_quality;
     QString m_firstPath;
     int m_count = 0;
-    QStringList m_used;   ///< names given out
-    QStringList m_failed; ///< those whose file could not be written
+    QStringList m_used; ///< names given out
     QQueue<Job> m_jobs;
 };

@@ -41,6 +41,8 @@ private slots:
     void folderThatTakesNoFile();
     void partOfTheRows_data();
     void partOfTheRows();
+    void fileTakenAwayHoldsUpNothing_data();
+    void fileTakenAwayHoldsUpNothing();
     void waitCursorShowsDuringTheBatch();
     void rowThatGoesMeanwhileIsPassedOver();
     void rowThatComesDuringTheDialogIsNotMeant();
@@ -327,6 +329,30 @@ void Tst_BatchSave::partOfTheRows() {
     QCOMPARE(written().size(), 2);
     for (int row = 0; row < 3; ++row)
         QCOMPARE(editor(row)->isSaved(), row != brokenRow);
+}
+
+void Tst_BatchSave::fileTakenAwayHoldsUpNothing_data() {
+    QTest::addColumn<int>("takenRow");
+    QTest::newRow("the first") << 2;
+    QTest::newRow("from the pool") << 1;
+}
+
+// As an uploader does that watches the folder: the number is free again, and no worker will ever write it.
+void Tst_BatchSave::fileTakenAwayHoldsUpNothing() {
+    QFETCH(int, takenRow);
+    nameBy(FileNameUtil::Serial);
+    preferences()->SetBool(P::ShowPostSaveAllDlg, true);
+    addThree();
+    Editor *taken = editor(takenRow);
+    connect(taken, &Editor::imageSaved, this, [taken] { QVERIFY(QFile::remove(taken->savedPath())); });
+    m_answers->addPress("save"_qs);
+    m_answers->addPress("Close"_qs);
+    button("historySaveImages_")->click();
+    QVERIFY(m_answers->isDone());
+    QVERIFY(m_answers->texts().last().startsWith("Saved captured 3 images."_qs));
+    QCOMPARE(written(), (QStringList{"0001.png"_qs, "0002.png"_qs}));
+    QCOMPARE(widthOf("0001.png"_qs), takenRow == 2 ? 12 : 11);
+    QCOMPARE(widthOf("0002.png"_qs), 13);
 }
 
 void Tst_BatchSave::waitCursorShowsDuringTheBatch() {
