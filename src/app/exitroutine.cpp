@@ -13,7 +13,12 @@
 #include <QWidget>
 
 ExitRoutine::ExitRoutine(QWidget *window, HistoryWidget *history)
-    : QObject(window), m_window(window), m_history(history) {}
+    : QObject(window), m_window(window), m_history(history) {
+    connect(m_history, &HistoryWidget::imagesWritten, this, [this] {
+        if (m_isHeld)
+            start();
+    });
+}
 
 void ExitRoutine::start() {
     if (m_isQueued || m_left)
@@ -24,6 +29,11 @@ void ExitRoutine::start() {
 
 void ExitRoutine::run() {
     m_isQueued = false;
+    // A batch processes events while it writes. An exit in its middle would delete what is still to be
+    // written.
+    m_isHeld = !m_killRequested && m_history->isWritingImages();
+    if (m_isHeld)
+        return;
     // Read before the question: a further request while it is open is refused and takes the flag back.
     const bool exitRequested = m_exitRequested;
     const bool confirmed = confirm();

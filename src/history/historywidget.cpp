@@ -315,8 +315,11 @@ int HistoryWidget::saveImages(const QVector<QPointer<Editor>> &captures, QString
     BatchSave batch(FileNameUtil::generateFileName(folder, false),
                     SaveFlow::qualityFor(FileNameUtil::currentFileSuffix()));
     // The oldest capture gets the lowest number.
+    m_writingImages = true;
     const int count = batch.run({captures.crbegin(), captures.crend()});
+    m_writingImages = false;
     firstPath = batch.firstPath();
+    emit imagesWritten();
     return count;
 }
 

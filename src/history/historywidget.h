@@ -50,6 +50,8 @@ public:
     /// How many captures fit before the list is full.
     int freeRows() const;
     bool hasUnsavedImages() const;
+    /// Whether a batch of captures is being written at this moment.
+    bool isWritingImages() const { return m_writingImages; }
     void select(HistoryListWidgetItem *item);
     void selectNextRow();
     void selectPreviousRow();
@@ -74,6 +76,8 @@ signals:
     void itemSelectionChanged(History *history);
     void shortcutDelete(HistoryListWidgetItem *item);
     void historyHide();
+    /// A batch of captures has been written, as far as that was possible.
+    void imagesWritten();
 
 public slots:
     void onEmptyEditor(bool isEmpty);
@@ -105,6 +109,7 @@ private:
 
     SaveFlow m_saveFlow;
     bool m_savingImages = false;
+    bool m_writingImages = false;
     QPushButton *m_historyHide;
     QLabel *m_historyTitle;
     QPushButton *m_historySelectMode;

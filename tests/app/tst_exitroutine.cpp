@@ -46,6 +46,8 @@ private slots:
     void endOfTheSessionSavesThePreferencesFirst();
     void endOfTheSessionEndsTheOpenItem();
     void endOfTheSessionAsksNothing();
+    void batchIsWrittenBeforeTheEnd_data();
+    void batchIsWrittenBeforeTheEnd();
     void twoKillsEndOnce();
     void killInsideTheQuestionEndsOnce();
     void leavingIsToldBeforeTheFilesGo();
@@ -290,6 +292,36 @@ void Tst_ExitRoutine::endOfTheSessionAsksNothing() {
     QVERIFY(answers.isDone());
     QCOMPARE(messages(), (Messages{0x867}));
     QVERIFY(!QFile::exists(file));
+}
+
+void Tst_ExitRoutine::batchIsWrittenBeforeTheEnd_data() {
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<bool>("endsInside");
+    QTest::newRow("exit") << "/close" << false;
+    QTest::newRow("kill") << "/kill" << true;
+}
+
+void Tst_ExitRoutine::batchIsWrittenBeforeTheEnd() {
+    QFETCH(QString, line);
+    preferences()->SetBool(TindraPreferences::ShowPostSaveAllDlg, false);
+    preferences()->SetInt(TindraPreferences::FileNameType, FileNameUtil::Custom);
+    preferences()->SetString(TindraPreferences::FileNameTamplate, "shot"_qs);
+    for (const QString &name : {"a"_qs, "b"_qs, "c"_qs})
+        addCapture(name);
+    forgetMessages();
+    bool endedInside = false;
+    connect(list()->rowItem(2)->editor(), &Editor::imageSaved, this, [&] {
+        treat(line);
+        QCoreApplication::processEvents(); // as the batch does between two files
+        endedInside = m_window->hasLeft();
+    });
+    ModalAnswers answers;
+    answers.addPress("save"_qs);
+    QVERIFY(quits([this] { m_window->findChild<QPushButton *>("historySaveImages_"_qs)->click(); }));
+    QVERIFY(answers.isDone());
+    QTEST(endedInside, "endsInside");
+    QCOMPARE(QDir(m_target->path()).entryList({"shot_*.png"_qs}, QDir::Files).size(), 3);
+    QCOMPARE(messages().count(0x867), 1);
 }
 
 void Tst_ExitRoutine::twoKillsEndOnce() {
