@@ -1,4 +1,6 @@
 #include "app/windowtest.h"
+#include "history/historybutton.h"
+#include "history/historybuttonwidget.h"
 
 /// The tool of the scene, the button that shows it and the preference that remembers it.
 class Tst_ToolSelection : public WindowTest {
@@ -162,8 +164,15 @@ void Tst_ToolSelection::drawingsLiveWithTheirCapture() {
     markSaved(1);
     const auto *panel = m_window->findChild<HistoryWidget *>();
     QVERIFY(!panel->hasUnsavedImages());
+    const auto *button = list()->rowWidget(list()->rowItem(1))->findChild<HistoryButton *>();
+    const auto *mark = button->findChild<QWidget *>("saveIcon_"_qs);
+    QVERIFY(button->isImageSaved());
+    QVERIFY(mark->isVisible());
     drawStroke();
     QVERIFY(panel->hasUnsavedImages());
+    QVERIFY(!button->isImageSaved());
+    QVERIFY(!mark->isVisible());
+    QCOMPARE(button->overlay().alpha(), 0);
 }
 
 void Tst_ToolSelection::copyGoesToTheClipboard() {

@@ -7,6 +7,7 @@
 #include "support/session.h"
 #include "ui/debouncefunc.h"
 #include "ui/throttlefunc.h"
+#include "ui/uistyler.h"
 
 #include <QGraphicsRectItem>
 #include <QtTest>
@@ -26,6 +27,8 @@ private slots:
     void drawingShowsInTheThumbnail();
     void cropShowsInTheThumbnail();
     void cachedPictureIsScaledOnly();
+    void changeOfScaleScalesThePictureOnly();
+    void changeOfScaleWithoutAPictureWaits();
     void missingPictureKeepsTheThumbnail();
     void pinIsOfferedForFilesOnly();
     void detachedRowStaysQuiet();
@@ -145,6 +148,25 @@ void Tst_HistoryButtonWidget::cachedPictureIsScaledOnly() {
     QCOMPARE(thumbnailColor(), QColor(Qt::white));
     m_row->updateThumbnail(false);
     QCOMPARE(thumbnailColor(), QColor(Qt::red));
+}
+
+void Tst_HistoryButtonWidget::changeOfScaleScalesThePictureOnly() {
+    add(Session::captureFile("a"_qs, {80, 80}, Qt::white));
+    m_row->updateThumbnail(false);
+    editor()->setImageKey(Session::captureFile("b"_qs, {80, 80}, Qt::red));
+    m_button->setIconSize({40, 40});
+    UIStyler::applyScale(m_row, 1.5);
+    QCOMPARE(m_button->thumbnail().size(), m_button->iconSize());
+    QVERIFY(m_button->thumbnail().size() != QSize(80, 80));
+    QCOMPARE(thumbnailColor(), QColor(Qt::white));
+}
+
+void Tst_HistoryButtonWidget::changeOfScaleWithoutAPictureWaits() {
+    add(Session::captureFile("a"_qs));
+    UIStyler::applyScale(m_row, 1.5);
+    QVERIFY(m_button->thumbnail().isNull());
+    QCoreApplication::processEvents();
+    QVERIFY(!m_button->thumbnail().isNull());
 }
 
 void Tst_HistoryButtonWidget::missingPictureKeepsTheThumbnail() {
