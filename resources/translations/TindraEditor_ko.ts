@@ -1181,6 +1181,10 @@ please change save folder.</source>
         <source>execute file (*.exe);;batch file (*.bat)</source>
         <translation>실행 파일 (*.exe);;배치 파일 (*.bat)</translation>
     </message>
+    <message>
+        <source>all files (*)</source>
+        <translation>모든 파일 (*)</translation>
+    </message>
 </context>
 <context>
     <name>ImageToolWidget</name>

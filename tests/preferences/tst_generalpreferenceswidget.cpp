@@ -17,6 +17,7 @@ private slots:
     void boxesShowAndStoreSettings();
     void titlesStandInOrder();
     void colorIsShownAndStored();
+    void defaultColorIsRed();
     void unknownColorBecomesTheFirst();
     void colorsFollowTheScale_data();
     void colorsFollowTheScale();
@@ -36,6 +37,7 @@ private:
     bool isOn(const char *name) const { return child<QCheckBox>(name)->isChecked(); }
     /// Brings a box into that state without a click.
     void set(const char *name, bool on) const { child<QCheckBox>(name)->setChecked(on); }
+    void setDefaults() const { m_dialog->findChild<GeneralPreferencesWidget *>()->setDefaults(); }
 };
 
 void Tst_GeneralPreferencesWidget::boxesShowAndStoreSettings_data() {
@@ -70,7 +72,8 @@ void Tst_GeneralPreferencesWidget::boxesShowAndStoreSettings() {
     m_dialog->loadAll();
     QCOMPARE(box->isChecked(), !byDefault);
 
-    box->setChecked(byDefault);
+    setDefaults();
+    QCOMPARE(box->isChecked(), byDefault);
     QCOMPARE(preferences()->GetBool(id, byDefault), !byDefault);
     click("ok_");
     QCOMPARE(preferences()->GetBool(id, !byDefault), byDefault);
@@ -104,6 +107,21 @@ void Tst_GeneralPreferencesWidget::colorIsShownAndStored() {
     colors->setCurrentIndex(colors->findText("Blue"_qs));
     click("ok_");
     QCOMPARE(preferences()->GetInt(P::LineColor, 0), int(0xFFFF0000));
+}
+
+void Tst_GeneralPreferencesWidget::defaultColorIsRed() {
+    const int purple = int(0xFF800080);
+    openDialog();
+    auto *colors = child<QComboBox>("guidelineColor_");
+    QCOMPARE(colors->currentText(), "Red"_qs);
+    preferences()->SetInt(P::LineColor, purple);
+    m_dialog->loadAll();
+    QCOMPARE(colors->currentText(), "Purple"_qs);
+    setDefaults();
+    QCOMPARE(colors->currentText(), "Red"_qs);
+    QCOMPARE(preferences()->GetInt(P::LineColor, 0), purple);
+    click("ok_");
+    QCOMPARE(preferences()->GetInt(P::LineColor, 0), int(0xFF0000FF));
 }
 
 void Tst_GeneralPreferencesWidget::unknownColorBecomesTheFirst() {
@@ -169,13 +187,13 @@ void Tst_GeneralPreferencesWidget::fileBrowserExcludesAutoSave() {
     set("showFileDlgAfterCapture_", browser);
     set("useAutoSave_", autoSave);
     ModalAnswers answers;
-    if (answer == "close"_qs)
-        answers.addClose();
-    else if (!answer.isEmpty())
-        answers.addPress(answer);
+    QString icon;
+    if (!answer.isEmpty())
+        answerMessage(answers, answer, icon);
     click("showFileDlgAfterCapture_");
     QVERIFY(answers.isDone());
     if (!answer.isEmpty()) {
+        QCOMPARE(icon, "Information"_qs);
         QCOMPARE(answers.texts(), QStringList{"You use auto save.\nIf you enable \"Show file browser after "
                                               "capture\" option\n\"Use auto save\" will be disabled."_qs});
     }
@@ -195,9 +213,11 @@ void Tst_GeneralPreferencesWidget::skippingNeedsTheClipboard_data() {
     QTest::newRow("skip, with clipboard") << skip << false << true << "" << true << true;
     QTest::newRow("skip, ok") << skip << false << false << "Ok" << true << true;
     QTest::newRow("skip, cancel") << skip << false << false << "Cancel" << false << false;
+    QTest::newRow("skip, closed") << skip << false << false << "close" << false << false;
     QTest::newRow("skip no more") << skip << true << true << "" << false << true;
     QTest::newRow("no clipboard, ok") << clipboard << true << true << "Ok" << true << true;
     QTest::newRow("no clipboard, cancel") << clipboard << true << true << "Cancel" << false << false;
+    QTest::newRow("no clipboard, closed") << clipboard << true << true << "close" << false << false;
     QTest::newRow("no clipboard, not skipping") << clipboard << false << true << "" << false << false;
     QTest::newRow("clipboard") << clipboard << true << false << "" << true << true;
 }
@@ -211,11 +231,13 @@ void Tst_GeneralPreferencesWidget::skippingNeedsTheClipboard() {
     set("skipEditorWnd_", skip);
     set("copyToClipboard_", clipboard);
     ModalAnswers answers;
+    QString icon;
     if (!answer.isEmpty())
-        answers.addPress(answer);
+        answerMessage(answers, answer, icon);
     click(qPrintable(clicked));
     QVERIFY(answers.isDone());
     if (!answer.isEmpty()) {
+        QCOMPARE(icon, "Information"_qs);
         QCOMPARE(answers.texts(), QStringList{"If you want to skip editor window\nyou must check \"Copy "
                                               "captured image to clipboard\"."_qs});
     }

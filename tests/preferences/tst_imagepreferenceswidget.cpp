@@ -44,6 +44,7 @@ private slots:
     void autoSaveExcludesFileBrowser();
     void folderIsChosen();
     void cancelledFolderStays();
+    void browsingBeginsWhereEmptyPathSaves();
     void lockedFolderIsRefused();
 
     // Presets
@@ -140,6 +141,7 @@ void Tst_ImagePreferencesWidget::texts() {
                           "Edit Tool Preferences"_qs, "Edit tool"_qs}));
     QCOMPARE(child<QPushButton>("setFileNameFormat_")->text(), "set file name format"_qs);
     QCOMPARE(child<QCheckBox>("useAutoSave_")->text(), "Use auto save"_qs);
+    QCOMPARE(child<QPushButton>("addPreset_")->text(), "Add"_qs);
     QCOMPARE(child<QPushButton>("deletePreset_")->text(), "Delete"_qs);
     QCOMPARE(child<QPushButton>("editPreset_")->text(), "Edit"_qs);
     const auto *format = child<QComboBox>("format_");
@@ -363,6 +365,7 @@ void Tst_ImagePreferencesWidget::autoSaveExcludesFileBrowser_data() {
     QTest::newRow("unchecked, browser on") << true << true << "" << false << true;
     QTest::newRow("checked, ok") << false << true << "Ok" << true << false;
     QTest::newRow("checked, cancel") << false << true << "Cancel" << false << true;
+    QTest::newRow("checked, closed") << false << true << "close" << false << true;
 }
 
 void Tst_ImagePreferencesWidget::autoSaveExcludesFileBrowser() {
@@ -375,15 +378,13 @@ void Tst_ImagePreferencesWidget::autoSaveExcludesFileBrowser() {
     autoSaveBox->setChecked(autoSave);
     browserBox->setChecked(browser);
     ModalAnswers answers;
-    if (!answer.isEmpty()) {
-        answers.add([answer](QWidget *dialog) {
-            QCOMPARE(dialog->windowTitle(), "Tindra"_qs);
-            ModalAnswers::press(dialog, answer);
-        });
-    }
+    QString icon;
+    if (!answer.isEmpty())
+        answerMessage(answers, answer, icon);
     autoSaveBox->click();
     QVERIFY(answers.isDone());
     if (!answer.isEmpty()) {
+        QCOMPARE(icon, "Information"_qs);
         QCOMPARE(answers.texts(), QStringList{"If you enable \"Use auto save\" option\n\"Show file browser "
                                               "after capture\" will be disabled."_qs});
     }
@@ -422,6 +423,22 @@ void Tst_ImagePreferencesWidget::cancelledFolderStays() {
     QCOMPARE(child<QLineEdit>("savePath_")->text(), "/some/where"_qs);
 }
 
+void Tst_ImagePreferencesWidget::browsingBeginsWhereEmptyPathSaves() {
+    QVERIFY(QDir().mkpath(pictures()));
+    QVERIFY(QDir::current() != QDir(pictures()));
+    preferences()->SetBool(P::AutoSave, true);
+    openDialog(1);
+    QString folder;
+    ModalAnswers answers;
+    answers.add([&folder](QWidget *widget) {
+        folder = qobject_cast<QFileDialog *>(widget)->directory().absolutePath();
+        widget->close();
+    });
+    click("browseSavePath_");
+    QVERIFY(answers.isDone());
+    QCOMPARE(folder, pictures());
+}
+
 // An administrator may write into every folder there is, so this one goes once it is chosen.
 void Tst_ImagePreferencesWidget::lockedFolderIsRefused() {
     QTemporaryDir folder;
@@ -430,13 +447,16 @@ void Tst_ImagePreferencesWidget::lockedFolderIsRefused() {
     openDialog(1);
     ModalAnswers answers;
     chooseFile(answers, folder.path(), {}, [&folder] { folder.remove(); });
-    answers.add([](QWidget *message) {
+    QString icon;
+    answers.add([&icon](QWidget *message) {
+        icon = iconOf(message);
         QCOMPARE(message->windowTitle(), "Tindra"_qs);
         QCOMPARE(message->findChildren<QAbstractButton *>().size(), 1);
         ModalAnswers::press(message, "Ok"_qs);
     });
     click("browseSavePath_");
     QVERIFY(answers.isDone());
+    QCOMPARE(icon, "Warning"_qs);
     QCOMPARE(answers.texts().last(), "It`s not readable or writable. Please choose another."_qs);
     QCOMPARE(child<QLineEdit>("savePath_")->text(), "/some/where"_qs);
 }
@@ -642,15 +662,18 @@ void Tst_ImagePreferencesWidget::cancelledDialogsChangeNothing() {
 }
 
 void Tst_ImagePreferencesWidget::toolIsChosen_data() {
+    QTest::addColumn<QString>("name");
     QTest::addColumn<bool>("byLink");
-    QTest::newRow("file") << false;
-    QTest::newRow("symbolic link") << true;
+    QTest::newRow("file") << "tool.exe" << false;
+    QTest::newRow("symbolic link") << "tool.exe" << true;
+    QTest::newRow("program of this system") << "tool" << false;
 }
 
 void Tst_ImagePreferencesWidget::toolIsChosen() {
+    QFETCH(QString, name);
     QFETCH(bool, byLink);
     QTemporaryDir folder;
-    const QString tool = QDir(folder.path()).canonicalPath() + "/tool.exe"_qs;
+    const QString tool = QDir(folder.path()).canonicalPath() + QLatin1Char('/') + name;
     const QString link = QDir(folder.path()).canonicalPath() + "/link.exe"_qs;
     QFile file(tool);
     QVERIFY(file.open(QIODevice::WriteOnly));
@@ -659,7 +682,9 @@ void Tst_ImagePreferencesWidget::toolIsChosen() {
     openDialog(1);
     ModalAnswers answers;
     chooseFile(answers, byLink ? link : tool, [](QFileDialog *dialog) {
-        QCOMPARE(dialog->nameFilters(), (QStringList{"execute file (*.exe)"_qs, "batch file (*.bat)"_qs}));
+        QCOMPARE(dialog->nameFilters(),
+                 (QStringList{"execute file (*.exe)"_qs, "batch file (*.bat)"_qs, "all files (*)"_qs}));
+        QCOMPARE(dialog->selectedNameFilter(), "all files (*)"_qs);
     });
     click("browseEditTool_");
     QVERIFY(answers.isDone());

@@ -240,7 +240,8 @@ void ImagePreferencesWidget::onClickSetFileNameFormat() {
 }
 
 void ImagePreferencesWidget::onClickBrowseSavePath() {
-    const QString folder = QFileDialog::getExistingDirectory(this, tr("browse folder"), m_savePath->text());
+    const QString folder = QFileDialog::getExistingDirectory(
+        this, tr("browse folder"), FileNameUtil::folderOrDefault(m_savePath->text()));
     if (folder.isEmpty())
         return;
     if (!isDirectoryWritable(folder)) {
@@ -252,8 +253,11 @@ void ImagePreferencesWidget::onClickBrowseSavePath() {
 }
 
 void ImagePreferencesWidget::onClickBrowseEditTool() {
-    const QString path = QFileDialog::getOpenFileName(this, QString(), QString(),
-                                                      tr("execute file (*.exe);;batch file (*.bat)"));
+    // Programs of this system have no such endings, so the browser begins with all files.
+    const QString allFiles = tr("all files (*)");
+    const QString filters = tr("execute file (*.exe);;batch file (*.bat)") + QStringLiteral(";;") + allFiles;
+    QString selected = allFiles;
+    const QString path = QFileDialog::getOpenFileName(this, QString(), QString(), filters, &selected);
     if (path.isEmpty())
         return;
     const QFileInfo tool(path);
