@@ -68,9 +68,12 @@ void PreferencesDialog::addPages() {
     m_preferencesList->setSelectionMode(QAbstractItemView::SingleSelection);
     m_preferencesList->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_preferencesList->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    const auto add = [this](PreferencesPage *page, const QString &text, const QString &icon) {
+    const auto add = [this](PreferencesPage *page, const QString &text, const QString &picture) {
         m_preferencesPages->addWidget(page);
-        m_pages.append({page, new QListWidgetItem(QIcon(icon), text, m_preferencesList)});
+        QIcon icon(picture);
+        // The style would tint the selected one, as if it were half disabled.
+        icon.addFile(picture, QSize(), QIcon::Selected);
+        m_pages.append({page, new QListWidgetItem(icon, text, m_preferencesList)});
     };
     add(&m_general, tr("General"), QStringLiteral(":/res/preferences/general.svg"));
     add(&m_image, tr("Capture"), QStringLiteral(":/res/preferences/image.svg"));
