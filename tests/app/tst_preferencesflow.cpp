@@ -15,6 +15,8 @@ private slots:
 
     void everyRoadOpensThem_data();
     void everyRoadOpensThem();
+    void openingIsToldBeforeItIsSeen_data();
+    void openingIsToldBeforeItIsSeen();
     void keyWorksWhereverTheMenuIs_data();
     void keyWorksWhereverTheMenuIs();
     void entryStandsInTheMenu();
@@ -84,6 +86,34 @@ void Tst_PreferencesFlow::everyRoadOpensThem() {
     QCOMPARE(m_session->platform->posted, (QVector<Event>{{0x865, 0, 0}}));
     QVERIFY(m_session->platform->broughtToFront > 0);
     QCOMPARE(dialog()->focusWidget(), child<QWidget>("preferencesList_"));
+}
+
+void Tst_PreferencesFlow::openingIsToldBeforeItIsSeen_data() {
+    QTest::addColumn<bool>("modal");
+    QTest::newRow("modeless") << false;
+    QTest::newRow("modal") << true;
+}
+
+// The capture process hears of the dialog once it is filled, and before the user can press anything in it.
+void Tst_PreferencesFlow::openingIsToldBeforeItIsSeen() {
+    QFETCH(bool, modal);
+    preferences()->SetBool(TindraPreferences::TrayMode, false);
+    QStringList atTheMessage;
+    m_session->platform->onPost = [this, &atTheMessage](quint32 message) {
+        const auto *dialog = m_window->findChild<PreferencesDialog *>();
+        if (message != 0x865 || !dialog)
+            return;
+        atTheMessage.append(dialog->isVisible() ? "visible"_qs : "hidden"_qs);
+        atTheMessage.append("page %1"_qs.arg(dialog->findChild<QListWidget *>()->currentRow()));
+        atTheMessage.append(dialog->findChild<QCheckBox *>("trayMode_"_qs)->isChecked() ? "default"_qs
+                                                                                        : "loaded"_qs);
+    };
+    ModalAnswers answers;
+    if (modal)
+        answers.addClose();
+    m_window->onClickPreference(2, modal);
+    QVERIFY(answers.isDone());
+    QCOMPARE(atTheMessage, (QStringList{"hidden"_qs, "page 2"_qs, "loaded"_qs}));
 }
 
 void Tst_PreferencesFlow::keyWorksWhereverTheMenuIs_data() {
@@ -261,22 +291,28 @@ void Tst_PreferencesFlow::hideButtonsAreTold_data() {
     QTest::addColumn<bool>("modal");
     QTest::addColumn<bool>("before");
     QTest::addColumn<bool>("after");
+    QTest::addColumn<QString>("button");
     QTest::addColumn<int>("bits");
-    QTest::newRow("turned on") << false << false << true << 2;
-    QTest::newRow("turned on, modal") << true << false << true << 3;
-    QTest::newRow("stays on") << false << true << true << 0;
-    QTest::newRow("turned off, modal") << true << true << false << 1;
+    QTest::newRow("turned on") << false << false << true << "ok" << 2;
+    QTest::newRow("turned on, modal") << true << false << true << "ok" << 3;
+    QTest::newRow("stays on") << false << true << true << "ok" << 0;
+    QTest::newRow("turned off, modal") << true << true << false << "ok" << 1;
+    // Without an OK the message tells what is stored.
+    QTest::newRow("cancelled") << false << false << true << "cancel" << 0;
+    QTest::newRow("cancelled, stored on") << false << true << false << "cancel" << 2;
+    QTest::newRow("cancelled, stored on, modal") << true << true << false << "cancel" << 3;
 }
 
 void Tst_PreferencesFlow::hideButtonsAreTold() {
     QFETCH(bool, modal);
     QFETCH(bool, before);
     QFETCH(bool, after);
+    QFETCH(QString, button);
     QFETCH(int, bits);
     preferences()->SetBool(TindraPreferences::HideButtons, before);
-    const auto answer = [after](QWidget *widget) {
+    const auto answer = [after, button](QWidget *widget) {
         widget->findChild<QCheckBox *>("hideButtons_"_qs)->setChecked(after);
-        ModalAnswers::press(widget, "ok"_qs);
+        ModalAnswers::press(widget, button);
     };
     ModalAnswers answers;
     if (modal)
@@ -285,7 +321,7 @@ void Tst_PreferencesFlow::hideButtonsAreTold() {
     if (!modal)
         answer(dialog());
     QVERIFY(answers.isDone());
-    QCOMPARE(m_session->platform->posted.last(), (Event{0x866, 1, bits}));
+    QCOMPARE(m_session->platform->posted.last(), (Event{0x866, quint64(button == "ok"_qs ? 1 : 0), bits}));
 }
 
 void Tst_PreferencesFlow::openDialogEndsWithTheWindow() {

@@ -125,7 +125,9 @@ void Tst_PreferencesRoundTrip::everyWidgetHasItsKey() {
     QFETCH(QString, key);
     QFETCH(QString, stored);
     openDialog();
+    const QVector<QVariant> before = DialogTest::stored();
     setWidgetState(widget(qPrintable(name)), state);
+    QCOMPARE(DialogTest::stored(), before);
     accept();
     // This key, this widget, and nothing else.
     QCOMPARE(changes(), (Found{{key, stored}, {name, state}}));
@@ -133,6 +135,7 @@ void Tst_PreferencesRoundTrip::everyWidgetHasItsKey() {
 
 void Tst_PreferencesRoundTrip::fileNameStyle() {
     openDialog(1);
+    const QVector<QVariant> before = stored();
     ModalAnswers answers;
     answers.add([](QWidget *names) {
         names->findChild<QAbstractButton *>("radioCustom_"_qs)->setChecked(true);
@@ -141,6 +144,7 @@ void Tst_PreferencesRoundTrip::fileNameStyle() {
     });
     click("setFileNameFormat_");
     QVERIFY(answers.isDone());
+    QCOMPARE(stored(), before);
     accept();
     QCOMPARE(changes(), (Found{{"FileNameType"_qs, "0"_qs}, {"FileNameTamplate"_qs, "내 캡처 %1"_qs}}));
 }
@@ -151,19 +155,26 @@ void Tst_PreferencesRoundTrip::presets() {
     QCOMPARE(changes(), (Found{{"SizePresets"_qs, "100x50,200x51,300x52"_qs},
                                {"fixedPresets_"_qs, "100 x 50,200 x 51,300 x 52"_qs}}));
     openDialog(1);
+    const QVector<QVariant> before = stored();
     child<QTableWidget>("fixedPresets_")->setCurrentCell(0, 0);
     click("deletePreset_");
+    QCOMPARE(stored(), before);
     ModalAnswers answers;
-    answers.add([](QWidget *dialog) {
-        qobject_cast<SizeInputDialog *>(dialog)->setSize({640, 480});
-        ModalAnswers::press(dialog, "ok"_qs);
-    });
+    for (const QSize &size : {QSize(640, 480), QSize(800, 600)}) {
+        answers.add([size](QWidget *dialog) {
+            qobject_cast<SizeInputDialog *>(dialog)->setSize(size);
+            ModalAnswers::press(dialog, "ok"_qs);
+        });
+    }
     child<QTableWidget>("fixedPresets_")->setCurrentCell(1, 0);
     click("editPreset_");
+    QCOMPARE(stored(), before);
+    click("addPreset_");
+    QCOMPARE(stored(), before);
     QVERIFY(answers.isDone());
     accept();
-    QCOMPARE(changes(),
-             (Found{{"SizePresets"_qs, "200x51,640x480"_qs}, {"fixedPresets_"_qs, "200 x 51,640 x 480"_qs}}));
+    QCOMPARE(changes(), (Found{{"SizePresets"_qs, "200x51,640x480,800x600"_qs},
+                               {"fixedPresets_"_qs, "200 x 51,640 x 480,800 x 600"_qs}}));
 }
 
 // A widget that is added needs a row above.

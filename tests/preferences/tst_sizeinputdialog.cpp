@@ -159,9 +159,11 @@ void Tst_SizeInputDialog::knownSizeIsRefused() {
     open(SizeInputDialog::Mode(mode));
     m_dialog->setSize(size);
     ModalAnswers answers;
-    answers.add([this](QWidget *message) {
+    QString icon;
+    answers.add([this, &icon](QWidget *message) {
         if (message == m_dialog.get())
             return;
+        icon = message->findChild<QWidget *>("icon_"_qs)->property("icon").toString();
         QCOMPARE(message->windowTitle(), "Tindra"_qs);
         QCOMPARE(message->findChildren<QAbstractButton *>().size(), 1);
         ModalAnswers::press(message, "Ok"_qs);
@@ -169,6 +171,7 @@ void Tst_SizeInputDialog::knownSizeIsRefused() {
     child<QAbstractButton>("ok_")->click();
     QVERIFY(answers.isDone());
     QCOMPARE(answers.texts(), QStringList{"This size has already been added."_qs});
+    QCOMPARE(icon, "Warning"_qs);
     QVERIFY(m_dialog->isVisible());
     QCOMPARE(m_dialog->size(), size);
 }

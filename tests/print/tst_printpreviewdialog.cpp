@@ -5,6 +5,7 @@
 #include "support/fakeplatform.h"
 #include "support/literals.h"
 #include "support/modalanswers.h"
+#include "support/secondscreen.h"
 #include "ui/uistyler.h"
 
 #include <QCheckBox>
@@ -14,6 +15,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSpinBox>
@@ -98,6 +100,7 @@ private slots:
     void nestedUpdateReturnsAtOnce();
     void previewFollowsTheScale();
     void designedMarginsFollowTheScale();
+    void rescaledWindowLeavesTheBorderOfScreens();
 
     void pagesReachThePrinter();
     void printedPlacesFollowTheControls();
@@ -862,6 +865,15 @@ void Tst_PrintPreviewDialog::designedMarginsFollowTheScale() {
     QCOMPARE(bar->maximumWidth(), 22);
     settle();
     QVERIFY(isWhole());
+}
+
+void Tst_PrintPreviewDialog::rescaledWindowLeavesTheBorderOfScreens() {
+    const int border = QGuiApplication::primaryScreen()->geometry().right() + 1;
+    const SecondScreen second(QRect(border, 0, 2000, 1200));
+    open();
+    m_dialog->move(border - 50, 200);
+    UIStyler::applyScale(m_dialog.get(), 1.5);
+    QCOMPARE(m_dialog->pos(), QPoint(border, 200));
 }
 
 void Tst_PrintPreviewDialog::pagesReachThePrinter() {

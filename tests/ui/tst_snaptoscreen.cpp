@@ -14,6 +14,8 @@ class Tst_SnapToScreen : public QObject {
 private slots:
     void movesToTheNearestEdge_data();
     void movesToTheNearestEdge();
+    void frameReachesFurtherThanTheGeometry_data();
+    void frameReachesFurtherThanTheGeometry();
 };
 
 void Tst_SnapToScreen::movesToTheNearestEdge_data() {
@@ -34,6 +36,23 @@ void Tst_SnapToScreen::movesToTheNearestEdge_data() {
 void Tst_SnapToScreen::movesToTheNearestEdge() {
     QFETCH(QRect, frame);
     QTEST(snappedToScreen(frame, frame, {Left, Right}), "expected");
+}
+
+void Tst_SnapToScreen::frameReachesFurtherThanTheGeometry_data() {
+    QTest::addColumn<QRect>("geometry");
+    QTest::addColumn<QRect>("frame");
+    QTest::addColumn<QPoint>("expected");
+    QTest::newRow("only the frame meets both screens")
+        << QRect(1000, 130, 300, 200) << QRect(990, 100, 320, 240) << QPoint(990, 100);
+    QTest::newRow("the frame decides which screen shows most")
+        << QRect(840, 130, 300, 200) << QRect(840, 100, 350, 240) << QPoint(1000, 100);
+}
+
+// Screens are counted by what the window draws on, and the one it goes to is found by all that is seen of it.
+void Tst_SnapToScreen::frameReachesFurtherThanTheGeometry() {
+    QFETCH(QRect, geometry);
+    QFETCH(QRect, frame);
+    QTEST(snappedToScreen(geometry, frame, {Left, Right}), "expected");
 }
 
 QTEST_GUILESS_MAIN(Tst_SnapToScreen)

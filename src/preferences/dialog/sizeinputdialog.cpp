@@ -105,7 +105,7 @@ QSize SizeInputDialog::size() const {
 }
 
 void SizeInputDialog::onOK() {
-    // A button pressed by a mnemonic leaves the box in the middle of its editing.
+    // An assistive program presses the button without moving the focus, in the middle of a box's editing.
     setSize(size());
     if (m_presets->contains(size())) {
         MessageDialog::warning(this, tr("Tindra"), tr("This size has already been added."));
