@@ -49,8 +49,9 @@ QList<BasicColor> BasicColors::text() {
 }
 
 QList<BasicColor> BasicColors::pen() {
-    // Red is the pen's first colour of all, so it has to be among those on offer.
-    return table({Black, Gray, Red, Orange, LightGreen, SkyBlue, Blue, Purple, Pink, White});
+    // Without red, the colour of a new pen: it is drawn with until another one is chosen, and no swatch is
+    // checked.
+    return table({Black, Gray, Orange, LightGreen, SkyBlue, Blue, Purple, Pink, White});
 }
 
 QList<BasicColor> BasicColors::highlighter() {

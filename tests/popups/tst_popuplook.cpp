@@ -75,7 +75,7 @@ void Tst_PopupLook::panelFitsItsMenu_data() {
         {"color",
          [] {
              auto *popup = new ColorSelectPopup;
-             popup->setBasicColors(BasicColors::pen());
+             popup->setBasicColors(BasicColors::text());
              popup->setCustomColorKey(TindraPreferences::PenCustomColorKey());
              popup->selectColor(Qt::red);
              return popup;

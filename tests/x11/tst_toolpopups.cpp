@@ -145,7 +145,7 @@ void Tst_ToolPopups::swatchFromTheToolbar() {
     drive(popup, [&] {
         click(popup, QPoint(3, 3)); // a gap
         QVERIFY(popup->isVisible());
-        click(popup->findChildren<ColorSelectButton *>()[3]);
+        click(popup->findChildren<ColorSelectButton *>()[2]);
         QTRY_COMPARE(selected.count(), 1);
         closed = !popup->isVisible();
     });
