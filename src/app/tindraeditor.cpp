@@ -414,6 +414,7 @@ void TindraEditor::onHighlighterSelected(QColor lineColor) {
 }
 
 void TindraEditor::onLineSelected(int lineWidth) {
+    // A width is no tool: the overflow menu keeps the check of the one in use.
     m_tools.selectLineWidth(lineWidth);
 }
 

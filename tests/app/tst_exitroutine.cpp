@@ -1,5 +1,5 @@
 #include "app/windowtest.h"
-#include "services/tracelog.h"
+#include "support/tracedby.h"
 
 #include <QLockFile>
 
@@ -63,12 +63,8 @@ void Tst_ExitRoutine::closeOnlyHidesInTrayMode() {
 }
 
 void Tst_ExitRoutine::hidingIsLogged() {
-    setTraceLevel(2);
-    m_window->close();
-    setTraceLevel(TraceLog::Off);
-    QFile log(TraceLog::filePath());
-    QVERIFY(log.open(QIODevice::ReadOnly));
-    QVERIFY(log.readAll().contains(" closeEvent : hide\r\n"));
+    const QByteArray log = tracedBy([this] { m_window->close(); });
+    QVERIFY(log.contains(" closeEvent : hide\r\n"));
 }
 
 void Tst_ExitRoutine::closeExitsWithoutTrayMode() {

@@ -1,6 +1,7 @@
 #include "app/windowtest.h"
 #include "platform/sharedimageblock.h"
 #include "services/tracelog.h"
+#include "support/tracedby.h"
 
 #include <QBuffer>
 #include <QSharedMemory>
@@ -21,6 +22,8 @@ private slots:
     // Structure
     void beginsHiddenAndEmpty();
     void widgetsCarryTheirNames();
+    void sizesAreThoseOfTheDesign();
+    void captureIsLogged();
 
     // Commands
     void voidLinesDoNothing_data();
@@ -71,6 +74,8 @@ private slots:
     void openItemTakesEscapeAndReturn_data();
     void openItemTakesEscapeAndReturn();
     void arrowsWalkTheRows();
+    void arrowsRest_data();
+    void arrowsRest();
 };
 
 void Tst_TindraEditor::beginsHiddenAndEmpty() {
@@ -93,6 +98,20 @@ void Tst_TindraEditor::widgetsCarryTheirNames() {
     const auto *panel = m_window->findChild<HistoryWidget *>();
     QCOMPARE(panel->minimumWidth(), 172);
     QCOMPARE(panel->maximumWidth(), 172);
+}
+
+void Tst_TindraEditor::sizesAreThoseOfTheDesign() {
+    QCOMPARE(m_window->size(), QSize(430, 298));
+    for (const char *name : {"verticalLayout_2", "imageHorizontalLayout_"}) {
+        const auto *layout = m_window->findChild<QLayout *>(QLatin1String(name));
+        QCOMPARE(layout->contentsMargins(), QMargins());
+        QCOMPARE(layout->spacing(), 0);
+    }
+}
+
+void Tst_TindraEditor::captureIsLogged() {
+    const QByteArray log = tracedBy([this] { addCapture("a"_qs); });
+    QVERIFY(log.contains(" AddNewPixmap : show " + QFile::encodeName(capture("a"_qs)) + "\r\n"));
 }
 
 void Tst_TindraEditor::voidLinesDoNothing_data() {
@@ -606,9 +625,41 @@ void Tst_TindraEditor::arrowsWalkTheRows() {
     QCOMPARE(list()->currentRow(), 1);
     QTest::keyClick(m_window.get(), Qt::Key_Up);
     QCOMPARE(list()->currentRow(), 0);
-    m_window->onClickCrop();
-    QTest::keyClick(m_window.get(), Qt::Key_Down);
-    QCOMPARE(list()->currentRow(), 0);
+}
+
+void Tst_TindraEditor::arrowsRest_data() {
+    QTest::addColumn<QString>("state");
+    QTest::addColumn<int>("key");
+    for (const char *state : {"crop", "text", "nothing selected"}) {
+        QTest::addRow("up, %s", state) << QString::fromLatin1(state) << int(Qt::Key_Up);
+        QTest::addRow("down, %s", state) << QString::fromLatin1(state) << int(Qt::Key_Down);
+    }
+}
+
+void Tst_TindraEditor::arrowsRest() {
+    QFETCH(QString, state);
+    QFETCH(int, key);
+    m_window->show();
+    addFake("a"_qs);
+    addFake("b"_qs);
+    addFake("c"_qs);
+    list()->setCurrentRow(1);
+    activate();
+    if (state == "crop"_qs) {
+        m_window->onClickCrop();
+    } else if (state == "text"_qs) {
+        m_window->onClickText();
+        sendMouse(QEvent::MouseButtonPress, {5, 5});
+        sendMouse(QEvent::MouseButtonRelease, {5, 5});
+        QCOMPARE(scene()->shapeType(), Editor::TextEditing);
+    } else {
+        list()->clearSelection();
+        QVERIFY(!scene());
+    }
+    const Editor *before = scene();
+    QTest::keyClick(m_window.get(), Qt::Key(key));
+    QCOMPARE(list()->currentRow(), 1);
+    QCOMPARE(scene(), before);
 }
 
 QTEST_MAIN(Tst_TindraEditor)

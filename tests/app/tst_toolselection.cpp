@@ -13,6 +13,8 @@ private slots:
     void toolsAreSetAndRemembered();
     void cropIsNotRemembered();
     void figuresReportUnusualColors();
+    void usualColorIsNotCounted_data();
+    void usualColorIsNotCounted();
     void widthsAndStrengthsAreCounted_data();
     void widthsAndStrengthsAreCounted();
     void lastToolIsCheckedAtStart();
@@ -89,6 +91,38 @@ void Tst_ToolSelection::figuresReportUnusualColors() {
     m_window->onPenSelected(Qt::red);
     QCOMPARE(m_session->usage,
              (QStringList{"cap_303_15"_qs, "cap_303_16"_qs, "cap_303_14"_qs, "cap_303_13"_qs}));
+}
+
+void Tst_ToolSelection::usualColorIsNotCounted_data() {
+    QTest::addColumn<QColor>("usual");
+    QTest::addColumn<QString>("event");
+    QTest::newRow("pen") << QColor(Qt::red) << "cap_303_15";
+    QTest::newRow("highlighter") << QColor(255, 240, 0) << "cap_303_16";
+    QTest::newRow("fill") << QColor(Qt::transparent) << "cap_303_14";
+    QTest::newRow("outline") << QColor(Qt::red) << "cap_303_13";
+}
+
+void Tst_ToolSelection::usualColorIsNotCounted() {
+    QFETCH(QColor, usual);
+    QFETCH(QString, event);
+    const auto select = [this](const QColor &color) {
+        const QByteArray part = QTest::currentDataTag();
+        if (part == "pen")
+            m_window->onPenSelected(color);
+        else if (part == "highlighter")
+            m_window->onHighlighterSelected(color);
+        else if (part == "fill")
+            m_window->onFigureSelected(Editor::Circle, Qt::SolidLine, color, Qt::red);
+        else
+            m_window->onFigureSelected(Editor::Circle, Qt::SolidLine, Qt::transparent, color);
+    };
+    select(usual);
+    QCOMPARE(m_session->usage, QStringList());
+    select(Qt::blue);
+    select(Qt::blue);
+    QCOMPARE(m_session->usage, QStringList{event});
+    select(usual);
+    QCOMPARE(m_session->usage, QStringList{event});
 }
 
 void Tst_ToolSelection::widthsAndStrengthsAreCounted_data() {

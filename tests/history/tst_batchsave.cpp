@@ -8,6 +8,7 @@
 #include "support/modalanswers.h"
 #include "support/openedurls.h"
 #include "support/session.h"
+#include "support/tracedby.h"
 
 #include <QBuffer>
 #include <QGraphicsRectItem>
@@ -204,10 +205,14 @@ void Tst_BatchSave::moreThanThePoolHolds() {
     nameBy(FileNameUtil::Custom, "shot"_qs);
     for (int width = 1; width <= 40; ++width)
         add(width);
-    saveAll();
+    const QByteArray log = tracedBy([this] { saveAll(); });
     QCOMPARE(written().size(), 40);
-    for (int number = 1; number <= 40; ++number)
-        QCOMPARE(widthOf("shot_%1.png"_qs.arg(number)), number);
+    for (int number = 1; number <= 40; ++number) {
+        const QString name = "shot_%1.png"_qs.arg(number);
+        QCOMPARE(widthOf(name), number);
+        // All but the first are the pool's.
+        QCOMPARE(log.contains(QString(" future : "_qs + target(name) + "\r\n"_qs).toUtf8()), number > 1);
+    }
     QVERIFY(!m_panel->hasUnsavedImages());
 }
 

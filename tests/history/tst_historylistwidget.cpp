@@ -34,6 +34,8 @@ private slots:
     void noQuestionWithoutNeed();
     void rowThatVanishesDuringTheQuestion();
 
+    void oneRowIsSelectedAndPixelsScroll();
+    void pinOfNoRowDoesNothing();
     void newestPinGoesToTheTop();
     void unpinnedRowGoesBehindTheBlock_data();
     void unpinnedRowGoesBehindTheBlock();
@@ -309,6 +311,18 @@ void Tst_HistoryListWidget::rowThatVanishesDuringTheQuestion() {
     QCOMPARE(rows(), "b"_qs);
 }
 
+void Tst_HistoryListWidget::oneRowIsSelectedAndPixelsScroll() {
+    QCOMPARE(m_list->QListWidget::selectionMode(), QAbstractItemView::SingleSelection);
+    QCOMPARE(m_list->horizontalScrollMode(), QAbstractItemView::ScrollPerPixel);
+    QCOMPARE(m_list->verticalScrollMode(), QAbstractItemView::ScrollPerPixel);
+}
+
+void Tst_HistoryListWidget::pinOfNoRowDoesNothing() {
+    add("a"_qs);
+    m_list->onPinHistory(nullptr, true);
+    QCOMPARE(m_list->pinnedCount(nullptr), 0);
+}
+
 void Tst_HistoryListWidget::newestPinGoesToTheTop() {
     for (const QString &name : QStringList{"a"_qs, "b"_qs, "c"_qs, "d"_qs})
         add(name);
@@ -547,6 +561,7 @@ void Tst_HistoryListWidget::openFolderShowsTheSavedFile() {
     const QString saved = Session::captureFile("saved"_qs);
     item("a"_qs)->editor()->setSavedPath(saved);
     row("a"_qs)->onContextMenuOpenSavedFolder();
+    m_list->onContextMenuOpenSavedFolder(nullptr);
     QCOMPARE(m_session->platform->shownFiles, QStringList{saved});
 }
 

@@ -7,6 +7,7 @@
 #include "support/modalanswers.h"
 #include "support/session.h"
 
+#include <QCheckBox>
 #include <QLabel>
 #include <QPushButton>
 #include <QtTest>
@@ -41,6 +42,7 @@ private slots:
     void deleteAllAsks();
     void deleteCheckedRows();
     void deleteAllWithoutQuestion();
+    void saveWithoutARowIsCountedOnly();
     void onlyWhatWasAskedAboutIsDeleted_data();
     void onlyWhatWasAskedAboutIsDeleted();
 
@@ -315,13 +317,21 @@ void Tst_HistoryWidget::deleteAllAsks_data() {
     QTest::addColumn<int>("left");
     QTest::newRow("yes") << "Yes" << 0;
     QTest::newRow("no") << "No" << 2;
+    QTest::newRow("closed") << "" << 2;
 }
 
 void Tst_HistoryWidget::deleteAllAsks() {
     QFETCH(QString, button);
     add(2);
     ModalAnswers answers;
-    answers.addTickAndPress(button);
+    if (button.isEmpty()) {
+        answers.add([](QWidget *dialog) {
+            dialog->findChild<QCheckBox *>()->setChecked(true);
+            dialog->close();
+        });
+    } else {
+        answers.addTickAndPress(button);
+    }
     m_panel->onClickDeleteImages();
     QVERIFY(answers.isDone());
     QCOMPARE(answers.texts(), QStringList{"Would you clear history?|It will erase all captured images."_qs});
@@ -358,6 +368,14 @@ void Tst_HistoryWidget::deleteAllWithoutQuestion() {
     m_panel->onClickDeleteImages();
     QVERIFY(answers.isDone());
     QCOMPARE(list()->count(), 0);
+}
+
+void Tst_HistoryWidget::saveWithoutARowIsCountedOnly() {
+    ModalAnswers answers;
+    m_session->usage.clear();
+    m_panel->onSaveImage(nullptr);
+    QVERIFY(answers.isDone());
+    QCOMPARE(m_session->usage, QStringList{"cap_30_01"_qs});
 }
 
 void Tst_HistoryWidget::onlyWhatWasAskedAboutIsDeleted_data() {

@@ -7,6 +7,7 @@
 #include "support/imagecompare.h"
 #include "support/literals.h"
 #include "support/session.h"
+#include "support/tracedby.h"
 
 #include <QGraphicsRectItem>
 #include <QTemporaryDir>
@@ -106,9 +107,16 @@ void Tst_PinnedCaptures::unreadableRowIsSkipped() {
     m_panel->setPinnedImages(true);
     QVERIFY(QFile::remove(editor(0)->imageKey()));
     ImageProvider::resetForTesting();
-    m_panel->SavePinnedHistories();
+    const QByteArray log = tracedBy([this] { m_panel->SavePinnedHistories(); });
     QCOMPARE(m_panel->pinnedFilePaths(), QStringList{pinFile(1)});
     QCOMPARE(widthsOf({pinFile(1)}), QVector<int>{11});
+    const auto line = [](const QString &text) {
+        return QString(" SavePinnedHistories : "_qs + text + "\r\n"_qs).toUtf8();
+    };
+    for (int number : {0, 1})
+        QCOMPARE(log.count(line(pinFile(number))), 1);
+    QCOMPARE(log.count("Failed to save"), 1);
+    QVERIFY(log.contains(line("Failed to save [%1]"_qs.arg(pinFile(0)))));
 }
 
 void Tst_PinnedCaptures::fullDiskKeepsThePinnedCapture() {
