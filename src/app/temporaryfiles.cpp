@@ -11,6 +11,9 @@
 namespace {
 
 const auto CapturePattern = QStringLiteral("*.png");
+// What a copy is called until it is whole. One that was killed leaves a picture behind that nobody would
+// find.
+const auto UnfinishedCopyPattern = QStringLiteral("qt_temp.??????");
 
 /// Whether a pinned capture may come back under that name, which is then its number.
 bool isNumbered(const QFileInfo &file) {
@@ -52,7 +55,7 @@ QStringList filesToClear() {
         return {};
     const QDir folder(path);
     QStringList files;
-    const QStringList names = folder.entryList({CapturePattern}, QDir::Files);
+    const QStringList names = folder.entryList({CapturePattern, UnfinishedCopyPattern}, QDir::Files);
     for (const QString &name : names)
         files.append(folder.absoluteFilePath(name));
     return files;

@@ -21,6 +21,15 @@ QString numberedPath(const QString &folder, int number) {
     return QStringLiteral("%0/%1.png").arg(folder, QString::number(number));
 }
 
+/// Pins whose writing was killed: private pictures that nothing else would ever find.
+QStringList unfinishedFiles(const QDir &folder) {
+    QStringList paths;
+    const QStringList names = folder.entryList({QStringLiteral("*.png.??????")}, QDir::Files);
+    for (const QString &name : names)
+        paths.append(folder.absoluteFilePath(name));
+    return paths;
+}
+
 /// The picture as it was captured becomes the pinned one, for which even a full disk has room.
 void keepAsPin(const Editor *editor, const QString &path) {
     if (!editor->imageExists() || editor->imageRect().isEmpty())
@@ -68,7 +77,11 @@ QStringList HistoryWidget::pinnedFilePaths() const {
 }
 
 void HistoryWidget::removePinnedFiles() {
-    const QStringList paths = pinnedFilePaths();
+    const QString work = workFolder();
+    if (work.isEmpty())
+        return;
+    const QDir folder(work + PinFolder);
+    const QStringList paths = pinnedFilePaths() + unfinishedFiles(folder);
     for (const QString &path : paths)
         QFile::remove(path);
 }

@@ -22,6 +22,8 @@ void Tst_TemporaryFiles::clearsWhatWasListedAndNothingThatCameLater() {
     };
     put("early.png");
     put("notes.txt");
+    put("qt_temp.aB3xyz"); // the copy of a pin that was killed halfway
+    put("qt_temp.txt");
     QVERIFY(folder.mkpath(QStringLiteral("AIRemoveBeta/deep")));
     QVERIFY(folder.mkpath(QStringLiteral("pin")));
     put("pin/0.png");
@@ -30,6 +32,8 @@ void Tst_TemporaryFiles::clearsWhatWasListedAndNothingThatCameLater() {
     removeTemporaryFiles(files);
     QVERIFY(!folder.exists(QStringLiteral("early.png")));
     QVERIFY(QFile::remove(folder.filePath(QStringLiteral("late.png"))));
+    QVERIFY(!folder.exists(QStringLiteral("qt_temp.aB3xyz")));
+    QVERIFY(folder.exists(QStringLiteral("qt_temp.txt")));
     QVERIFY(folder.exists(QStringLiteral("notes.txt")));
     QVERIFY(folder.exists(QStringLiteral("pin/0.png")));
     QVERIFY(!folder.exists(QStringLiteral("AIRemoveBeta")));

@@ -24,6 +24,7 @@ private slots:
     void folderIsWrittenAnew();
     void pictureComesWithoutDrawings();
     void unreadableRowIsSkipped();
+    void unfinishedFilesGoAndDoNotComeBack();
     void fullDiskKeepsThePinnedCapture();
     void filesAreForTheUserAlone();
     void linkInTheFolderIsReplacedNotFollowed_data();
@@ -117,6 +118,22 @@ void Tst_PinnedCaptures::unreadableRowIsSkipped() {
         QCOMPARE(log.count(line(pinFile(number))), 1);
     QCOMPARE(log.count("Failed to save"), 1);
     QVERIFY(log.contains(line("Failed to save [%1]"_qs.arg(pinFile(0)))));
+}
+
+// The editor was killed while it wrote a pin.
+void Tst_PinnedCaptures::unfinishedFilesGoAndDoNotComeBack() {
+    add("a"_qs, 11);
+    m_panel->setPinnedImages(true);
+    m_panel->SavePinnedHistories();
+    const QString unfinished = pinFile(1) + ".aB3xyz"_qs;
+    const QString foreign = workFolder() + "/pin/notes.png.txt"_qs;
+    for (const QString &path : {unfinished, foreign})
+        QVERIFY(QFile::copy(pinFile(0), path));
+    QCOMPARE(m_panel->pinnedFilePaths(), QStringList{pinFile(0)});
+    m_panel->removePinnedFiles();
+    QVERIFY(!QFile::exists(pinFile(0)));
+    QVERIFY(!QFile::exists(unfinished));
+    QVERIFY(QFile::remove(foreign));
 }
 
 void Tst_PinnedCaptures::fullDiskKeepsThePinnedCapture() {
