@@ -258,6 +258,7 @@ void TindraEditor::restoreHistories() {
         fitTo(m_history->currentImageSize(), QPoint());
         keepOnScreen(this);
     }
+    // Unlike a new capture that fails, which the user waits for, a broken old one clears no selection.
     if (!allRead)
         reportFailedCapture();
 }
