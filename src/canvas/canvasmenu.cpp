@@ -1,6 +1,5 @@
 #include "canvas/canvasmenu.h"
 
-#include "canvas/itemtable.h"
 #include "popups/popup.h"
 
 #include <QCoreApplication>
@@ -80,15 +79,6 @@ void CanvasMenu::setPanel(Entry entry, QMenu *menu) {
     action->setMenu(menu);
     if (const Popup *panel = Popup::findPopup(menu))
         connect(panel, &Popup::triggered, this, &QWidget::hide);
-}
-
-void CanvasMenu::hideMissingTools() {
-    for (int shape = ShapeTypes::Pen; shape <= ShapeTypes::Crop; ++shape) {
-        const auto tool = ShapeTypes::ShapeType(shape);
-        const int entry = entryOfTool(tool);
-        if (entry != NoEntry)
-            m_actions[entry]->setVisible(ItemTable::maker(tool));
-    }
 }
 
 void CanvasMenu::checkTool(ShapeTypes::ShapeType shape) {

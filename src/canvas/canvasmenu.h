@@ -20,8 +20,6 @@ public:
     /// Gives an entry its panel's menu, which is not owned. A choice in the panel closes this menu too.
     /// Nothing happens where the entry is not available.
     void setPanel(Entry entry, QMenu *menu);
-    /// Leaves out the tools that have no drawing item.
-    void hideMissingTools();
     /// Checks the entry of the present tool, and no other.
     void checkTool(ShapeTypes::ShapeType shape);
 

@@ -364,7 +364,6 @@ void EditorView::hideEvent(QHideEvent *event) {
 
 void EditorView::contextMenuEvent(QContextMenuEvent *event) {
     m_contextMenu->setEnabled(m_editor);
-    m_contextMenu->hideMissingTools();
     if (m_editor) {
         // The menu takes the release.
         m_editor->finishDrag();

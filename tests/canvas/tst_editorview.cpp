@@ -3,7 +3,6 @@
 #include "canvas/editorview.h"
 #include "canvas/fakeitems.h"
 #include "canvas/imagetoolwidget.h"
-#include "canvas/itemtable.h"
 #include "ipc/imageprovider.h"
 #include "popups/itembutton.h"
 #include "popups/popup.h"
@@ -127,7 +126,6 @@ private slots:
     void menuIsDisabledWithoutEditor();
     void menuEntriesAskTheMainWindow();
     void panelsHangBelowTheirEntries();
-    void menuShowsWhatWorks();
     void aiToolsMenuNeedsItsEntry();
     void emptyViewShowsNoToolCursor();
 
@@ -920,20 +918,6 @@ void Tst_EditorView::panelsHangBelowTheirEntries() {
             QVERIFY(!menu->isVisible());
         });
     }
-}
-
-void Tst_EditorView::menuShowsWhatWorks() {
-    const auto isShown = [](const CanvasMenu *menu, CanvasMenu::Entry entry) {
-        return menu->action(entry)->isVisible();
-    };
-    withMenuOpen([&](CanvasMenu *menu) {
-        QCOMPARE(isShown(menu, CanvasMenu::Figure), ItemTable::maker(Editor::Rectangle) != nullptr);
-        QCOMPARE(isShown(menu, CanvasMenu::Text), ItemTable::maker(Editor::Text) != nullptr);
-        QCOMPARE(isShown(menu, CanvasMenu::Crop), ItemTable::maker(Editor::Crop) != nullptr);
-        QCOMPARE(isShown(menu, CanvasMenu::Mosaic), ItemTable::maker(Editor::Mosaic) != nullptr);
-        QVERIFY(isShown(menu, CanvasMenu::Pen) && isShown(menu, CanvasMenu::Eraser));
-        QVERIFY(isShown(menu, CanvasMenu::Print));
-    });
 }
 
 void Tst_EditorView::aiToolsMenuNeedsItsEntry() {
