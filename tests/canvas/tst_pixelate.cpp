@@ -6,6 +6,10 @@
 #include <QRandomGenerator>
 #include <QtTest>
 
+#include <functional>
+#include <new>
+#include <stdexcept>
+
 namespace {
 
 QImage randomImage(QRandomGenerator &random, const QSize &size, QImage::Format format) {
@@ -28,6 +32,8 @@ QByteArray bytesOf(const QImage &image) {
 
 } // namespace
 
+Q_DECLARE_METATYPE(std::function<void()>)
+
 class Tst_Pixelate : public QObject {
     Q_OBJECT
 private slots:
@@ -47,6 +53,8 @@ private slots:
     void eachBandHasAGridOfItsOwn();
     void partsOfASnapshotAreThoseOfTheWhole_data();
     void partsOfASnapshotAreThoseOfTheWhole();
+    void exceptionLeavesTheRestAsItIs_data();
+    void exceptionLeavesTheRestAsItIs();
 };
 
 void Tst_Pixelate::equalsAPlainLoop_data() {
@@ -267,6 +275,33 @@ void Tst_Pixelate::partsOfASnapshotAreThoseOfTheWhole() {
     QVERIFY(bytesOf(whole.copy(inside)) != bytesOf(before.copy(inside)));
     QCOMPARE(bytesOf(snapshot.copy(area)), bytesOf(whole.copy(area)));
     QCOMPARE(drawn(), whole.copy(inside));
+}
+
+void Tst_Pixelate::exceptionLeavesTheRestAsItIs_data() {
+    QTest::addColumn<std::function<void()>>("fail");
+    QTest::newRow("no memory") << std::function<void()>([] { throw std::bad_alloc(); });
+    QTest::newRow("too long") << std::function<void()>([] { throw std::length_error("test"); });
+    QTest::newRow("no exception of the library") << std::function<void()>([] { throw 1; });
+}
+
+void Tst_Pixelate::exceptionLeavesTheRestAsItIs() {
+    QFETCH(std::function<void()>, fail);
+    QRandomGenerator random(13);
+    const QImage before = randomImage(random, {7, 6200}, QImage::Format_RGB32);
+    MosaicSnapshot snapshot(before);
+    int calls = 0;
+    try {
+        snapshot.pixelateAll(6, [&] {
+            ++calls;
+            fail();
+        });
+    } catch (...) {
+        QFAIL("thrown on");
+    }
+    QCOMPARE(calls, 1);
+    QImage expected = before;
+    plainPixelate(expected, QRect(0, 0, 7, 3000), 6);
+    QCOMPARE(bytesOf(snapshot.copy(before.rect())), bytesOf(expected));
 }
 
 QTEST_APPLESS_MAIN(Tst_Pixelate)

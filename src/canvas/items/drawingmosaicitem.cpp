@@ -7,22 +7,11 @@
 #include <QPixmap>
 #include <QtConcurrent>
 
-#include <functional>
-#include <new>
-
 namespace {
 
 constexpr int DefaultBlock = 6;
 /// Of the frame around the rectangle while it is dragged.
 const QColor FrameColor(0, 127, 245);
-
-void runJob(MosaicSnapshot &snapshot, int block, const std::function<void()> &bandDone) {
-    try {
-        snapshot.pixelateAll(block, bandDone);
-    } catch (const std::bad_alloc &) {
-        // The rest of the picture stays as it is; thrown on, this would end the program at the release.
-    }
-}
 
 } // namespace
 
@@ -37,7 +26,7 @@ DrawingMosaicItem::DrawingMosaicItem(const QRectF &sceneRect, QObject *parent, c
     const auto tell = [this] {
         QMetaObject::invokeMethod(this, &DrawingMosaicItem::onBandDone, Qt::QueuedConnection);
     };
-    m_job = QtConcurrent::run([shared = m_snapshot, block, tell] { runJob(*shared, block, tell); });
+    m_job = QtConcurrent::run([shared = m_snapshot, block, tell] { shared->pixelateAll(block, tell); });
 }
 
 DrawingMosaicItem::~DrawingMosaicItem() {

@@ -23,6 +23,14 @@ void copyRows(const QImage &band, int top, const QRect &area, QImage *picture) {
 } // namespace
 
 void MosaicSnapshot::pixelateAll(int block, const std::function<void()> &bandDone) {
+    try {
+        pixelateBands(block, bandDone);
+    } catch (...) {
+        // Thrown on, it would end the program where the job is waited for. What is done stays done.
+    }
+}
+
+void MosaicSnapshot::pixelateBands(int block, const std::function<void()> &bandDone) {
     for (int y = 0; y < m_image.height(); y += BandHeight) {
         QImage band = m_image.copy(0, y, m_image.width(), std::min(BandHeight, m_image.height() - y));
         pixelate(band, band.rect(), block);

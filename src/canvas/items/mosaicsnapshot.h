@@ -22,6 +22,7 @@ public:
 
     /// Pixelates all of it, band by band from the top. Each band has a grid of blocks of its own, so the
     /// last blocks of a band may be cut. Calls `bandDone` after each band. One thread, any.
+    /// Throws nothing: an exception, such as memory running out, ends it, and the rest stays as it is.
     void pixelateAll(
         int block, const std::function<void()> &bandDone = [] {});
 
@@ -31,6 +32,7 @@ public:
     void draw(QPainter *painter, const QRect &area) const;
 
 private:
+    void pixelateBands(int block, const std::function<void()> &bandDone);
     std::vector<QImage> doneBands() const;
 
     const QImage m_image;
