@@ -35,6 +35,16 @@ public:
     }
 };
 
+/// Counts how often a widget is brought to the front.
+class RaiseCounter : public QObject {
+public:
+    int raises = 0;
+    bool eventFilter(QObject *, QEvent *event) override {
+        raises += event->type() == QEvent::ZOrderChange;
+        return false;
+    }
+};
+
 } // namespace
 
 Q_DECLARE_METATYPE(std::function<void()>)
@@ -751,10 +761,17 @@ void Tst_DrawingCropItem::editorWithoutViewCrops() {
 
 void Tst_DrawingCropItem::focusBringsTheFrameToTheFront() {
     open();
+    RaiseCounter frame, floating;
+    proxy()->widget()->installEventFilter(&frame);
+    popup()->installEventFilter(&floating);
     QFocusEvent focus(QEvent::FocusIn, Qt::OtherFocusReason);
     m_editor->sendEvent(m_item, &focus);
+    QCOMPARE(frame.raises, 1);
+    QCOMPARE(floating.raises, 1);
     close(true);
     m_editor->sendEvent(m_item, &focus);
+    QCOMPARE(frame.raises, 1);
+    QCOMPARE(floating.raises, 1);
     compareCrop(Whole);
 }
 
