@@ -28,7 +28,8 @@
 
 namespace {
 
-/// What a wheel event says on its main axis.
+/// What a wheel event says on its main axis. Under X11 the toolkit turns the wheel sideways while Alt is
+/// held, with Ctrl as well, and elsewhere it may not.
 int wheelDelta(const QWheelEvent &event) {
     const QPoint delta = event.angleDelta();
     return qAbs(delta.x()) > qAbs(delta.y()) ? delta.x() : delta.y();

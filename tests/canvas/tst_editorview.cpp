@@ -89,7 +89,10 @@ private slots:
     void controlWheelZoomsAroundTheMouse();
     void wheelScrolls_data();
     void wheelScrolls();
+    void controlWheelZoomsWhateverElseIsHeld_data();
+    void controlWheelZoomsWhateverElseIsHeld();
     void wheelWithoutEditorDoesNothing();
+    void cropZoomsOutToFitAndStaysThere_data();
     void cropZoomsOutToFitAndStaysThere();
     void cropOfAnImageThatFitsKeepsTheZoom();
 
@@ -98,6 +101,7 @@ private slots:
     void viewShowsImageAndWhatLiesAround();
     void enlargedPixelsAreSharp();
     void reducedImageIsSmoothedOnceTheViewIsQuiet();
+    void smoothCopyIsOfTheCaptureThatIsShown();
     void smoothCopyWaitsUntilNothingIsPainted();
     void idleViewDoesNotRepaint();
     void otherPictureUnderTheSameKeyIsShown_data();
@@ -131,7 +135,10 @@ private slots:
 
 private:
     void load(TestEditor &editor, const QSize &size, const QString &key);
-    void sendWheel(const QPoint &pos, int delta, Qt::KeyboardModifiers modifiers);
+    void sendWheel(const QPoint &pos, const QPoint &angle, Qt::KeyboardModifiers modifiers);
+    void sendWheel(const QPoint &pos, int delta, Qt::KeyboardModifiers modifiers) {
+        sendWheel(pos, QPoint(0, delta), modifiers);
+    }
     QImage shown() const {
         return m_view->viewport()->grab().toImage().convertToFormat(QImage::Format_RGB32);
     }
@@ -166,9 +173,9 @@ void Tst_EditorView::load(TestEditor &editor, const QSize &size, const QString &
     capture::load(editor, key, capture::picture(size));
 }
 
-void Tst_EditorView::sendWheel(const QPoint &pos, int delta, Qt::KeyboardModifiers modifiers) {
-    QWheelEvent event(pos, m_view->viewport()->mapToGlobal(pos), QPoint(), QPoint(0, delta), Qt::NoButton,
-                      modifiers, Qt::NoScrollPhase, false);
+void Tst_EditorView::sendWheel(const QPoint &pos, const QPoint &angle, Qt::KeyboardModifiers modifiers) {
+    QWheelEvent event(pos, m_view->viewport()->mapToGlobal(pos), QPoint(), angle, Qt::NoButton, modifiers,
+                      Qt::NoScrollPhase, false);
     QCoreApplication::sendEvent(m_view->viewport(), &event);
 }
 
@@ -351,23 +358,57 @@ void Tst_EditorView::controlWheelZoomsAroundTheMouse() {
 
 void Tst_EditorView::wheelScrolls_data() {
     QTest::addColumn<int>("modifiers");
+    QTest::addColumn<QPoint>("angle");
     QTest::addColumn<bool>("sideways");
-    QTest::newRow("plain") << int(Qt::NoModifier) << false;
-    QTest::newRow("Shift") << int(Qt::ShiftModifier) << true;
-    QTest::newRow("Alt") << int(Qt::AltModifier) << false;
+    const QPoint upright(0, -Notch), turned(-Notch, 0);
+    const auto row = [](const char *name, Qt::KeyboardModifiers modifiers, const QPoint &angle,
+                        bool sideways) { QTest::newRow(name) << int(modifiers) << angle << sideways; };
+    row("plain", Qt::NoModifier, upright, false);
+    row("tilted", Qt::NoModifier, turned, true);
+    row("Shift", Qt::ShiftModifier, upright, true);
+    row("Alt", Qt::AltModifier, upright, false);
+    row("Alt, turned by the window system", Qt::AltModifier, turned, false);
+    row("Shift and Alt", Qt::ShiftModifier | Qt::AltModifier, upright, true);
+    row("Shift and Alt, turned", Qt::ShiftModifier | Qt::AltModifier, turned, true);
 }
 
 void Tst_EditorView::wheelScrolls() {
     QFETCH(int, modifiers);
+    QFETCH(QPoint, angle);
     QFETCH(bool, sideways);
     TestEditor large;
     load(large, QSize(1000, 900), QStringLiteral("large"));
     m_view->setEditor(&large);
-    sendWheel(QPoint(50, 50), -Notch, Qt::KeyboardModifiers(modifiers));
-    QCOMPARE(m_view->horizontalScrollBar()->value() > 0, sideways);
-    QCOMPARE(m_view->verticalScrollBar()->value() > 0, !sideways);
+    sendWheel(QPoint(50, 50), angle, Qt::KeyboardModifiers(modifiers));
+    // As far as a plain notch, whatever is held: a page would be half of the picture.
+    const QScrollBar *across = m_view->horizontalScrollBar(), *down = m_view->verticalScrollBar();
+    const int lines = QApplication::wheelScrollLines();
+    QCOMPARE(across->value(), sideways ? lines * across->singleStep() : 0);
+    QCOMPARE(down->value(), sideways ? 0 : lines * down->singleStep());
     QCOMPARE(m_view->transform().m11(), 1.0);
     m_view->setEditor(nullptr);
+}
+
+void Tst_EditorView::controlWheelZoomsWhateverElseIsHeld_data() {
+    QTest::addColumn<int>("others");
+    QTest::addColumn<bool>("turned");
+    QTest::newRow("nothing") << int(Qt::NoModifier) << false;
+    QTest::newRow("Shift") << int(Qt::ShiftModifier) << false;
+    QTest::newRow("Alt") << int(Qt::AltModifier) << false;
+    QTest::newRow("Alt, turned by the window system") << int(Qt::AltModifier) << true;
+}
+
+void Tst_EditorView::controlWheelZoomsWhateverElseIsHeld() {
+    QFETCH(int, others);
+    QFETCH(bool, turned);
+    const auto wheel = [&](int delta) {
+        sendWheel(QPoint(50, 50), turned ? QPoint(delta, 0) : QPoint(0, delta),
+                  Qt::ControlModifier | Qt::KeyboardModifiers(others));
+        return m_view->transform().m11();
+    };
+    QCOMPARE(wheel(-Notch), 0.96);
+    QCOMPARE(wheel(Notch), 1.0);
+    QCOMPARE(wheel(Notch), 1.15);
 }
 
 void Tst_EditorView::wheelWithoutEditorDoesNothing() {
@@ -389,17 +430,38 @@ void Tst_EditorView::wheelWithoutEditorDoesNothing() {
     QCOMPARE(m_view->transform().m11(), 1.15);
 }
 
+void Tst_EditorView::cropZoomsOutToFitAndStaysThere_data() {
+    QTest::addColumn<QSize>("image");
+    QTest::addColumn<int>("step");
+    QTest::addColumn<double>("scale");
+    QTest::addColumn<bool>("accept");
+    const auto rows = [](const char *name, const QSize &image, int step, double scale) {
+        QTest::addRow("%s, cancelled", name) << image << step << scale << false;
+        QTest::addRow("%s, accepted", name) << image << step << scale << true;
+    };
+    // Of a view of 400 x 300: (ratio - 0.1) * 20 / 0.9 whole steps of 4.5 %.
+    rows("the width decides: 0.4, 6.7 steps", QSize(1000, 600), 6, 0.37);
+    rows("the height decides: 0.25, 3.3 steps", QSize(500, 1200), 3, 0.24);
+    rows("higher only: 0.6, 11.1 steps", QSize(300, 500), 11, 0.6);
+    rows("wider only: 0.8, 15.6 steps", QSize(500, 200), 15, 0.78);
+    rows("too wide for any step", QSize(9000, 400), 0, 0.1);
+}
+
 void Tst_EditorView::cropZoomsOutToFitAndStaysThere() {
+    QFETCH(QSize, image);
+    QFETCH(int, step);
+    QFETCH(double, scale);
+    QFETCH(bool, accept);
     TestEditor large;
-    load(large, QSize(1000, 600), QStringLiteral("large"));
+    load(large, image, QStringLiteral("large"));
     m_view->setEditor(&large);
     large.setShape(Editor::Crop);
     large.startCrop();
-    // 400 of 1000 pixels: (0.4 - 0.1) * 20 / 0.9 = 6.7 steps, of 37 %.
-    QCOMPARE(large.zoomStep(), 6);
-    QCOMPARE(m_view->transform().m11(), 0.37);
-    large.finishCurrentItem(false);
-    QCOMPARE(m_view->transform().m11(), 0.37);
+    QCOMPARE(large.zoomStep(), step);
+    QCOMPARE(m_view->transform().m11(), scale);
+    large.finishCurrentItem(accept);
+    QCOMPARE(large.zoomStep(), step);
+    QCOMPARE(m_view->transform().m11(), scale);
     m_view->setEditor(nullptr);
 }
 
@@ -486,6 +548,26 @@ void Tst_EditorView::reducedImageIsSmoothedOnceTheViewIsQuiet() {
     const int scenePaints = m_view->scenePaints;
     QTRY_VERIFY(m_view->scenePaints > scenePaints);
     COMPARE_IMAGES(shown().copy(QRect(topLeft, expected.size())), expected, "smooth");
+}
+
+void Tst_EditorView::smoothCopyIsOfTheCaptureThatIsShown() {
+    // As large as the other one and at its scale, so that its smooth copy would fit, too.
+    QImage plain(200, 140, QImage::Format_RGB32);
+    plain.fill(QColor(10, 200, 150));
+    TestEditor other;
+    capture::load(other, QStringLiteral("other"), plain);
+    constexpr int Step = 10; // 55 %
+    other.setZoomStep(Step);
+    for (int i = Step; i < 20; ++i)
+        m_view->onZoomOut();
+    QCoreApplication::processEvents();
+    const int scenePaints = m_view->scenePaints;
+    QTRY_VERIFY(m_view->scenePaints > scenePaints);
+    m_view->setEditor(&other);
+    // Before the view is quiet and has a copy of this one.
+    const QRect inside(m_view->mapFromScene(QPointF(0, 0)) + QPoint(1, 1), QSize(108, 75));
+    COMPARE_IMAGES(shown().copy(inside), plain.copy(QRect(QPoint(), inside.size())), "at once");
+    m_view->setEditor(nullptr);
 }
 
 void Tst_EditorView::smoothCopyWaitsUntilNothingIsPainted() {
