@@ -27,6 +27,7 @@
 #include <QMenu>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QTableWidget>
 #include <QTranslator>
 
 /// Every window, panel, menu and dialog of the program, in Korean and under the real style sheet at the scale
@@ -385,9 +386,14 @@ void Tst_Surfaces::showOpenCrop(const Visit &visit) {
     scene()->finishCurrentItem(false);
 }
 
+// With everything of the second page in use.
 void Tst_Surfaces::showPreferences(const Visit &visit) {
+    preferences()->SetInt(TindraPreferences::FileFormat, 1);
+    preferences()->SetBool(TindraPreferences::AutoSave, true);
+    preferences()->SetSizePresets({{3840, 2160}, {1920, 1080}, {1280, 720}, {800, 600}, {640, 480}});
     PreferencesDialog dialog(m_window.get());
     dialog.loadAll();
+    dialog.findChild<QTableWidget *>("fixedPresets_"_qs)->setCurrentCell(1, 0);
     dialog.selectPage(QByteArray(m_part).toInt());
     openDialog(dialog, visit);
 }
