@@ -3,6 +3,8 @@
 #include "app/tindraeditor.h"
 #include "popups/popup.h"
 
+#include <QStyle>
+
 namespace {
 
 QString entryOf(ShapeTypes::ShapeType shape) {
@@ -36,6 +38,15 @@ QAction *OverflowMenu::addCopy(const QString &name, const QAction *original) {
         connect(panel, &Popup::triggered, this, &QWidget::hide);
     m_copies.insert(name, copy);
     return copy;
+}
+
+void OverflowMenu::setHasCopies(bool has) {
+    const QVariant value = has ? QStringLiteral("true") : QStringLiteral("false");
+    if (property("hasCopies") == value)
+        return;
+    setProperty("hasCopies", value);
+    style()->unpolish(this);
+    style()->polish(this);
 }
 
 void OverflowMenu::addCommands(TindraEditor *window) {

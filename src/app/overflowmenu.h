@@ -16,6 +16,9 @@ public:
 
     /// Adds an entry with text and menu of the toolbar's action. `name` is that of the button.
     QAction *addCopy(const QString &name, const QAction *original);
+    /// Whether any copy is visible. Only then does the menu keep a column for check marks, and the sheet
+    /// (`hasCopies`) leaves less room before the texts.
+    void setHasCopies(bool has);
     /// The entries at the end.
     void addCommands(TindraEditor *window);
     /// Printing needs a capture.

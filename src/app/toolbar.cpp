@@ -172,6 +172,8 @@ void Toolbar::addButton(const Row &row) {
     addMenuOf(row, entry);
     if (row.clicked)
         connect(button, &QPushButton::clicked, m_window, row.clicked);
+    // A press of a setting chooses nothing: its panel may show a fallback for a stored width that it does
+    // not offer, and that width holds until another is chosen.
     if (row.kind == Row::Tool)
         joinTools(row, button);
     if (row.key)
@@ -285,6 +287,10 @@ void Toolbar::layOut(int bannerWidth) {
         if (entries[i].isButton)
             overflowing[i]->setVisible(stays[i]);
     }
+    // Before the copies change, after which the menu measures its entries again.
+    m_overflow->setHasCopies(std::any_of(m_entries.cbegin(), m_entries.cend(), [](const Entry &entry) {
+        return entry.copy && !entry.action->isVisible();
+    }));
     for (const Entry &entry : qAsConst(m_entries)) {
         if (entry.copy)
             entry.copy->setVisible(!entry.action->isVisible());

@@ -20,6 +20,7 @@ private slots:
     void everyPictureIsThere();
     void statesLookDifferent();
     void smallestWindowShowsTheMenu();
+    void textsOfTheMenusStandInOneColumn();
     void noButtonIsCutOffAtAnyWidth();
 
 private:
@@ -28,6 +29,8 @@ private:
     Toolbar *toolbar() const { return m_window->findChild<Toolbar *>(); }
     QImage look(QWidget *widget) const;
     void show(int width);
+    /// Where the text of that menu's last entry begins, in the menu.
+    static int textBegin(QMenu *menu);
     static void picture(QWidget *widget, const QString &name);
 };
 
@@ -127,6 +130,36 @@ void Tst_ToolbarLook::smallestWindowShowsTheMenu() {
     show(scaled(910));
     QVERIFY(button("capture")->isVisible() && button("pen")->isVisible() && button("menu")->isVisible());
     QVERIFY(toolbar()->rect().contains(button("menu")->geometry()));
+}
+
+int Tst_ToolbarLook::textBegin(QMenu *menu) {
+    menu->popup(QPoint());
+    const QRect entry = menu->actionGeometry(menu->actions().last());
+    const QImage look = menu->grab(entry).toImage();
+    menu->close();
+    for (int x = 0; x < look.width(); ++x) {
+        for (int y = 0; y < look.height(); ++y) {
+            if (qGray(look.pixel(x, y)) < 128)
+                return entry.x() + x;
+        }
+    }
+    return -1;
+}
+
+void Tst_ToolbarLook::textsOfTheMenusStandInOneColumn() {
+    // Beside 40 there are the white of a letter's own box and what truncating loses.
+    const auto isInColumn = [](int begin) { return qAbs(begin - scaled(40)) <= scaled(2); };
+    QMenu *menu = button("menu")->menu();
+    // The copies come and go more than once.
+    for (int times = 0; times < 2; ++times) {
+        show(scaled(1300));
+        QVERIFY(button("eraser")->isVisible());
+        QVERIFY2(isInColumn(textBegin(menu)), qPrintable(QString::number(textBegin(menu))));
+        show(scaled(910));
+        QVERIFY(!button("eraser")->isVisible());
+        QVERIFY2(isInColumn(textBegin(menu)), qPrintable(QString::number(textBegin(menu))));
+    }
+    QVERIFY(isInColumn(textBegin(button("help")->menu())));
 }
 
 void Tst_ToolbarLook::noButtonIsCutOffAtAnyWidth() {
