@@ -11,6 +11,7 @@
 #include "preferences/tindrapreferences.h"
 #include "print/printpreviewdialog.h"
 #include "services/usagestatistics.h"
+#include "ui/uistyler.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -95,6 +96,10 @@ void HistoryWidget::buildHead(QVBoxLayout *layout) {
     layout->addWidget(newLine(QStringLiteral("line_3"), this));
     m_historyListWidget->setFrameShape(QFrame::NoFrame);
     m_historyListWidget->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    // Belongs to no layout that would be scaled with the window.
+    UIStyler::setScaleCallback(m_historyListWidget, [list = m_historyListWidget](double scale) {
+        list->setSpacing(static_cast<int>(PanelSpacing / 2 * scale));
+    });
     m_historyListWidget->setSpacing(PanelSpacing / 2);
 }
 

@@ -6,6 +6,7 @@
 #include "support/literals.h"
 #include "support/modalanswers.h"
 #include "support/session.h"
+#include "ui/uistyler.h"
 
 #include <QCheckBox>
 #include <QLabel>
@@ -19,6 +20,8 @@ private slots:
     void cleanup();
 
     void childrenStandInOrder();
+    void gapBetweenRowsFollowsTheScale_data();
+    void gapBetweenRowsFollowsTheScale();
     void textsFollowTheMode_data();
     void textsFollowTheMode();
     void countFollowsTheRows();
@@ -75,6 +78,25 @@ void Tst_HistoryWidget::init() {
 void Tst_HistoryWidget::cleanup() {
     m_panel.reset();
     m_session.reset();
+}
+
+void Tst_HistoryWidget::gapBetweenRowsFollowsTheScale_data() {
+    QTest::addColumn<double>("scale");
+    QTest::addColumn<int>("gap");
+    QTest::newRow("100 %") << 1.0 << 6;
+    QTest::newRow("150 %, each half truncated") << 1.5 << 8;
+    QTest::newRow("200 %") << 2.0 << 12;
+}
+
+void Tst_HistoryWidget::gapBetweenRowsFollowsTheScale() {
+    QFETCH(double, scale);
+    add(2);
+    m_panel->show();
+    UIStyler::applyScale(m_panel.get(), scale);
+    QCoreApplication::processEvents();
+    const QRect first = list()->visualItemRect(list()->item(0));
+    const QRect second = list()->visualItemRect(list()->item(1));
+    QTEST(second.top() - first.bottom() - 1, "gap");
 }
 
 void Tst_HistoryWidget::childrenStandInOrder() {
