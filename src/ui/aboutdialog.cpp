@@ -41,6 +41,10 @@ void AboutDialog::build() {
     m_link->setObjectName(QStringLiteral("link_"));
     m_link->setText(QUrl(tr("https://www.norvane.example")).host());
 
+    m_link->setFocusPolicy(Qt::TabFocus);
+    // Tab goes to the link; it does not have the focus from the start, where Return would open a page.
+    setFocus();
+
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_picture, 0, Qt::AlignCenter);

@@ -1,6 +1,6 @@
 #include "ui/clickablelabel.h"
 
-#include <QEvent>
+#include <QKeyEvent>
 
 ClickableLabel::ClickableLabel(QWidget *parent) : QLabel(parent) {
     watchItself();
@@ -28,8 +28,33 @@ bool ClickableLabel::eventFilter(QObject *watched, QEvent *event) {
     case QEvent::MouseButtonPress:
         emit clicked();
         break;
+    case QEvent::FocusIn:
+        setUnderlined(true);
+        break;
+    case QEvent::FocusOut:
+        setUnderlined(false);
+        break;
     default:
         break;
     }
     return QLabel::eventFilter(watched, event);
+}
+
+void ClickableLabel::keyPressEvent(QKeyEvent *event) {
+    switch (event->key()) {
+    case Qt::Key_Space:
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        emit clicked();
+        break;
+    default:
+        QLabel::keyPressEvent(event);
+    }
+}
+
+// A style sheet cannot do it: a label takes the font of its plain state only.
+void ClickableLabel::setUnderlined(bool underlined) {
+    QFont underlinedOrNot = font();
+    underlinedOrNot.setUnderline(underlined);
+    setFont(underlinedOrNot);
 }

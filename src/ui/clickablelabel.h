@@ -2,7 +2,8 @@
 
 #include <QLabel>
 
-/// A label that behaves as a link: it tells clicks and the mouse coming and going.
+/// A label that behaves as a link: it tells clicks and the mouse coming and going. Given a focus policy, it
+/// is underlined while it has the focus, and Space and Return click it.
 class ClickableLabel : public QLabel {
     Q_OBJECT
 public:
@@ -12,10 +13,15 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 signals:
+    /// Pressed with the mouse, or with a key.
     void clicked();
     void hover();
     void leaved();
 
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
 private:
+    void setUnderlined(bool underlined);
     void watchItself();
 };

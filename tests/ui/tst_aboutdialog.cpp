@@ -18,6 +18,8 @@ private slots:
     void sizeFollowsTheScale();
     void versionAndMakerAreTold();
     void linkOpensTheMakersSite();
+    void keysOpenTheMakersSite_data();
+    void keysOpenTheMakersSite();
     void linkChangesTheCursor();
     void pictureFillsItsPlace_data();
     void pictureFillsItsPlace();
@@ -66,6 +68,36 @@ void Tst_AboutDialog::linkOpensTheMakersSite() {
     dialog.show();
     QTest::mousePress(dialog.findChild<ClickableLabel *>(), Qt::LeftButton);
     QCOMPARE(opened.urls, QVector<QUrl>{QUrl(QStringLiteral("https://www.norvane.example"))});
+}
+
+void Tst_AboutDialog::keysOpenTheMakersSite_data() {
+    QTest::addColumn<Qt::Key>("key");
+    QTest::newRow("Space") << Qt::Key_Space;
+    QTest::newRow("Return") << Qt::Key_Return;
+    QTest::newRow("Enter") << Qt::Key_Enter;
+}
+
+void Tst_AboutDialog::keysOpenTheMakersSite() {
+    QFETCH(Qt::Key, key);
+    OpenedUrls opened;
+    AboutDialog dialog;
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    auto *link = dialog.findChild<ClickableLabel *>();
+    const QFont plain = link->font();
+    QTest::keyClick(dialog.windowHandle(), key);
+    QVERIFY(opened.urls.isEmpty());
+    QVERIFY(!plain.underline());
+    QTest::keyClick(dialog.windowHandle(), Qt::Key_Tab);
+    QVERIFY(link->hasFocus());
+    QVERIFY(link->font().underline());
+    QCOMPARE(link->font().family(), plain.family());
+    QCOMPARE(link->font().pixelSize(), plain.pixelSize());
+    QTest::keyClick(dialog.windowHandle(), key);
+    QCOMPARE(opened.urls, QVector<QUrl>{QUrl(QStringLiteral("https://www.norvane.example"))});
+    QVERIFY(dialog.isVisible());
+    dialog.setFocus();
+    QVERIFY(!link->font().underline());
 }
 
 void Tst_AboutDialog::linkChangesTheCursor() {
