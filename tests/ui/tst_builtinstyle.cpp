@@ -38,7 +38,9 @@ private slots:
     void declarationsAreWhole();
     void sectionsStandInTheirOrder();
     void declarationsStandInTheirOrder();
+    void dialogsLookAlike_data();
     void dialogsLookAlike();
+    void supplementIsOneLineAroundWhatFloats();
     void looksOfTheBasicWidgets_data();
     void looksOfTheBasicWidgets();
 
@@ -256,7 +258,6 @@ void Tst_BuiltInStyle::sectionsStandInTheirOrder() {
         QStringLiteral("ColorSelectPopup, ColorPicker"),
         QStringLiteral("EditorView"),
         QStringLiteral("HistoryWidget"),
-        QStringLiteral("BannerFrame"),
         QStringLiteral("ConfirmSaveDialog"),
         QStringLiteral("PreferencesDialog"),
         QStringLiteral("ImagePreferencesWidget"),
@@ -270,14 +271,10 @@ void Tst_BuiltInStyle::sectionsStandInTheirOrder() {
     };
     static const QRegularExpression heading(QStringLiteral("/\\* ---- (.*) ---- \\*/"));
     auto headings = heading.globalMatch(sheet(mainSheet));
-    int before = -1;
-    while (headings.hasNext()) {
-        const QString name = headings.next().captured(1);
-        const int place = order.indexOf(name);
-        QVERIFY2(place < 0 || place > before, qPrintable(name));
-        before = qMax(before, place);
-    }
-    QCOMPARE(before, order.size() - 1);
+    QStringList found;
+    while (headings.hasNext())
+        found.append(headings.next().captured(1));
+    QCOMPARE(found, order);
 }
 
 void Tst_BuiltInStyle::declarationsStandInTheirOrder() {
@@ -304,19 +301,33 @@ void Tst_BuiltInStyle::declarationsStandInTheirOrder() {
     }
 }
 
+void Tst_BuiltInStyle::dialogsLookAlike_data() {
+    QTest::addColumn<QString>("dialog");
+    for (const char *dialog : {"ConfirmSaveDialog", "PreferencesDialog", "FileNameFormatSettingDialog",
+                               "SizeInputDialog", "MessageDialog", "AboutDialog", "DebugDialog",
+                               "FileDownloadDialog", "PrintPreviewDialog", "PrinterPropertiesDialog"})
+        QTest::newRow(dialog) << QString::fromLatin1(dialog);
+}
+
 void Tst_BuiltInStyle::dialogsLookAlike() {
-    static const QRegularExpression dialog(QStringLiteral("^\\w+Dialog$"));
-    int dialogs = 0;
+    QFETCH(QString, dialog);
+    QStringList declarations;
     for (const Rule &rule : rules(mainSheet)) {
-        if (!dialog.match(rule.selector).hasMatch())
-            continue;
-        ++dialogs;
-        QVERIFY2(rule.declarations.contains(QStringLiteral("background-color: var(color2)")),
-                 qPrintable(rule.selector));
-        QVERIFY2(rule.declarations.contains(QStringLiteral("border-top: scale(1)px solid var(color31)")),
-                 qPrintable(rule.selector));
+        if (rule.selector == dialog)
+            declarations += rule.declarations;
     }
-    QVERIFY(dialogs >= 4);
+    QVERIFY(declarations.contains(QStringLiteral("background-color: var(color2)")));
+    QVERIFY(declarations.contains(QStringLiteral("border-top: scale(1)px solid var(color31)")));
+}
+
+void Tst_BuiltInStyle::supplementIsOneLineAroundWhatFloats() {
+    QStringList selectors;
+    for (const Rule &rule : rules(supplement)) {
+        selectors.append(rule.selector);
+        QCOMPARE(rule.declarations, QStringList{QStringLiteral("border: scale(1)px solid var(color6)")});
+    }
+    QCOMPARE(selectors, (QStringList{QStringLiteral("QMenu"), QStringLiteral("CropPopup"),
+                                     QStringLiteral("TextPopup")}));
 }
 
 void Tst_BuiltInStyle::looksOfTheBasicWidgets_data() {
@@ -347,6 +358,8 @@ void Tst_BuiltInStyle::looksOfTheBasicWidgets_data() {
     add("QLineEdit", "padding-left: scale(6)px");
     add("QLineEdit", "min-height: scale(24)px");
     add("QCheckBox::indicator", "width: scale(12)px");
+    add("QCheckBox::indicator", "height: scale(12)px");
+    add("QMenu::indicator", "width: scale(12)px");
     add("QMenu::indicator", "height: scale(12)px");
     add("QRadioButton", "spacing: scale(6)px");
     add("QRadioButton::indicator", "width: scale(16)px");
@@ -378,10 +391,12 @@ void Tst_BuiltInStyle::looksOfTheBasicWidgets_data() {
     add("TindraEditor", "min-height: scale(300)px");
     add("PositiveButton", "background-color: var(color13)");
     add("PositiveButton", "min-width: scale(85)px");
+    add("PositiveButton", "max-width: scale(85)px");
     add("PositiveButton:hover", "background-color: var(color17)");
     add("PositiveButton:pressed", "background-color: var(color18)");
     add("PositiveButton:disabled", "background-color: var(color34)");
     add("NegativeButton", "min-width: scale(85)px");
+    add("NegativeButton", "max-width: scale(85)px");
     add("ColorSquare", "min-width: scale(132)px");
     add("ColorSquare", "max-height: scale(100)px");
     add("GradientSlider", "max-width: scale(16)px");
