@@ -92,6 +92,15 @@ private:
 
 namespace {
 
+const QList<QColor> ownColors{QColor(10, 200, 190), QColor(120, 60, 10)};
+
+QWidget *swatchNamed(QWidget *panel, const QString &name) {
+    const auto buttons = panel->findChildren<QAbstractButton *>();
+    const auto found = std::find_if(buttons.begin(), buttons.end(),
+                                    [&](const auto *button) { return button->accessibleName() == name; });
+    return found == buttons.end() ? nullptr : *found;
+}
+
 double scale() {
     return QGuiApplication::primaryScreen()->logicalDotsPerInchX() / 96.0;
 }
@@ -130,7 +139,7 @@ bool isControl(const QWidget *widget) {
     return qobject_cast<const QAbstractButton *>(widget) || qobject_cast<const QComboBox *>(widget) ||
            qobject_cast<const QAbstractSpinBox *>(widget) || qobject_cast<const QLineEdit *>(widget) ||
            qobject_cast<const QAbstractSlider *>(widget) || qobject_cast<const QAbstractItemView *>(widget) ||
-           widget->inherits("ColorSquare");
+           widget->inherits("ColorSquare") || widget->inherits("ClickableLabel");
 }
 
 /// The room that a text of that widget needs, and the room it has.
@@ -298,8 +307,10 @@ void Tst_Surfaces::initTestCase() {
 
 void Tst_Surfaces::init() {
     WindowTest::init();
-    preferences()->SetCustomColors(TindraPreferences::PenCustomColorKey(),
-                                   {QColor(10, 200, 190), QColor(120, 60, 10)});
+    preferences()->SetCustomColors(TindraPreferences::PenCustomColorKey(), ownColors);
+    // The panels read the colours once, when they are made.
+    m_window.reset();
+    start();
     for (const int path : {int(TindraPreferences::FilePath), int(TindraPreferences::AutoSavePath)})
         preferences()->SetString(path, "/var/lib/pictures"_qs);
     for (const auto &name : {"a"_qs, "b"_qs, "c"_qs})
@@ -352,7 +363,15 @@ void Tst_Surfaces::openMenu(QMenu *menu, const Visit &visit) {
 }
 
 void Tst_Surfaces::showMenuOfButton(const Visit &visit) {
-    openMenu(button(m_part)->menu(), visit);
+    openMenu(button(m_part)->menu(), [&](QWidget *panel) {
+        if (qstrcmp(m_part, "pen") == 0) {
+            for (const QColor &color : ownColors) {
+                const QWidget *swatch = swatchNamed(panel, color.name().toUpper());
+                QVERIFY(swatch && swatch->isVisible());
+            }
+        }
+        visit(panel);
+    });
 }
 
 void Tst_Surfaces::showColorPicker(const Visit &visit) {
