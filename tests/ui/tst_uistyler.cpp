@@ -416,11 +416,15 @@ void Tst_UIStyler::visibleWindowFollowsTheScreen() {
 void Tst_UIStyler::hiddenWindowWaitsForItsShow() {
     Window w;
     w.window.show();
+    const QSize asShown = w.button->iconSize();
     w.window.hide();
     emitDpi(288);
     QCOMPARE(w.window.property(Scale).toDouble(), screenScale());
+    // As if it had been hidden on a screen with other dots.
+    UIStyler::applyScale(&w.window, 3.0);
     w.window.show();
     QCOMPARE(w.window.property(Scale).toDouble(), screenScale());
+    QCOMPARE(w.button->iconSize(), asShown);
 }
 
 void Tst_UIStyler::showsDoNotPileUpConnections() {
