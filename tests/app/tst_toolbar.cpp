@@ -48,6 +48,7 @@ private slots:
     void narrowWindowMovesToolsIntoTheMenu();
     void bannerTakesRoom();
     void hiddenToolIsChosenByItsEntry();
+    void hiddenToolIsChosenInItsPanel();
     void menuChecksThePresentTool_data();
     void menuChecksThePresentTool();
     void panelsOpenFromTheCanvasMenuToo();
@@ -543,6 +544,19 @@ void Tst_Toolbar::hiddenToolIsChosenByItsEntry() {
     QVERIFY(entry("eraser")->isChecked());
     m_window->onPenSelected(Qt::blue);
     QVERIFY(!entry("eraser")->isChecked());
+}
+
+void Tst_Toolbar::hiddenToolIsChosenInItsPanel() {
+    addCapture("a"_qs);
+    resizeTo(400);
+    QVERIFY(!button("mosaic")->isVisible());
+    QMenu *strengths = entry("mosaic")->menu();
+    strengths->popup(m_window->mapToGlobal(QPoint(50, 50)));
+    strengths->findChild<MosaicPopup *>()->findChildren<QAbstractButton *>().last()->click();
+    QVERIFY(!strengths->isVisible());
+    QCOMPARE(scene()->shapeType(), Editor::Mosaic);
+    emit overflow()->aboutToShow();
+    QVERIFY(entry("mosaic")->isChecked());
 }
 
 void Tst_Toolbar::menuChecksThePresentTool_data() {
