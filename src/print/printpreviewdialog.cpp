@@ -168,6 +168,8 @@ void PrintPreviewDialog::enableControls() {
              m_leftMarginValue, m_topMarginValue, m_rightMarginValue, m_bottomMarginValue, m_printGrayscale,
              m_printBorder, m_print})
         control->setEnabled(enabled);
+    // Loading and the choice of another scale disable the value where it has no effect; a refresh must not offer
+    // it again.
     m_scaleCustomValue->setEnabled(enabled && m_scaleCustom->isChecked());
 }
 

@@ -21,6 +21,22 @@ QByteArray outputOf(const QString &program, const QStringList &arguments) {
     return process.readAllStandardOutput();
 }
 
+ipp_t *queueRequest(ipp_op_t operation, const char *queue) {
+    const QByteArray uri = QByteArray("ipp://localhost/printers/") + queue;
+    ipp_t *request = ippNewRequest(operation);
+    ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_URI, "printer-uri", nullptr, uri.constData());
+    return request;
+}
+
+/// Takes the request over. The library's own connection would stay with the first server of a process.
+bool administer(ipp_t *request) {
+    http_t *http = httpConnect2(qgetenv("CUPS_SERVER").constData(), 0, nullptr, AF_UNSPEC,
+                                HTTP_ENCRYPTION_NEVER, 1, Patience, nullptr);
+    ippDelete(cupsDoRequest(http, request, "/admin/"));
+    httpClose(http);
+    return cupsLastError() <= IPP_STATUS_OK_EVENTS_COMPLETE;
+}
+
 } // namespace
 
 // Below /tmp, as an ordinary user must reach it and the path of a socket is short.
@@ -64,11 +80,17 @@ void PrintServer::setSilent(bool silent) {
 }
 
 bool PrintServer::removeQueue(const char *name) {
-    const QByteArray uri = QByteArray("ipp://localhost/printers/") + name;
-    ipp_t *request = ippNewRequest(IPP_OP_CUPS_DELETE_PRINTER);
-    ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_URI, "printer-uri", nullptr, uri.constData());
-    ippDelete(cupsDoRequest(CUPS_HTTP_DEFAULT, request, "/admin/"));
-    return cupsLastError() <= IPP_STATUS_OK_EVENTS_COMPLETE;
+    return administer(queueRequest(IPP_OP_CUPS_DELETE_PRINTER, name));
+}
+
+bool PrintServer::setDefault(const char *name, const char *option, const char *value) {
+    ipp_t *request = queueRequest(IPP_OP_CUPS_ADD_MODIFY_PRINTER, name);
+    cups_option_t *options = nullptr;
+    const QByteArray attribute = QByteArray(option) + "-default";
+    const int count = cupsAddOption(attribute.constData(), value, 0, &options);
+    cupsEncodeOptions2(request, count, options, IPP_TAG_PRINTER);
+    cupsFreeOptions(count, options);
+    return administer(request);
 }
 
 PrintServer::Print PrintServer::next() {

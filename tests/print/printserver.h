@@ -27,6 +27,8 @@ public:
     void stop();
     /// Takes a queue away.
     bool removeQueue(const char *name);
+    /// Gives a queue a default of its own for an option of jobs.
+    bool setDefault(const char *name, const char *option, const char *value);
 
     /// Waits for the next print; the jobs come in order.
     Print next();

@@ -8,12 +8,19 @@
 #include <QComboBox>
 #include <QPainter>
 #include <QPushButton>
+#include <QTranslator>
 #include <QtTest>
+
+#include <atomic>
+#include <chrono>
+#include <thread>
 
 namespace {
 
-constexpr int Fine = 3;      // raster pixels for one at 96 per inch
-constexpr int Frozen = 2000; // milliseconds that the window may stand still at the most
+constexpr int Fine = 3; // raster pixels for one at 96 per inch
+// Milliseconds: well above the limits that the program sets itself, which add up to less than two seconds,
+// and well below the twenty seconds of the network's.
+constexpr int Frozen = 8000;
 
 const QColor TopLeft(255, 0, 0);
 const QColor TopRight(0, 0, 255);
@@ -69,6 +76,25 @@ QByteArray told(const QRectF &actual, const QRectF &expected) {
     return text.toLatin1();
 }
 
+/// Translates nothing, and notes whether another thread than the application's asked it.
+class WatchingTranslator : public QTranslator {
+public:
+    bool isEmpty() const override { return false; }
+    QString translate(const char *, const char *, const char *, int) const override {
+        if (QThread::currentThread() != thread())
+            m_isStrayed = true;
+        else
+            m_isAsked = true;
+        return {};
+    }
+    bool isAsked() const { return m_isAsked; }
+    bool isStrayed() const { return m_isStrayed; }
+
+private:
+    mutable std::atomic<bool> m_isAsked{false};
+    mutable std::atomic<bool> m_isStrayed{false};
+};
+
 } // namespace
 
 /// Real prints: from the settings of a page to the sheet that comes out of a print server.
@@ -84,6 +110,11 @@ private slots:
     void queueTellsWhatItOffers();
     void printableAreaIsThatOfTheSheet();
     void queueWithoutDriverHasCommonPapers();
+    void presetsOfTheQueueAreRead_data();
+    void presetsOfTheQueueAreRead();
+    void resolutionIsTheQueues_data();
+    void resolutionIsTheQueues();
+    void papersAreNamedByTheApplicationsThread();
 
     void imageStandsWhereItIsLaidOut_data();
     void imageStandsWhereItIsLaidOut();
@@ -96,6 +127,8 @@ private slots:
     void paperIsAskedFor();
     void bothSidesAndQualityAreAskedFor();
     void untouchedSettingsAreTheQueues();
+    void defaultsOfTheQueueTurnNoPage_data();
+    void defaultsOfTheQueueTurnNoPage();
     void dialogPrints();
 
     void emptyDocumentPrintsNothing();
@@ -108,6 +141,8 @@ private slots:
     void silentServerHasNoPrinters();
     void silentServerDoesNotFreezeTheDialog();
     void silentServerPrintsLater();
+    void endOfTheProgramWaitsForAJob();
+    void endOfTheProgramWaitsNotForEver();
 
 private:
     static QString names() { return NativePrinter::printerNames().join(QLatin1Char(' ')); }
@@ -145,7 +180,7 @@ void Tst_Printing::cleanup() {
 }
 
 void Tst_Printing::queuesAreListed() {
-    QCOMPARE(names(), "Attic Closed Office Plain"_qs);
+    QCOMPARE(names(), "Attic Closed Office Plain Preset"_qs);
     QCOMPARE(NativePrinter::defaultPrinterName(), "Office"_qs);
 }
 
@@ -205,6 +240,82 @@ void Tst_Printing::queueWithoutDriverHasCommonPapers() {
     QVERIFY(!plain->paperSize().isEmpty());
     const PrintServer::Print print = printed({pageOf(quarters({96, 96}), {0, 0, 96, 96})}, *plain);
     QCOMPARE(PrintServer::pageCount(print.pdf), 1);
+}
+
+void Tst_Printing::presetsOfTheQueueAreRead_data() {
+    using Mode = PrinterMode;
+    QTest::addColumn<QByteArray>("option");
+    QTest::addColumn<QByteArray>("value");
+    QTest::addColumn<QVector<int>>("expected"); // copies, color, sides, quality, orientation
+    const auto row = [](const char *name, const char *option, const char *value,
+                        const QVector<int> &expected) {
+        QTest::newRow(name) << QByteArray(option) << QByteArray(value) << expected;
+    };
+    const int sides = Mode::ShortEdge; // of the driver's own
+    const int quality = Mode::NormalQuality;
+    row("of the driver", "", "", {1, Mode::Monochrome, sides, quality, Mode::Portrait});
+    row("copies", "copies", "3", {3, Mode::Monochrome, sides, quality, Mode::Portrait});
+    row("color", "print-color-mode", "color", {1, Mode::FullColor, sides, quality, Mode::Portrait});
+    row("long edge", "sides", "two-sided-long-edge",
+        {1, Mode::Monochrome, Mode::LongEdge, quality, Mode::Portrait});
+    row("one side", "sides", "one-sided", {1, Mode::Monochrome, Mode::OneSided, quality, Mode::Portrait});
+    row("high quality", "print-quality", "5",
+        {1, Mode::Monochrome, sides, Mode::HighQuality, Mode::Portrait});
+    row("draft", "print-quality", "3", {1, Mode::Monochrome, sides, Mode::DraftQuality, Mode::Portrait});
+    row("landscape", "orientation-requested", "4", {1, Mode::Monochrome, sides, quality, Mode::Landscape});
+    row("landscape, other way", "orientation-requested", "5",
+        {1, Mode::Monochrome, sides, quality, Mode::Landscape});
+    row("portrait", "orientation-requested", "3", {1, Mode::Monochrome, sides, quality, Mode::Portrait});
+}
+
+void Tst_Printing::presetsOfTheQueueAreRead() {
+    QFETCH(QByteArray, option);
+    QFETCH(QByteArray, value);
+    QFETCH(QVector<int>, expected);
+    if (!option.isEmpty())
+        QVERIFY(m_server->setDefault("Preset", option, value));
+    const auto queue = Platform::instance().printers().open("Preset"_qs);
+    QVERIFY(queue);
+    const PrinterMode mode = queue->defaultMode();
+    const QVector<int> actual{mode.copies, mode.color, mode.duplex, mode.quality, mode.orientation};
+    for (int i = 0; i < actual.size(); ++i)
+        QCOMPARE(actual[i], expected[i]);
+    QCOMPARE(int(mode.paperSize), 11);
+    QCOMPARE(mode.formName, "A5"_qs);
+    QCOMPARE(mode.paperWidth, 1480);
+    QCOMPARE(mode.paperLength, 2100);
+}
+
+void Tst_Printing::resolutionIsTheQueues_data() {
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("value");
+    QTest::addColumn<int>("perInch");
+    QTest::newRow("of the driver") << "Preset"_qs << QByteArray() << 300;
+    QTest::newRow("per inch") << "Preset"_qs << QByteArray("1200dpi") << 1200;
+    QTest::newRow("per centimetre") << "Preset"_qs << QByteArray("200dpcm") << 508;
+    QTest::newRow("too coarse") << "Preset"_qs << QByteArray("10dpi") << 72;
+    QTest::newRow("unknown") << "Plain"_qs << QByteArray() << 600;
+}
+
+void Tst_Printing::resolutionIsTheQueues() {
+    QFETCH(QString, name);
+    QFETCH(QByteArray, value);
+    if (!value.isEmpty())
+        QVERIFY(m_server->setDefault(name.toLatin1(), "printer-resolution", value));
+    const auto queue = Platform::instance().printers().open(name);
+    QVERIFY(queue);
+    const auto metrics = queue->metrics(queue->defaultMode());
+    QVERIFY(metrics);
+    QTEST(metrics->logPixelsX, "perInch");
+    QTEST(metrics->logPixelsY, "perInch");
+}
+
+void Tst_Printing::papersAreNamedByTheApplicationsThread() {
+    WatchingTranslator translator;
+    QVERIFY(QCoreApplication::installTranslator(&translator));
+    printer();
+    QVERIFY(translator.isAsked());
+    QVERIFY(!translator.isStrayed());
 }
 
 void Tst_Printing::imageStandsWhereItIsLaidOut_data() {
@@ -428,7 +539,39 @@ void Tst_Printing::untouchedSettingsAreTheQueues() {
     const QString options = print.options.join(QLatin1Char(' '));
     QVERIFY2(!options.contains("sides="_qs) && !options.contains("print-quality="_qs), qPrintable(options));
     QVERIFY2(options.contains("media=na_letter_8.5x11in"_qs), qPrintable(options));
-    QVERIFY2(!options.contains("orientation-requested"_qs), qPrintable(options));
+}
+
+void Tst_Printing::defaultsOfTheQueueTurnNoPage_data() {
+    QTest::addColumn<bool>("portrait");
+    QTest::newRow("portrait") << true;
+    QTest::newRow("landscape") << false;
+}
+
+void Tst_Printing::defaultsOfTheQueueTurnNoPage() {
+    QFETCH(bool, portrait);
+    QVERIFY(m_server->setDefault("Office", "orientation-requested", "4"));
+    QVERIFY(m_server->setDefault("Office", "number-up", "2"));
+    const auto office = printer();
+    QVERIFY(!office->isPortrait());
+    office->setPaperId(9);
+    office->setPortrait(portrait);
+    office->setGrayscale(false);
+    const QRectF target(48, 96, 200, 100);
+    const PrintPage page = pageOf(quarters({200, 100}), target);
+    const PrintServer::Print print = printed({page, page}, *office);
+    QCOMPARE(PrintServer::pageCount(print.pdf), 2);
+    QCOMPARE(PrintServer::pageSize(print.pdf), QSizeF(595, 842));
+    const QString options = print.options.join(QLatin1Char(' '));
+    QVERIFY2(options.contains("orientation-requested=3"_qs), qPrintable(options));
+    QVERIFY2(options.contains("number-up=1"_qs), qPrintable(options));
+    QImage sheet = PrintServer::page(print.pdf, 2, 96 * Fine);
+    if (!portrait)
+        sheet = sheet.transformed(QTransform().rotate(90)); // the way round in which it is read
+    const QRectF expected = target.translated(office->printableRect().topLeft());
+    const QRectF actual = areaOf(sheet, {TopLeft, TopRight, BottomLeft, BottomRight});
+    QVERIFY2(isNear(actual, expected), told(actual, expected).constData());
+    const QRectF first(expected.topLeft(), QSizeF(100, 50));
+    QVERIFY2(isNear(areaOf(sheet, {TopLeft}), first, 1.5), told(areaOf(sheet, {TopLeft}), first).constData());
 }
 
 void Tst_Printing::dialogPrints() {
@@ -473,7 +616,7 @@ void Tst_Printing::queueThatDisappears() {
     const auto attic = printer("Attic"_qs);
     QVERIFY(m_server->removeQueue("Attic"));
     QVERIFY(!attic->print({pageOf(quarters({20, 20}), {0, 0, 96, 96})}));
-    QCOMPARE(names(), "Closed Office Plain"_qs);
+    QCOMPARE(names(), "Closed Office Plain Preset"_qs);
 }
 
 void Tst_Printing::serverThatIsGone() {
@@ -531,6 +674,35 @@ void Tst_Printing::silentServerPrintsLater() {
     QVERIFY(m_server->isIdleFor(200));
     m_server->setSilent(false);
     QCOMPARE(PrintServer::pageCount(m_server->next().pdf), 1);
+}
+
+void Tst_Printing::endOfTheProgramWaitsForAJob() {
+    auto office = printer();
+    m_server->setSilent(true);
+    QVERIFY(office->print({pageOf(quarters({20, 20}), {0, 0, 96, 96})}));
+    office.reset();
+    std::atomic<bool> answers{false};
+    std::thread server([&] {
+        std::this_thread::sleep_for(std::chrono::seconds(1));
+        answers = true;
+        m_server->setSilent(false);
+    });
+    Platform::setInstance(nullptr);
+    const bool hasWaited = answers;
+    server.join();
+    QVERIFY(hasWaited);
+    QCOMPARE(PrintServer::pageCount(m_server->next().pdf), 1);
+}
+
+void Tst_Printing::endOfTheProgramWaitsNotForEver() {
+    auto office = printer();
+    m_server->setSilent(true);
+    QVERIFY(office->print({pageOf(quarters({20, 20}), {0, 0, 96, 96})}));
+    office.reset();
+    QElapsedTimer time;
+    time.start();
+    Platform::setInstance(nullptr);
+    QVERIFY2(time.elapsed() < 2 * Frozen, qPrintable(QString::number(time.elapsed())));
 }
 
 QTEST_MAIN(Tst_Printing)

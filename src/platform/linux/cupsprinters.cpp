@@ -4,6 +4,7 @@
 #include "platform/linux/pdfpages.h"
 #include "platform/printer.h"
 
+#include <QCoreApplication>
 #include <QImage>
 
 #include <algorithm>
@@ -15,16 +16,19 @@ namespace {
 using namespace std::chrono_literals;
 using std::chrono::milliseconds;
 
-// The window stands still meanwhile. A dialog lists and opens, and a click starts and sends: neither may take
-// two seconds.
-constexpr milliseconds ListLimit = 800ms;
-constexpr milliseconds OpenLimit = 1000ms;
-constexpr milliseconds StartLimit = 1200ms;
-constexpr milliseconds SendLimit = 600ms;
+// The window stands still meanwhile: a dialog lists and opens, and a click starts a job, draws and sends.
+// Neither may take two seconds, of which the form and the drawing need their share.
+constexpr milliseconds Patience = 1400ms;
+constexpr milliseconds ListLimit = 600ms;
+constexpr milliseconds OpenLimit = 800ms;
+static_assert(ListLimit + OpenLimit <= Patience);
+constexpr milliseconds StartLimit = 900ms;
+constexpr milliseconds ClickLimit = Patience; // from the start of a job, with its pages being drawn
 // A job that is still on its way when the program ends gets that long.
 constexpr std::chrono::seconds ExitLimit = 5s;
 
 constexpr double HundredthsPerInch = 2540.0;
+constexpr int UprightSheet = 3; // the standard's number
 
 template <typename Result> Result answerWithin(milliseconds limit, std::future<Result> answer) {
     return answer.wait_for(limit) == std::future_status::ready ? answer.get() : Result();
@@ -57,6 +61,7 @@ public:
         std::shared_ptr<CupsQueue> queue;
         std::shared_future<int> job;
         std::shared_ptr<Deliveries> deliveries;
+        std::chrono::steady_clock::time_point deadline; ///< of waiting for the delivery
     };
 
     CupsJob(Target target, const PdfPages::Sheet &sheet, const QString &title)
@@ -89,7 +94,7 @@ private:
                 return false;
             });
         m_target.deliveries->add(delivery);
-        delivery.wait_for(SendLimit);
+        delivery.wait_until(m_target.deadline);
     }
 
     Target m_target;
@@ -103,11 +108,15 @@ public:
     CupsPrinter(std::shared_ptr<CupsQueue> queue, std::shared_ptr<Deliveries> deliveries)
         : m_queue(std::move(queue)), m_deliveries(std::move(deliveries)) {}
 
-    PrinterMode defaultMode() const override { return m_queue->description().mode; }
+    PrinterMode defaultMode() const override {
+        PrinterMode mode = m_queue->description().mode;
+        mode.formName = nameOf(mediaOf(mode)).left(PrinterMode::FormNameLimit);
+        return mode;
+    }
     QVector<PrinterPaper> papers() const override {
         QVector<PrinterPaper> papers;
         for (const auto &media : m_queue->description().media)
-            papers.append(media.paper);
+            papers.append({media.paper.id, nameOf(media), media.paper.size});
         return papers;
     }
     PrinterChoices choices() const override { return m_queue->description().choices; }
@@ -120,6 +129,11 @@ private:
         const CupsQueueDescription &description = m_queue->description();
         const CupsQueueDescription::Media *media = description.mediaOf(mode.paperSize);
         return media ? *media : *description.mediaOf(description.mode.paperSize);
+    }
+    static QString nameOf(const CupsQueueDescription::Media &media) {
+        return media.needsBorderless
+                   ? QCoreApplication::translate("PrinterPaper", "%0 (Borderless)").arg(media.paper.name)
+                   : media.paper.name;
     }
     CupsOptions options(const PrinterMode &mode) const;
 
@@ -151,8 +165,11 @@ std::optional<PrinterMetrics> CupsPrinter::metrics(const PrinterMode &mode) cons
 CupsOptions CupsPrinter::options(const PrinterMode &mode) const {
     CupsOptions options;
     options.emplace_back("media", mediaOf(mode).standardName);
-    // Every page has the paper's size and its places are exact.
+    // Every page has the paper's size and its places are exact. What is not named here the server takes from
+    // the queue's defaults, and a page that is turned already must not be turned by them once more.
     options.emplace_back("print-scaling", "none");
+    options.emplace_back("orientation-requested", QByteArray::number(UprightSheet));
+    options.emplace_back("number-up", "1");
     if (mode.fields & PrinterMode::CopiesField)
         options.emplace_back("copies", QByteArray::number(mode.copies));
     if (mode.fields & PrinterMode::ColorField)
@@ -168,6 +185,7 @@ CupsOptions CupsPrinter::options(const PrinterMode &mode) const {
 }
 
 std::unique_ptr<PrintJob> CupsPrinter::startJob(const PrinterMode &mode, const QString &title) {
+    const auto deadline = std::chrono::steady_clock::now() + ClickLimit;
     const std::shared_future<int> job =
         inBackground<int>([queue = m_queue, name = title.toUtf8(), options = options(mode)] {
             return queue->createJob(name, options);
@@ -176,7 +194,7 @@ std::unique_ptr<PrintJob> CupsPrinter::startJob(const PrinterMode &mode, const Q
         return nullptr;
     const PdfPages::Sheet sheet{mediaOf(mode).paper.size, mode.orientation == PrinterMode::Landscape,
                                 mode.color == PrinterMode::Monochrome, *metrics(mode)};
-    return std::make_unique<CupsJob>(CupsJob::Target{m_queue, job, m_deliveries}, sheet, title);
+    return std::make_unique<CupsJob>(CupsJob::Target{m_queue, job, m_deliveries, deadline}, sheet, title);
 }
 
 class CupsPrinters : public Printers {

@@ -2,8 +2,6 @@
 
 #include "platform/linux/papertable.h"
 
-#include <QCoreApplication>
-
 #include <cups/cups.h>
 #include <cups/pwg.h>
 
@@ -120,6 +118,7 @@ private:
     QVector<Media> readMedia() const;
     Media toMedia(const cups_size_t &size, int index) const;
     PrinterChoices readChoices() const;
+    QByteArray presetMedia() const;
     PrinterMode readMode(const QVector<Media> &media) const;
     int readResolution() const;
 
@@ -155,18 +154,18 @@ CupsQueueDescription::Media CupsQueue::Native::toMedia(const cups_size_t &size, 
     QString label = known.name;
     if (label.isEmpty() && standard && standard->ppd)
         label = QString::fromUtf8(standard->ppd);
-    if (label.isEmpty()) {
+    const bool isNamed = !label.isEmpty();
+    if (!isNamed) {
         cups_size_t local = size;
         label = QString::fromUtf8(
             cupsLocalizeDestMedia(m_http, m_dest, m_info, CUPS_MEDIA_FLAGS_DEFAULT, &local));
-    } else if (isBorderless) {
-        label = QCoreApplication::translate("PrinterPaper", "%0 (Borderless)").arg(label);
     }
     const bool isCommon = known.id != 0 && !isBorderless;
     const quint16 id = isCommon ? known.id : static_cast<quint16>(FirstOwnPaper + index);
     return {{id, label, QSize(qRound(width / 10.0), qRound(length / 10.0))},
             QByteArray(size.media),
-            {size.left, size.top, size.right, size.bottom}};
+            {size.left, size.top, size.right, size.bottom},
+            isNamed && isBorderless};
 }
 
 QVector<CupsQueueDescription::Media> CupsQueue::Native::readMedia() const {
@@ -193,8 +192,9 @@ QVector<CupsQueueDescription::Media> CupsQueue::Native::readMedia() const {
     // A queue without a driver tells nothing of its paper.
     if (media.isEmpty()) {
         const CupsQueueDescription::Margins margins{QuarterInch, QuarterInch, QuarterInch, QuarterInch};
-        media.append({{PrinterMode::A4, QStringLiteral("A4"), {2100, 2970}}, "iso_a4_210x297mm", margins});
-        media.append({{1, QStringLiteral("Letter"), {2159, 2794}}, "na_letter_8.5x11in", margins});
+        media.append(
+            {{PrinterMode::A4, QStringLiteral("A4"), {2100, 2970}}, "iso_a4_210x297mm", margins, false});
+        media.append({{1, QStringLiteral("Letter"), {2159, 2794}}, "na_letter_8.5x11in", margins, false});
     }
     return media;
 }
@@ -221,21 +221,32 @@ PrinterChoices CupsQueue::Native::readChoices() const {
     return choices;
 }
 
+// The library's own answer is Letter for a queue whose default paper is told by its server only.
+QByteArray CupsQueue::Native::presetMedia() const {
+    cups_size_t size;
+    const char *name = cupsGetOption(CUPS_MEDIA, m_dest->num_options, m_dest->options);
+    if (!name) {
+        ipp_attribute_t *attribute = preset(CUPS_MEDIA);
+        name = attribute ? ippGetString(attribute, 0, nullptr) : nullptr;
+    }
+    if (name && cupsGetDestMediaByName(m_http, m_dest, m_info, name, CUPS_MEDIA_FLAGS_DEFAULT, &size))
+        return size.media;
+    if (cupsGetDestMediaDefault(m_http, m_dest, m_info, CUPS_MEDIA_FLAGS_DEFAULT, &size))
+        return size.media;
+    return {};
+}
+
 PrinterMode CupsQueue::Native::readMode(const QVector<Media> &media) const {
     PrinterMode mode;
-    cups_size_t size;
     const Media *paper = &media.first();
-    if (cupsGetDestMediaDefault(m_http, m_dest, m_info, CUPS_MEDIA_FLAGS_DEFAULT, &size)) {
-        const auto found = std::find_if(media.begin(), media.end(), [&size](const Media &other) {
-            return other.standardName == size.media;
-        });
-        if (found != media.end())
-            paper = &*found;
-    }
+    const QByteArray name = presetMedia();
+    const auto found = std::find_if(media.begin(), media.end(),
+                                    [&name](const Media &other) { return other.standardName == name; });
+    if (found != media.end())
+        paper = &*found;
     mode.paperSize = paper->paper.id;
     mode.paperWidth = paper->paper.size.width();
     mode.paperLength = paper->paper.size.height();
-    mode.formName = paper->paper.name.left(PrinterMode::FormNameLimit);
     ipp_attribute_t *copies = preset(CUPS_COPIES);
     mode.copies = copies ? std::max(ippGetInteger(copies, 0), 1) : 1;
     if (contains(preset(CUPS_PRINT_COLOR_MODE), CUPS_PRINT_COLOR_MODE_MONOCHROME))

@@ -11,7 +11,8 @@
 
 using CupsOptions = std::vector<std::pair<QByteArray, QByteArray>>;
 
-/// What a queue offers, read once.
+/// What a queue offers, read once. Its texts are not translated: a thread that is left to itself reads it,
+/// and the program's translations may be gone by then.
 struct CupsQueueDescription {
     /// Hundredths of a millimetre that the printer cannot reach, on the upright sheet.
     struct Margins {
@@ -21,6 +22,7 @@ struct CupsQueueDescription {
         PrinterPaper paper;
         QByteArray standardName; ///< empty where the queue names none
         Margins margins;
+        bool needsBorderless = false; ///< nothing in the paper's name says that it has no margins
     };
 
     QVector<Media> media;
