@@ -403,6 +403,13 @@ void Tst_BuiltInStyle::looksOfTheBasicWidgets_data() {
     add("GradientSlider", "min-height: scale(100)px");
     add("MessageDialog #icon_", "min-width: scale(28)px");
     add("MessageDialog #icon_", "max-height: scale(28)px");
+    add("MessageDialog #icon_[icon=\"NoIcon\"]", "image: none");
+    const QString picture = QStringLiteral("image: url(:/res/MessageDialog/%1.svg)");
+    for (const char *icon : {"Information", "Warning", "Critical", "Question", "Success"})
+        add(qPrintable(QStringLiteral("MessageDialog #icon_[icon=\"%1\"]").arg(QLatin1String(icon))),
+            qPrintable(picture.arg(QString::fromLatin1(icon).toLower())));
+    add("PreferencesDialog #default_", "border-radius: 0px");
+    add("PreferencesDialog #default_", "text-align: left");
     add("MessageDialog #text_", "font-size: scale(13)px");
     add("MessageDialog #text_", "color: var(color1)");
     add("MessageDialog #informativeText_", "font-size: scale(12)px");
