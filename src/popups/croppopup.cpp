@@ -63,6 +63,11 @@ void CropPopup::onChangedCropSize() {
     emit sizeChanged(size);
 }
 
+void CropPopup::showEvent(QShowEvent *event) {
+    Popup::showEvent(event);
+    m_width->selectAll();
+}
+
 void CropPopup::cancelByKey() {
     emit cropped(false);
 }

@@ -31,6 +31,8 @@ signals:
 
 protected:
     void cancelByKey() override;
+    /// What is typed first replaces the width, which has the focus then.
+    void showEvent(QShowEvent *event) override;
 
 private:
     RangedSpinBox *addSpinBox(const QString &name, const QString &labelName, const QString &text);

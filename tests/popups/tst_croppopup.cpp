@@ -21,6 +21,7 @@ private slots:
     void changeReportsBothSides();
     void typingBelowTheLimitIsNotReported();
     void typedBeyondTheImageIsCut();
+    void firstDigitsTypedReplaceTheWidth();
     void imageSmallerThanTheSmallestFrame();
 
 private:
@@ -126,6 +127,16 @@ void Tst_CropPopup::typedBeyondTheImageIsCut() {
     type(height(), QStringLiteral("9999"));
     QCOMPARE(height()->value(), 600);
     QCOMPARE(m_sizes.last(), QSize(170, 600));
+}
+
+void Tst_CropPopup::firstDigitsTypedReplaceTheWidth() {
+    m_popup->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_popup.data()));
+    QVERIFY(width()->hasFocus());
+    QTest::keyClick(m_popup->windowHandle(), Qt::Key_5);
+    QTest::keyClick(m_popup->windowHandle(), Qt::Key_6);
+    QCOMPARE(width()->text(), QStringLiteral("56"));
+    QCOMPARE(m_sizes, QList<QSize>{QSize(56, 120)});
 }
 
 void Tst_CropPopup::imageSmallerThanTheSmallestFrame() {
