@@ -25,6 +25,13 @@ constexpr int MostBytesInSum = 0xffff / 0xff;
 /// Averages are spread over this many pixels at a time; what is too much the next block overwrites.
 constexpr int SpreadWidth = 4;
 
+/// The smallest blocks that are offered, of which a picture has the most.
+constexpr int SquareSide = 4;
+/// Divides by the pixels of a square,
+constexpr int SquareShift = 4;
+/// after which a byte is left in each lane of 16 bits, and above it what the next lane has lost.
+constexpr quint64 AverageMask = 0x00ff00ff00ff00ff;
+
 quint32 loadPixel(const uchar *from) {
     quint32 pixel;
     std::memcpy(&pixel, from, sizeof pixel);
@@ -93,10 +100,16 @@ public:
 
     /// Averages the blocks of `rows` rows from `first` on.
     void average(uchar *first, int stride, int rows) {
-        std::fill(m_totals.begin(), m_totals.end(), Totals());
-        for (int done = 0; done < rows; done += m_rowsAtOnce)
-            addRows(first + qptrdiff(done) * stride, stride, std::min(m_rowsAtOnce, rows - done));
-        spreadColors(rows);
+        if (Bpp == 4 && m_block == SquareSide && rows == SquareSide) {
+            sumRows(first, stride, rows);
+            spreadSquares();
+        } else {
+            std::fill(m_totals.begin(), m_totals.end(), Totals());
+            for (int done = 0; done < rows; done += m_rowsAtOnce)
+                addRows(first + qptrdiff(done) * stride, stride, std::min(m_rowsAtOnce, rows - done));
+            for (int column = 0; column < m_columns; ++column)
+                spreadColor(column, rows, m_totals[column]);
+        }
         for (int y = 0; y < rows; ++y)
             writeRow(first + qptrdiff(y) * stride);
     }
@@ -118,7 +131,8 @@ private:
         return sums & mask;
     }
 
-    void addRows(const uchar *first, int stride, int rows) {
+    /// Sums the bytes of that many rows, column by column of pixels.
+    void sumRows(const uchar *first, int stride, int rows) {
         std::fill(m_sums.begin(), m_sums.end(), 0);
         for (int y = 0; y < rows; ++y) {
             const uchar *row = first + qptrdiff(y) * stride;
@@ -128,6 +142,10 @@ private:
             }
             addBytes(row, Bpp * m_width, m_sums.data());
         }
+    }
+
+    void addRows(const uchar *first, int stride, int rows) {
+        sumRows(first, stride, rows);
         const quint16 *sums = m_sums.data();
         for (int column = 0; column < m_columns; ++column) {
             const int width = widthOf(column);
@@ -148,23 +166,49 @@ private:
         return sums;
     }
 
-    void spreadColors(int rows) {
+    void spreadColor(int column, int rows, const Totals &totals) {
+        const int width = widthOf(column);
+        const quint32 *sums = totals.bytes;
+        const quint32 count = Bpp == 4 ? sums[AlphaByte] : quint32(width) * quint32(rows);
+        uchar colors[Bpp * SpreadWidth] = {};
+        if (count > 0) {
+            m_divider.setCount(count);
+            for (int i = 0; i < ColorBytes; ++i)
+                colors[i] = m_divider.average(sums[i]);
+        }
+        for (int x = 1; x < SpreadWidth; ++x)
+            std::memcpy(colors + x * Bpp, colors, Bpp);
+        uchar *to = &m_colors[Bpp * column * m_block];
+        for (int x = 0; x < width; x += SpreadWidth)
+            std::memcpy(to + Bpp * x, colors, sizeof colors);
+    }
+
+    /// The averages of one row of squares. All sums of a square fit one number, and where every pixel counts
+    /// one shift divides them all.
+    void spreadSquares() {
+        const quint16 *sums = m_sums.data();
         for (int column = 0; column < m_columns; ++column) {
             const int width = widthOf(column);
-            const quint32 *sums = m_totals[column].bytes;
-            const quint32 count = Bpp == 4 ? sums[AlphaByte] : quint32(width) * quint32(rows);
-            uchar colors[Bpp * SpreadWidth] = {};
-            if (count > 0) {
-                m_divider.setCount(count);
-                for (int i = 0; i < ColorBytes; ++i)
-                    colors[i] = m_divider.average(sums[i]);
+            quint64 packed = 0;
+            for (int x = 0; x < width; ++x, sums += Bpp)
+                packed += loadSums(sums);
+            quint16 lanes[Lanes];
+            std::memcpy(lanes, &packed, sizeof packed);
+            if (lanes[AlphaByte] == SquareSide * SquareSide) {
+                const quint32 color = packBytes(packed >> SquareShift & AverageMask) & ~AlphaMask;
+                uchar *to = &m_colors[Bpp * column * SquareSide];
+                for (int x = 0; x < SquareSide; ++x)
+                    storePixel(to + Bpp * x, color);
+            } else {
+                spreadColor(column, SquareSide, {{lanes[0], lanes[1], lanes[2], lanes[3]}});
             }
-            for (int x = 1; x < SpreadWidth; ++x)
-                std::memcpy(colors + x * Bpp, colors, Bpp);
-            uchar *to = &m_colors[Bpp * column * m_block];
-            for (int x = 0; x < width; x += SpreadWidth)
-                std::memcpy(to + Bpp * x, colors, sizeof colors);
         }
+    }
+
+    /// The low byte of each of the four lanes, in their order in memory.
+    static quint32 packBytes(quint64 lanes) {
+        const quint64 pairs = (lanes | lanes >> 8) & 0x0000ffff0000ffffu;
+        return static_cast<quint32>(pairs | pairs >> 16);
     }
 
     void writeRow(uchar *row) const {

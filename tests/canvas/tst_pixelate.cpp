@@ -39,6 +39,8 @@ class Tst_Pixelate : public QObject {
 private slots:
     void equalsAPlainLoop_data();
     void equalsAPlainLoop();
+    void opaqueSquaresEqualAPlainLoop_data();
+    void opaqueSquaresEqualAPlainLoop();
     void averagesAreTruncated();
     void transparentPixelsNeitherCountNorChange();
     void lastBlocksMayBeSmaller();
@@ -89,6 +91,38 @@ void Tst_Pixelate::equalsAPlainLoop() {
                                                                      .arg(size.width())
                                                                      .arg(size.height())
                                                                      .arg(block)));
+    }
+}
+
+void Tst_Pixelate::opaqueSquaresEqualAPlainLoop_data() {
+    QTest::addColumn<int>("lowest");
+    QTest::addColumn<int>("holes");
+    QTest::newRow("all colours") << 0 << 0;
+    QTest::newRow("sums that fill their bits") << 252 << 0;
+    QTest::newRow("white") << 255 << 0;
+    QTest::newRow("a pixel missing here and there") << 0 << 40;
+}
+
+// Blocks of 4 x 4 pixels that all count are averaged in a way of their own.
+void Tst_Pixelate::opaqueSquaresEqualAPlainLoop() {
+    QFETCH(int, lowest);
+    QFETCH(int, holes);
+    for (const QSize &size : {QSize(64, 48), QSize(65, 49), QSize(66, 50), QSize(67, 51), QSize(4, 4)}) {
+        QRandomGenerator random(17);
+        QImage before(size, QImage::Format_ARGB32);
+        for (int y = 0; y < size.height(); ++y) {
+            for (int x = 0; x < size.width(); ++x) {
+                const auto color = [&] { return lowest + random.bounded(256 - lowest); };
+                before.setPixel(x, y, qRgba(color(), color(), color(), 1 + random.bounded(255)));
+            }
+        }
+        for (int hole = 0; hole < holes; ++hole)
+            before.setPixel(random.bounded(size.width()), random.bounded(size.height()), qRgba(9, 8, 7, 0));
+        QImage image = before;
+        pixelate(image, image.rect(), 4);
+        QImage expected = before;
+        plainPixelate(expected, expected.rect(), 4);
+        QVERIFY(bytesOf(image) == bytesOf(expected));
     }
 }
 
