@@ -14,7 +14,12 @@
 
 ExitRoutine::ExitRoutine(QWidget *window, HistoryWidget *history)
     : QObject(window), m_window(window), m_history(history) {
+    // A kill does not wait for what the user is told of the batch; an exit that asks would ask under it.
     connect(m_history, &HistoryWidget::imagesWritten, this, [this] {
+        if (m_isHeld && m_killRequested)
+            start();
+    });
+    connect(m_history, &HistoryWidget::imagesReported, this, [this] {
         if (m_isHeld)
             start();
     });
@@ -30,8 +35,8 @@ void ExitRoutine::start() {
 void ExitRoutine::run() {
     m_isQueued = false;
     // A batch processes events while it writes. An exit in its middle would delete what is still to be
-    // written.
-    m_isHeld = !m_killRequested && m_history->isWritingImages();
+    // written, and the next editor would find the work folder of a killed one in use.
+    m_isHeld = m_history->isWritingImages();
     if (m_isHeld)
         return;
     // Read before the question: a further request while it is open is refused and takes the flag back.
@@ -99,7 +104,8 @@ void ExitRoutine::leave(End end) {
     if (end == End::Exit)
         removeTemporaryFiles(files);
     TindraPreferences::instance()->SaveAll();
-    if (end == End::Session)
+    // What a batch still has to write comes back at the next start instead.
+    if (end == End::Session && !m_history->isWritingImages())
         removeTemporaryFiles(files);
     QCoreApplication::quit();
 }

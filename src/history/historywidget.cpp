@@ -310,6 +310,7 @@ void HistoryWidget::onClickSaveImages() {
     recordUsage("cap_20_005");
     if (selecting)
         endSelectMode();
+    emit imagesReported();
 }
 
 int HistoryWidget::saveImages(const QVector<QPointer<Editor>> &captures, QString &firstPath) {

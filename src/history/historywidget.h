@@ -78,6 +78,8 @@ signals:
     void historyHide();
     /// A batch of captures has been written, as far as that was possible.
     void imagesWritten();
+    /// And the user knows of it.
+    void imagesReported();
 
 public slots:
     void onEmptyEditor(bool isEmpty);

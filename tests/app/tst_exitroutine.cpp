@@ -48,6 +48,8 @@ private slots:
     void endOfTheSessionAsksNothing();
     void batchIsWrittenBeforeTheEnd_data();
     void batchIsWrittenBeforeTheEnd();
+    void exitDuringABatchAsksBehindItsReport();
+    void killDuringABatchWaitsForNoReport();
     void twoKillsEndOnce();
     void killInsideTheQuestionEndsOnce();
     void leavingIsToldBeforeTheFilesGo();
@@ -292,9 +294,8 @@ void Tst_ExitRoutine::endOfTheSessionAsksNothing() {
 
 void Tst_ExitRoutine::batchIsWrittenBeforeTheEnd_data() {
     QTest::addColumn<QString>("line");
-    QTest::addColumn<bool>("endsInside");
-    QTest::newRow("exit") << "/close" << false;
-    QTest::newRow("kill") << "/kill" << true;
+    QTest::newRow("exit") << "/close";
+    QTest::newRow("kill") << "/kill";
 }
 
 void Tst_ExitRoutine::batchIsWrittenBeforeTheEnd() {
@@ -315,9 +316,43 @@ void Tst_ExitRoutine::batchIsWrittenBeforeTheEnd() {
     answers.addPress("save"_qs);
     QVERIFY(quits([this] { m_window->findChild<QPushButton *>("historySaveImages_"_qs)->click(); }));
     QVERIFY(answers.isDone());
-    QTEST(endedInside, "endsInside");
+    QVERIFY(!endedInside);
     QCOMPARE(QDir(m_target->path()).entryList({"shot_*.png"_qs}, QDir::Files).size(), 3);
     QCOMPARE(messages().count(0x867), 1);
+}
+
+void Tst_ExitRoutine::exitDuringABatchAsksBehindItsReport() {
+    preferences()->SetBool(TindraPreferences::ShowPostSaveAllDlg, true);
+    for (const QString &name : {"a"_qs, "b"_qs})
+        addCapture(name);
+    const auto *panel = m_window->findChild<HistoryWidget *>();
+    panel->findChild<QPushButton *>("historySelectMode_"_qs)->click();
+    const QWidget *row = list()->itemWidget(list()->item(1));
+    row->findChild<QPushButton *>("selectButton_"_qs)->setChecked(true);
+    connect(list()->rowItem(1)->editor(), &Editor::imageSaved, this, [&] {
+        treat("/close"_qs);
+        QCoreApplication::processEvents();
+    });
+    ModalAnswers answers;
+    answers.addPress("save"_qs);
+    answers.addPress("Close"_qs);
+    answers.addPress("Yes"_qs); // row 0 is not saved
+    QVERIFY(quits([panel] { panel->findChild<QPushButton *>("historySaveImages_"_qs)->click(); }));
+    QVERIFY(answers.isDone());
+}
+
+void Tst_ExitRoutine::killDuringABatchWaitsForNoReport() {
+    preferences()->SetBool(TindraPreferences::ShowPostSaveAllDlg, true);
+    addCapture("a"_qs);
+    connect(list()->rowItem(0)->editor(), &Editor::imageSaved, this, [&] {
+        treat("/kill"_qs);
+        QCoreApplication::processEvents();
+    });
+    ModalAnswers answers;
+    answers.addPress("save"_qs);
+    answers.add([](QWidget *) {}); // the report stays open until the program ends
+    QVERIFY(quits([this] { m_window->findChild<QPushButton *>("historySaveImages_"_qs)->click(); }));
+    QVERIFY(m_window->hasLeft());
 }
 
 void Tst_ExitRoutine::twoKillsEndOnce() {

@@ -355,9 +355,14 @@ void Tst_BatchSave::fileTakenAwayHoldsUpNothing() {
     button("historySaveImages_")->click();
     QVERIFY(m_answers->isDone());
     QVERIFY(m_answers->texts().last().startsWith("Saved captured 3 images."_qs));
-    QCOMPARE(written(), (QStringList{"0001.png"_qs, "0002.png"_qs}));
+    const QStringList names = written();
+    QCOMPARE(names.size(), 2);
+    QCOMPARE(names.first(), "0001.png"_qs);
     QCOMPARE(widthOf("0001.png"_qs), takenRow == 2 ? 12 : 11);
-    QCOMPARE(widthOf("0002.png"_qs), 13);
+    // Whether the worker's number is free again when the next one is asked for is a race of the two.
+    QVERIFY2(names.last() == "0002.png"_qs || (takenRow == 1 && names.last() == "0003.png"_qs),
+             qPrintable(names.last()));
+    QCOMPARE(widthOf(names.last()), 13);
 }
 
 void Tst_BatchSave::waitCursorShowsDuringTheBatch() {
