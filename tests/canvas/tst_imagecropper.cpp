@@ -473,6 +473,10 @@ void Tst_ImageCropper::cornerMarks() {
     // The border line, faint as it is, is not white; what lies behind it is untouched.
     QVERIFY(at(4, 10) != QColor(Qt::white));
     QVERIFY(at(10, 4) != QColor(Qt::white));
+    // 33 of 255 black over white.
+    const QImage overWhite = painted();
+    QCOMPARE(overWhite.pixelColor(corner + QPoint(4 * inwards.x(), 10 * inwards.y())), QColor(222, 222, 222));
+    QCOMPARE(overWhite.pixelColor(corner + QPoint(10 * inwards.x(), 4 * inwards.y())), QColor(222, 222, 222));
     for (int distance = 5; distance <= 17; ++distance) {
         QCOMPARE(at(distance, 5), QColor(Qt::black));
         QCOMPARE(at(5, distance), QColor(Qt::black));
