@@ -1,11 +1,14 @@
 // usage: canvas-cost
 //
 // The canvas alone, 1920x1080 on a display of that size, with a capture of 3840x2160: the processor time
-// (user and system, of all threads) that a mouse move costs with each tool, beside 0, 100 and 1,000 finished
-// items; that of a zoom step, a scroll step and the selection of another capture until it is painted; and the
-// time from the press of the mosaic to a preview that is right.
+// (user and system, of all threads) that a mouse move costs with each tool, the eraser over nothing, an open
+// text and an open crop included, beside 0, 100 and 1,000 finished items; that of a zoom step, a scroll step
+// and the selection of another capture until it is painted; and the time from the press of the mosaic to a
+// preview that is right.
 
 #include "canvas/editorview.h"
+#include "canvas/items/drawingcropitem.h"
+#include "canvas/items/drawingtextitem.h"
 #include "canvas/pixelate.h"
 #include "ipc/imageprovider.h"
 #include "preferences/tindrapreferences.h"
@@ -21,6 +24,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <functional>
+#include <vector>
 
 namespace {
 
@@ -29,6 +34,8 @@ const QSize CaptureSize(3840, 2160);
 const QSize ScrollCaptureSize(1920, 30000);
 constexpr int Moves = 150;
 constexpr int Runs = 15;
+/// Where the measured motions begin: to the right of all items.
+constexpr QPoint DragStart(1100, 300);
 /// Milliseconds after which a reduced picture has its smooth copy, with a margin.
 constexpr int SmoothAfter = 250;
 constexpr int Half = 9; // the zoom step of 50.5 %
@@ -91,6 +98,12 @@ constexpr Tool Tools[] = {
     {Editor::Mosaic, "mosaic"},
 };
 
+/// What the mouse does with a tool, and the cost of a move.
+struct Motion {
+    QString name;
+    std::function<double()> perMove;
+};
+
 /// A view on the screen with its captures, driven by events.
 class Bench {
 public:
@@ -103,9 +116,17 @@ private:
     /// Until the view has painted once more.
     void waitForPaint();
     template <class Action> double untilPainted(Action action);
-    void send(QEvent::Type type, const QPoint &pos);
+    void send(QEvent::Type type, const QPoint &pos, Qt::MouseButton held = Qt::LeftButton);
     void addItems(int count);
+    void show(int zoomStep);
+    std::vector<Motion> motions();
+    double averageOf(const std::function<void(const QPoint &offset)> &move);
     double perMove(Editor::ShapeType tool);
+    double perEraserMove();
+    DrawingTextItem *openText();
+    double perHoverOverText();
+    double perMoveOfText();
+    double perMoveOfCrop();
     void measureMoves(int zoomStep);
     void measureSteps();
     void measurePreview();
@@ -155,11 +176,11 @@ template <class Action> double Bench::untilPainted(Action action) {
     return processorMs() - begin;
 }
 
-void Bench::send(QEvent::Type type, const QPoint &pos) {
+void Bench::send(QEvent::Type type, const QPoint &pos, Qt::MouseButton held) {
     const bool move = type == QEvent::MouseMove;
     const bool up = type == QEvent::MouseButtonRelease;
     QMouseEvent event(type, pos, m_view.viewport()->mapToGlobal(pos), move ? Qt::NoButton : Qt::LeftButton,
-                      up ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier);
+                      up ? Qt::NoButton : held, Qt::NoModifier);
     QCoreApplication::sendEvent(m_view.viewport(), &event);
 }
 
@@ -175,53 +196,144 @@ void Bench::addItems(int count) {
     }
 }
 
-double Bench::perMove(Editor::ShapeType tool) {
-    m_capture.setShape(tool);
-    const QPoint from(1100, 300);
-    send(QEvent::MouseButtonPress, from);
-    rest(SmoothAfter);
-    const double begin = processorMs();
-    for (int i = 1; i <= Moves; ++i)
-        untilPainted([&] { send(QEvent::MouseMove, from + QPoint(20 + 3 * i, 20 + 2 * i)); });
-    const double end = processorMs();
-    send(QEvent::MouseButtonRelease, from + QPoint(20 + 3 * Moves, 20 + 2 * Moves));
-    rest(50);
-    m_capture.undo();
-    rest(SmoothAfter);
-    return (end - begin) / Moves;
-}
-
-void Bench::measureMoves(int zoomStep) {
+void Bench::show(int zoomStep) {
     m_capture.setZoomStep(zoomStep);
     m_view.setEditor(nullptr);
     m_view.setEditor(&m_capture);
     rest(SmoothAfter);
+}
+
+double Bench::averageOf(const std::function<void(const QPoint &offset)> &move) {
+    rest(SmoothAfter);
+    const double begin = processorMs();
+    for (int i = 1; i <= Moves; ++i)
+        move(QPoint(20 + 3 * i, 20 + 2 * i));
+    return (processorMs() - begin) / Moves;
+}
+
+double Bench::perMove(Editor::ShapeType tool) {
+    m_capture.setShape(tool);
+    send(QEvent::MouseButtonPress, DragStart);
+    const double cost = averageOf(
+        [this](const QPoint &offset) { untilPainted([&] { send(QEvent::MouseMove, DragStart + offset); }); });
+    send(QEvent::MouseButtonRelease, DragStart + QPoint(20 + 3 * Moves, 20 + 2 * Moves));
+    rest(50);
+    m_capture.undo();
+    rest(SmoothAfter);
+    return cost;
+}
+
+/// Over nothing, so that there is nothing to paint either.
+double Bench::perEraserMove() {
+    m_capture.setShape(Editor::Eraser);
+    send(QEvent::MouseButtonPress, DragStart);
+    const double cost = averageOf([this](const QPoint &offset) {
+        send(QEvent::MouseMove, DragStart + offset);
+        QCoreApplication::processEvents();
+    });
+    send(QEvent::MouseButtonRelease, DragStart);
+    return cost;
+}
+
+DrawingTextItem *Bench::openText() {
+    m_capture.setShape(Editor::Text);
+    send(QEvent::MouseButtonPress, DragStart);
+    send(QEvent::MouseButtonRelease, DragStart);
+    auto *text = dynamic_cast<DrawingTextItem *>(m_capture.currentItem());
+    if (!text)
+        qFatal("no text");
+    return text;
+}
+
+double Bench::perHoverOverText() {
+    openText();
+    const double cost = averageOf([this](const QPoint &offset) {
+        send(QEvent::MouseMove, DragStart + offset, Qt::NoButton);
+        QCoreApplication::processEvents();
+    });
+    m_capture.finishCurrentItem(false);
+    rest(SmoothAfter);
+    return cost;
+}
+
+double Bench::perMoveOfText() {
+    // The border moves the box.
+    const QPoint border = m_view.mapFromScene(openText()->sceneBoundingRect().topLeft()) + QPoint(1, 1);
+    send(QEvent::MouseButtonPress, border);
+    const double cost = averageOf(
+        [&](const QPoint &offset) { untilPainted([&] { send(QEvent::MouseMove, border + offset); }); });
+    send(QEvent::MouseButtonRelease, border);
+    m_capture.finishCurrentItem(false);
+    rest(SmoothAfter);
+    return cost;
+}
+
+/// At the scale at which all of the picture is in sight, which is what the view takes.
+double Bench::perMoveOfCrop() {
+    const int zoomStep = m_capture.zoomStep();
+    m_capture.setShape(Editor::Crop);
+    m_capture.startCrop();
+    const auto *crop = dynamic_cast<DrawingCropItem *>(m_capture.currentItem());
+    if (!crop)
+        qFatal("no crop");
+    const QPoint corner = m_view.mapFromScene(crop->frame().bottomRight());
+    send(QEvent::MouseButtonPress, corner);
+    const double cost = averageOf(
+        [&](const QPoint &offset) { untilPainted([&] { send(QEvent::MouseMove, corner - offset); }); });
+    send(QEvent::MouseButtonRelease, corner);
+    m_capture.finishCurrentItem(false);
+    show(zoomStep);
+    return cost;
+}
+
+std::vector<Motion> Bench::motions() {
+    std::vector<Motion> result;
+    for (const Tool &tool : Tools)
+        result.push_back({QLatin1String(tool.name), [this, shape = tool.shape] { return perMove(shape); }});
+    result.push_back({QStringLiteral("eraser over nothing"), [this] { return perEraserMove(); }});
+    result.push_back({QStringLiteral("mouse over an open text"), [this] { return perHoverOverText(); }});
+    result.push_back({QStringLiteral("box of an open text"), [this] { return perMoveOfText(); }});
+    result.push_back({QStringLiteral("frame of a crop"), [this] { return perMoveOfCrop(); }});
+    return result;
+}
+
+void Bench::measureMoves(int zoomStep) {
+    show(zoomStep);
     constexpr int Counts[] = {0, 100, 1000};
-    QVector<double> costs[std::size(Tools)];
+    const std::vector<Motion> all = motions();
+    std::vector<QVector<double>> costs(all.size());
     int present = 0;
     for (const int count : Counts) {
         addItems(count - present);
         present = count;
         rest(SmoothAfter);
-        for (std::size_t tool = 0; tool < std::size(Tools); ++tool)
-            costs[tool].append(perMove(Tools[tool].shape));
+        for (std::size_t motion = 0; motion < all.size(); ++motion)
+            costs[motion].append(all[motion].perMove());
     }
     m_capture.reset();
     const int percent = zoomStep == Full ? 100 : 50;
-    double beside[std::size(Counts)] = {};
-    for (std::size_t tool = 0; tool < std::size(Tools); ++tool) {
-        const QVector<double> &cost = costs[tool];
-        for (std::size_t i = 0; i < std::size(Counts); ++i)
-            beside[i] += cost.at(static_cast<int>(i));
+    for (std::size_t motion = 0; motion < all.size(); ++motion) {
+        const QVector<double> &cost = costs[motion];
         const QString name = QStringLiteral("%1 at %2 %: move beside 0, 100 (%3, %4), 1,000 items")
-                                 .arg(QLatin1String(Tools[tool].name))
+                                 .arg(all[motion].name)
                                  .arg(percent)
                                  .arg(cost.at(0), 0, 'f', 3)
                                  .arg(cost.at(1), 0, 'f', 3);
         print(name, cost.at(2), "ms", MoveTargetMs);
     }
-    print(QStringLiteral("all tools at %1 %: beside 1,000 items to beside none").arg(percent),
-          beside[2] / beside[0], "x", GrowthTarget);
+    const auto growth = [&](const char *what, std::size_t first, std::size_t end) {
+        double none = 0, thousand = 0;
+        for (std::size_t motion = first; motion < end; ++motion) {
+            none += costs[motion].first();
+            thousand += costs[motion].last();
+        }
+        print(QStringLiteral("%1 at %2 %: beside 1,000 items to beside none")
+                  .arg(QLatin1String(what))
+                  .arg(percent),
+              thousand / none, "x", GrowthTarget);
+    };
+    growth("all drawing tools", 0, std::size(Tools));
+    growth("eraser, text and crop", std::size(Tools), all.size());
 }
 
 void Bench::measureSteps() {
