@@ -110,6 +110,8 @@ public:
     virtual QStringList names() = 0;
     /// Of those, the one to take when nothing else is said; empty without printers.
     virtual QString defaultName() = 0;
-    /// Null for a name that is unknown and for a printer that does not answer.
+    /// Null for a name that is unknown and for a printer that does not answer in time.
     virtual std::unique_ptr<Printer> open(const QString &name) = 0;
+    /// Whether a printer that `open` gave up on has answered since, so that `open` need not wait for it now.
+    virtual bool hasLateAnswer(const QString &name) const = 0;
 };

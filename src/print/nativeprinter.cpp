@@ -57,6 +57,10 @@ void NativePrinter::reload() {
     measure();
 }
 
+bool NativePrinter::hasLateAnswer() const {
+    return !m_devMode && printers().hasLateAnswer(m_printerName);
+}
+
 void NativePrinter::measure() {
     m_dc = m_printer->metrics(*m_devMode);
 }

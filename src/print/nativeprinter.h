@@ -39,6 +39,10 @@ public:
     static QStringList printerNames();
     static QString defaultPrinterName();
 
+    /// Whether the printer could be read.
+    bool isRead() const { return m_devMode.has_value(); }
+    /// Whether it could not, as its answer came too late: one made anew has it.
+    bool hasLateAnswer() const;
     /// Reads the printer and its settings anew.
     void reload();
     /// The papers in the printer's order. Reading them takes the present paper's members from the table,

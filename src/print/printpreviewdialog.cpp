@@ -27,6 +27,7 @@ namespace {
 using P = TindraPreferences;
 
 constexpr int RestAfterResize = 50;                  // milliseconds
+constexpr int LateAnswerInterval = 200;              // milliseconds
 constexpr int RoomAroundSheet = 60;                  // both sides together, at 96 DPI
 constexpr double MillimetresPerPixel = 0.2645833333; // at 96 per inch
 constexpr double LargestMargin = 0.5;                // of the paper
@@ -46,6 +47,8 @@ constexpr int SettingsTop = 10;
 PrintPreviewDialog::PrintPreviewDialog(QWidget *parent) : QDialog(parent) {
     m_updateTimer.setSingleShot(true);
     m_updateTimer.setInterval(RestAfterResize);
+    m_lateTimer.setInterval(LateAnswerInterval);
+    connect(&m_lateTimer, &QTimer::timeout, this, &PrintPreviewDialog::onLateAnswer);
     buildForm();
     m_printers->addItems(NativePrinter::printerNames());
     // Nothing chosen yet, so that choosing the first printer is a change too.
@@ -120,6 +123,7 @@ bool PrintPreviewDialog::loadSettings() {
     updateMarginRanges();
     loadLayout();
     refreshControls();
+    m_areSettingsDue = !m_printer->isRead();
     return true;
 }
 
@@ -166,10 +170,12 @@ void PrintPreviewDialog::enableControls() {
              m_printerSettings, m_pageSizes, m_copies, m_orientationPortrait, m_orientationLandscape,
              m_scaleFit, m_scaleActual, m_scaleCustom, m_centerHorizontal, m_centerVertical,
              m_leftMarginValue, m_topMarginValue, m_rightMarginValue, m_bottomMarginValue, m_printGrayscale,
-             m_printBorder, m_print})
+             m_printBorder})
         control->setEnabled(enabled);
-    // Loading and the choice of another scale disable the value where it has no effect; a refresh must not offer
-    // it again.
+    // A printer that could not be read, or not yet, would take the click and print nothing.
+    m_print->setEnabled(enabled && m_printer->isRead());
+    // Loading and the choice of another scale disable the value where it has no effect; a refresh must not
+    // offer it again.
     m_scaleCustomValue->setEnabled(enabled && m_scaleCustom->isChecked());
 }
 
@@ -215,10 +221,14 @@ PageSettings PrintPreviewDialog::pageSettings() const {
 void PrintPreviewDialog::onChangePrinter(const QString &name) {
     delete m_printer;
     m_printer = nullptr;
+    m_lateTimer.stop();
+    m_areSettingsDue = false;
     QVector<PaperEntry> papers;
     if (!name.isEmpty()) {
         m_printer = new NativePrinter(name, this);
         papers = m_printer->paperList();
+        if (!m_printer->isRead())
+            m_lateTimer.start();
     }
     {
         const QSignalBlocker blocker(m_pageSizes);
@@ -227,6 +237,15 @@ void PrintPreviewDialog::onChangePrinter(const QString &name) {
             m_pageSizes->addItem(paper.label, int(paper.id));
     }
     refreshControls();
+}
+
+void PrintPreviewDialog::onLateAnswer() {
+    if (!m_printer->hasLateAnswer())
+        return;
+    const bool isLoading = m_areSettingsDue;
+    onChangePrinter(m_printers->currentText());
+    if (isLoading)
+        loadSettings();
 }
 
 void PrintPreviewDialog::onChangePageSize(int index) {
@@ -279,7 +298,7 @@ void PrintPreviewDialog::onClickToNextPage() {
 
 void PrintPreviewDialog::onClickPrint() {
     // The key works where the button is disabled.
-    if (!m_printer)
+    if (!m_printer || !m_printer->isRead())
         return;
     const PageSettings settings = pageSettings();
     QVector<PrintPage> pages;
@@ -289,7 +308,8 @@ void PrintPreviewDialog::onClickPrint() {
             layOutPage(settings, image.size(), m_printer->printableRect(), m_printer->paperSize());
         pages.append({image, placement.source, placement.target, m_printBorder->isChecked()});
     }
-    m_printer->print(pages);
+    if (!m_printer->print(pages))
+        trace(1, QStringLiteral("PrintPreviewDialog"), "Printing failed");
     saveSettings();
     done(Accepted);
 }

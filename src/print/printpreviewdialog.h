@@ -41,6 +41,7 @@ protected:
 
 private slots:
     void onChangePrinter(const QString &name);
+    void onLateAnswer();
     void onChangePageSize(int index);
     void onClickPrinterSettings();
     void onChangeOrientationButton(int id);
@@ -80,6 +81,8 @@ private:
 
     NativePrinter *m_printer = nullptr;
     QTimer m_updateTimer;
+    QTimer m_lateTimer;            ///< runs while the printer is not read
+    bool m_areSettingsDue = false; ///< the remembered ones, once it is read
     QPixmap m_previewPixmap;
     QVector<QPixmap> m_images;
     int m_pageIndex = 0;

@@ -42,6 +42,17 @@ const QVector<const char *> Settings = {"pageSizes_",
                                         "printBorder_",
                                         "printerSettings_"};
 
+void setLevel(int level) {
+    ConfigurationLocation key("SOFTWARE\\Norvane\\Tindra\\FuncTrace"_qs);
+    key.setValue("trace"_qs, QString::number(level));
+    loadTraceSettings();
+}
+
+bool isLogged(const QByteArray &words) {
+    QFile log(TraceLog::filePath());
+    return log.open(QIODevice::ReadOnly) && log.readAll().contains(words);
+}
+
 } // namespace
 
 class Tst_PrintPreviewDialog : public QObject {
@@ -65,6 +76,8 @@ private slots:
     void returnPrintsNothingWithoutPrinter();
     void printersWithoutDefaultCanBeChosen();
     void unreadablePrinterHasNoPapers();
+    void lateAnswerBringsPapersAndSettings();
+    void lateAnswerOfAChosenPrinterBringsItsOwn();
 
     void settingsAreLoaded();
     void firstPrintHasTheDefaults();
@@ -340,16 +353,7 @@ void Tst_PrintPreviewDialog::noPrinterLeavesOnlyCancel() {
 }
 
 void Tst_PrintPreviewDialog::noPrinterIsLogged() {
-    ConfigurationLocation key("SOFTWARE\\Norvane\\Tindra\\FuncTrace"_qs);
-    const auto setLevel = [&key](int level) {
-        key.setValue("trace"_qs, QString::number(level));
-        loadTraceSettings();
-    };
-    const auto logged = [] {
-        QFile log(TraceLog::filePath());
-        const bool opened = log.open(QIODevice::ReadOnly);
-        return opened && log.readAll().contains("PrintPreviewDialog : No available printer");
-    };
+    const auto logged = [] { return isLogged("PrintPreviewDialog : No available printer"); };
     setLevel(1);
     open();
     QVERIFY(!logged());
@@ -392,9 +396,50 @@ void Tst_PrintPreviewDialog::unreadablePrinterHasNoPapers() {
     QCOMPARE(list("pageSizes_")->count(), 0);
     QVERIFY(preview().isNull());
     QCOMPARE(pages(), "1/1 Pages"_qs);
-    button("print_")->click();
-    QCOMPARE(m_dialog->result(), 1);
+    // What would print nothing and store settings that are no printer's is not offered.
+    preferences()->SetInt(P::PrinterCopies, 5);
+    QVERIFY(!button("print_")->isEnabled());
+    QTest::keyClick(m_dialog.get(), Qt::Key_Return);
+    QVERIFY(m_dialog->isVisible());
     QVERIFY(m_printers->jobs.isEmpty());
+    QCOMPARE(preferences()->GetInt(P::PrinterCopies, 0), 5);
+}
+
+void Tst_PrintPreviewDialog::lateAnswerBringsPapersAndSettings() {
+    preferences()->SetInt(P::PrinterPageSize, 11);
+    preferences()->SetInt(P::PrinterCopies, 7);
+    preferences()->SetInt(P::PrinterPageLeftMargin, 44);
+    office().isThere = false;
+    open();
+    QCOMPARE(list("pageSizes_")->count(), 0);
+    office().isThere = true;
+    m_printers->answeredLate = QStringList{"Office"_qs};
+    QTRY_COMPARE(list("pageSizes_")->count(), 3);
+    QCOMPARE(list("pageSizes_")->currentText(), "A5 (148.0 x 210.0 mm)"_qs);
+    QCOMPARE(number("copies_")->value(), 7);
+    QCOMPARE(number("leftMarginValue_")->value(), 44);
+    QVERIFY(button("print_")->isEnabled());
+    settle();
+    QVERIFY(!preview().isNull());
+    QCOMPARE(m_printers->opened, (QStringList{"Office"_qs, "Office"_qs}));
+    button("print_")->click();
+    QCOMPARE(m_printers->jobs.size(), 1);
+}
+
+void Tst_PrintPreviewDialog::lateAnswerOfAChosenPrinterBringsItsOwn() {
+    preferences()->SetInt(P::PrinterCopies, 7);
+    FakePrinter attic = FakePrinter::office();
+    attic.mode.copies = 2;
+    attic.isThere = false;
+    m_printers->add("Attic"_qs, attic);
+    open();
+    list("printers_")->setCurrentText("Attic"_qs);
+    QVERIFY(!button("print_")->isEnabled());
+    m_printers->printer("Attic"_qs).isThere = true;
+    m_printers->answeredLate = QStringList{"Attic"_qs};
+    QTRY_VERIFY(button("print_")->isEnabled());
+    QCOMPARE(list("pageSizes_")->count(), 3);
+    QCOMPARE(number("copies_")->value(), 2);
 }
 
 void Tst_PrintPreviewDialog::settingsAreLoaded() {
@@ -558,12 +603,16 @@ void Tst_PrintPreviewDialog::failedPrintStoresAndCloses() {
     open();
     office().takesJobs = false;
     number("copies_")->setValue(7);
+    setLevel(1);
+    QVERIFY(!isLogged("PrintPreviewDialog : Printing failed"));
     ModalAnswers answers;
     button("print_")->click();
+    setLevel(-1);
     QVERIFY(answers.texts().isEmpty());
     QVERIFY(!m_dialog->isVisible());
     QCOMPARE(m_dialog->result(), 1);
     QCOMPARE(preferences()->GetInt(P::PrinterCopies, 0), 7);
+    QVERIFY(isLogged("PrintPreviewDialog : Printing failed"));
 }
 
 void Tst_PrintPreviewDialog::papersAreThoseOfThePrinter() {

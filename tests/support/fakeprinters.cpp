@@ -90,6 +90,7 @@ void FakePrinters::add(const QString &name, const FakePrinter &printer) {
 
 std::unique_ptr<Printer> FakePrinters::open(const QString &name) {
     opened.append(name);
+    answeredLate.removeAll(name);
     const std::shared_ptr<FakePrinter> printer = m_printers.value(name);
     if (!printer || !printer->isThere)
         return nullptr;

@@ -53,12 +53,14 @@ public:
     QStringList order; ///< the names, as the system lists them
     QString chosen;    ///< the default printer
     QStringList opened;
+    QStringList answeredLate;      ///< until they are opened
     QVector<PrinterMode> measured; ///< the modes whose page was asked for
     QVector<std::shared_ptr<Job>> jobs;
 
     QStringList names() override { return order; }
     QString defaultName() override { return chosen; }
     std::unique_ptr<Printer> open(const QString &name) override;
+    bool hasLateAnswer(const QString &name) const override { return answeredLate.contains(name); }
 
 private:
     QHash<QString, std::shared_ptr<FakePrinter>> m_printers;

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <map>
 #include <utility>
 
 namespace {
@@ -220,14 +221,32 @@ public:
     }
 
     std::unique_ptr<Printer> open(const QString &name) override {
-        const auto queue = answerWithin(
-            OpenLimit, inBackground<std::shared_ptr<CupsQueue>>([name] { return CupsQueue::open(name); }));
+        // One that is being asked already is joined: each question costs a thread as long as it is open.
+        const auto pending = m_opening.find(name);
+        const Opening opening =
+            pending == m_opening.end()
+                ? Opening(inBackground<std::shared_ptr<CupsQueue>>([name] { return CupsQueue::open(name); }))
+                : pending->second;
+        if (opening.wait_for(OpenLimit) != std::future_status::ready) {
+            m_opening.emplace(name, opening);
+            return nullptr;
+        }
+        m_opening.erase(name);
+        const std::shared_ptr<CupsQueue> queue = opening.get();
         return queue ? std::make_unique<CupsPrinter>(queue, m_deliveries) : nullptr;
     }
 
+    bool hasLateAnswer(const QString &name) const override {
+        const auto pending = m_opening.find(name);
+        return pending != m_opening.end() && pending->second.wait_for(0s) == std::future_status::ready;
+    }
+
 private:
+    using Opening = std::shared_future<std::shared_ptr<CupsQueue>>;
+
     std::vector<CupsQueue::Entry> m_listed;
     bool m_hasListed = false;
+    std::map<QString, Opening> m_opening; ///< given up on, by name
     std::shared_ptr<Deliveries> m_deliveries = std::make_shared<Deliveries>();
 };
 
