@@ -6,6 +6,8 @@
 #include "support/literals.h"
 
 #include <QComboBox>
+#include <QDir>
+#include <QFile>
 #include <QPainter>
 #include <QPushButton>
 #include <QTranslator>
@@ -112,6 +114,7 @@ private slots:
     void queueWithoutDriverHasCommonPapers();
     void presetsOfTheQueueAreRead_data();
     void presetsOfTheQueueAreRead();
+    void presetsOfTheUserAreReadAndSent();
     void resolutionIsTheQueues_data();
     void resolutionIsTheQueues();
     void papersAreNamedByTheApplicationsThread();
@@ -284,6 +287,37 @@ void Tst_Printing::presetsOfTheQueueAreRead() {
     QCOMPARE(mode.formName, "A5"_qs);
     QCOMPARE(mode.paperWidth, 1480);
     QCOMPARE(mode.paperLength, 2100);
+}
+
+void Tst_Printing::presetsOfTheUserAreReadAndSent() {
+    const QDir home = QDir::home();
+    QVERIFY(home.mkpath(".cups"_qs));
+    QFile presets(home.filePath(".cups/lpoptions"_qs));
+    QVERIFY(presets.open(QIODevice::WriteOnly));
+    presets.write("Dest Office copies=9 sides=one-sided\nDest Preset/draft copies=8\nDest Preset "
+                  "media=iso_a4_210x297mm copies=4 sides=two-sided-long-edge print-quality=5 "
+                  "print-color-mode=color\n");
+    presets.close();
+    const auto queue = Platform::instance().printers().open("Preset"_qs);
+    presets.remove();
+    QVERIFY(queue);
+    const PrinterMode mode = queue->defaultMode();
+    QCOMPARE(int(mode.paperSize), 9);
+    QCOMPARE(mode.copies, 4);
+    QCOMPARE(mode.color, int(PrinterMode::FullColor));
+    QCOMPARE(mode.duplex, int(PrinterMode::LongEdge));
+    QCOMPARE(mode.quality, int(PrinterMode::HighQuality));
+    const auto job = queue->startJob(mode, "Tindra"_qs);
+    QVERIFY(job);
+    job->startPage();
+    job->endPage();
+    job->end();
+    const PrintServer::Print print = m_server->next();
+    QCOMPARE(print.copies, 4);
+    for (const char *option :
+         {"media=iso_a4_210x297mm", "sides=two-sided-long-edge", "print-color-mode=color"})
+        QVERIFY2(print.options.contains(QLatin1String(option)),
+                 qPrintable(print.options.join(QLatin1Char(' '))));
 }
 
 void Tst_Printing::resolutionIsTheQueues_data() {

@@ -165,22 +165,24 @@ std::optional<PrinterMetrics> CupsPrinter::metrics(const PrinterMode &mode) cons
 
 CupsOptions CupsPrinter::options(const PrinterMode &mode) const {
     CupsOptions options;
+    // The server knows nothing of what the user has preset.
+    const quint32 fields = mode.fields | m_queue->description().userFields;
     options.emplace_back("media", mediaOf(mode).standardName);
     // Every page has the paper's size and its places are exact. What is not named here the server takes from
     // the queue's defaults, and a page that is turned already must not be turned by them once more.
     options.emplace_back("print-scaling", "none");
     options.emplace_back("orientation-requested", QByteArray::number(UprightSheet));
     options.emplace_back("number-up", "1");
-    if (mode.fields & PrinterMode::CopiesField)
+    if (fields & PrinterMode::CopiesField)
         options.emplace_back("copies", QByteArray::number(mode.copies));
-    if (mode.fields & PrinterMode::ColorField)
+    if (fields & PrinterMode::ColorField)
         options.emplace_back("print-color-mode",
                              mode.color == PrinterMode::Monochrome ? "monochrome" : "color");
-    if (mode.fields & PrinterMode::DuplexField)
+    if (fields & PrinterMode::DuplexField)
         options.emplace_back("sides", mode.duplex == PrinterMode::LongEdge    ? "two-sided-long-edge"
                                       : mode.duplex == PrinterMode::ShortEdge ? "two-sided-short-edge"
                                                                               : "one-sided");
-    if (mode.fields & PrinterMode::QualityField)
+    if (fields & PrinterMode::QualityField)
         options.emplace_back("print-quality", QByteArray::number(mode.quality));
     return options;
 }

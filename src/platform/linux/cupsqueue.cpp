@@ -2,6 +2,9 @@
 
 #include "platform/linux/papertable.h"
 
+#include <QDir>
+#include <QFile>
+
 #include <cups/cups.h>
 #include <cups/pwg.h>
 
@@ -81,6 +84,43 @@ private:
     int m_count = 0;
 };
 
+/// What the user has preset for a queue, in the files of the library: it tells these presets only mixed with
+/// what it heard from the server.
+class UserPresets {
+public:
+    explicit UserPresets(const QByteArray &queue) {
+        for (const QString &path :
+             {QStringLiteral("/etc/cups/lpoptions"), QDir::homePath() + QStringLiteral("/.cups/lpoptions")})
+            read(path, queue);
+    }
+    ~UserPresets() { cupsFreeOptions(m_count, m_list); }
+    UserPresets(const UserPresets &) = delete;
+    UserPresets &operator=(const UserPresets &) = delete;
+
+    /// Null for an option that the user has left to the queue.
+    const char *value(const char *option) const { return cupsGetOption(option, m_count, m_list); }
+
+private:
+    void read(const QString &path, const QByteArray &queue) {
+        QFile file(path);
+        if (!file.open(QIODevice::ReadOnly))
+            return;
+        for (const QByteArray &line : file.readAll().split('\n')) {
+            // KIND QUEUE OPTION=VALUE OPTION=VALUE ...
+            const QByteArray words = line.simplified();
+            const int kindEnd = words.indexOf(' ');
+            const int queueEnd = words.indexOf(' ', kindEnd + 1);
+            const QByteArray kind = words.left(kindEnd).toLower();
+            if (queueEnd > kindEnd && (kind == "dest" || kind == "default") &&
+                words.mid(kindEnd + 1, queueEnd - kindEnd - 1) == queue)
+                m_count = cupsParseOptions(words.constData() + queueEnd + 1, m_count, &m_list);
+        }
+    }
+
+    cups_option_t *m_list = nullptr;
+    int m_count = 0;
+};
+
 bool contains(ipp_attribute_t *attribute, const char *keyword) {
     return attribute && ippContainsString(attribute, keyword);
 }
@@ -92,7 +132,7 @@ class CupsQueue::Native {
 public:
     /// Takes the destination over.
     Native(http_t *http, cups_dest_t *dest)
-        : m_http(http), m_dest(dest), m_info(cupsCopyDestInfo(http, dest)) {}
+        : m_http(http), m_dest(dest), m_info(cupsCopyDestInfo(http, dest)), m_userPresets(dest->name) {}
     ~Native() {
         cupsFreeDestInfo(m_info);
         cupsFreeDests(1, m_dest);
@@ -118,13 +158,16 @@ private:
     QVector<Media> readMedia() const;
     Media toMedia(const cups_size_t &size, int index) const;
     PrinterChoices readChoices() const;
+    QByteArray presetText(const char *option) const;
     QByteArray presetMedia() const;
+    quint32 readUserFields() const;
     PrinterMode readMode(const QVector<Media> &media) const;
     int readResolution() const;
 
     http_t *m_http; ///< as long as the description is read
     cups_dest_t *m_dest;
     cups_dinfo_t *m_info;
+    UserPresets m_userPresets;
 };
 
 CupsQueueDescription CupsQueue::Native::read() const {
@@ -133,6 +176,7 @@ CupsQueueDescription CupsQueue::Native::read() const {
     description.choices = readChoices();
     description.mode = readMode(description.media);
     description.resolution = readResolution();
+    description.userFields = readUserFields();
     return description;
 }
 
@@ -221,15 +265,24 @@ PrinterChoices CupsQueue::Native::readChoices() const {
     return choices;
 }
 
+QByteArray CupsQueue::Native::presetText(const char *option) const {
+    if (const char *own = m_userPresets.value(option))
+        return own;
+    ipp_attribute_t *attribute = preset(option);
+    if (!attribute)
+        return {};
+    const ipp_tag_t tag = ippGetValueTag(attribute);
+    if (tag == IPP_TAG_INTEGER || tag == IPP_TAG_ENUM)
+        return QByteArray::number(ippGetInteger(attribute, 0));
+    return ippGetString(attribute, 0, nullptr);
+}
+
 // The library's own answer is Letter for a queue whose default paper is told by its server only.
 QByteArray CupsQueue::Native::presetMedia() const {
     cups_size_t size;
-    const char *name = cupsGetOption(CUPS_MEDIA, m_dest->num_options, m_dest->options);
-    if (!name) {
-        ipp_attribute_t *attribute = preset(CUPS_MEDIA);
-        name = attribute ? ippGetString(attribute, 0, nullptr) : nullptr;
-    }
-    if (name && cupsGetDestMediaByName(m_http, m_dest, m_info, name, CUPS_MEDIA_FLAGS_DEFAULT, &size))
+    const QByteArray name = presetText(CUPS_MEDIA);
+    if (!name.isEmpty() &&
+        cupsGetDestMediaByName(m_http, m_dest, m_info, name.constData(), CUPS_MEDIA_FLAGS_DEFAULT, &size))
         return size.media;
     if (cupsGetDestMediaDefault(m_http, m_dest, m_info, CUPS_MEDIA_FLAGS_DEFAULT, &size))
         return size.media;
@@ -247,23 +300,34 @@ PrinterMode CupsQueue::Native::readMode(const QVector<Media> &media) const {
     mode.paperSize = paper->paper.id;
     mode.paperWidth = paper->paper.size.width();
     mode.paperLength = paper->paper.size.height();
-    ipp_attribute_t *copies = preset(CUPS_COPIES);
-    mode.copies = copies ? std::max(ippGetInteger(copies, 0), 1) : 1;
-    if (contains(preset(CUPS_PRINT_COLOR_MODE), CUPS_PRINT_COLOR_MODE_MONOCHROME))
+    mode.copies = std::max(presetText(CUPS_COPIES).toInt(), 1);
+    if (presetText(CUPS_PRINT_COLOR_MODE) == CUPS_PRINT_COLOR_MODE_MONOCHROME)
         mode.color = PrinterMode::Monochrome;
-    ipp_attribute_t *sides = preset(CUPS_SIDES);
-    if (contains(sides, CUPS_SIDES_TWO_SIDED_PORTRAIT))
+    const QByteArray sides = presetText(CUPS_SIDES);
+    if (sides == CUPS_SIDES_TWO_SIDED_PORTRAIT)
         mode.duplex = PrinterMode::LongEdge;
-    else if (contains(sides, CUPS_SIDES_TWO_SIDED_LANDSCAPE))
+    else if (sides == CUPS_SIDES_TWO_SIDED_LANDSCAPE)
         mode.duplex = PrinterMode::ShortEdge;
-    ipp_attribute_t *quality = preset(CUPS_PRINT_QUALITY);
-    if (quality && ippGetInteger(quality, 0) >= PrinterMode::DraftQuality)
-        mode.quality = ippGetInteger(quality, 0);
-    ipp_attribute_t *orientation = preset(CUPS_ORIENTATION);
-    if (orientation && (ippContainsInteger(orientation, IPP_ORIENT_LANDSCAPE) ||
-                        ippContainsInteger(orientation, IPP_ORIENT_REVERSE_LANDSCAPE)))
+    const int quality = presetText(CUPS_PRINT_QUALITY).toInt();
+    if (quality >= PrinterMode::DraftQuality)
+        mode.quality = quality;
+    const int orientation = presetText(CUPS_ORIENTATION).toInt();
+    if (orientation == IPP_ORIENT_LANDSCAPE || orientation == IPP_ORIENT_REVERSE_LANDSCAPE)
         mode.orientation = PrinterMode::Landscape;
     return mode;
+}
+
+// Paper and orientation are not among them: every job names its own.
+quint32 CupsQueue::Native::readUserFields() const {
+    quint32 fields = 0;
+    for (const auto &[option, field] : {std::pair(CUPS_COPIES, PrinterMode::CopiesField),
+                                        std::pair(CUPS_PRINT_COLOR_MODE, PrinterMode::ColorField),
+                                        std::pair(CUPS_SIDES, PrinterMode::DuplexField),
+                                        std::pair(CUPS_PRINT_QUALITY, PrinterMode::QualityField)}) {
+        if (m_userPresets.value(option))
+            fields |= field;
+    }
+    return fields;
 }
 
 // One for both directions: what is sent has no pixels, and the printer makes its own of it.

@@ -28,7 +28,8 @@ struct CupsQueueDescription {
     QVector<Media> media;
     PrinterMode mode;
     PrinterChoices choices;
-    int resolution; ///< device pixels per inch
+    int resolution;         ///< device pixels per inch
+    quint32 userFields = 0; ///< the mode's fields that the user has preset, unknown to the server
 
     const Media *mediaOf(quint16 paperId) const;
 };
