@@ -139,6 +139,7 @@ private slots:
     void refusedJob();
     void queueThatIsNotThere();
     void queueThatDisappears();
+    void queueThatDisappearsUnderTheDialog();
     void serverThatIsGone();
     void noServer();
     void silentServerHasNoPrinters();
@@ -651,6 +652,18 @@ void Tst_Printing::queueThatDisappears() {
     QVERIFY(m_server->removeQueue("Attic"));
     QVERIFY(!attic->print({pageOf(quarters({20, 20}), {0, 0, 96, 96})}));
     QCOMPARE(names(), "Closed Office Plain Preset"_qs);
+}
+
+void Tst_Printing::queueThatDisappearsUnderTheDialog() {
+    PrintPreviewDialog dialog;
+    dialog.addImage(quarters({96, 96}));
+    dialog.findChild<QComboBox *>("printers_"_qs)->setCurrentText("Attic"_qs);
+    QVERIFY(m_server->removeQueue("Attic"));
+    auto *print = dialog.findChild<QPushButton *>("print_"_qs);
+    QVERIFY(print->isEnabled());
+    print->click();
+    QCOMPARE(dialog.result(), 1);
+    QVERIFY(m_server->isIdleFor(500));
 }
 
 void Tst_Printing::serverThatIsGone() {

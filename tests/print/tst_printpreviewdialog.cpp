@@ -85,6 +85,7 @@ private slots:
     void scaleIsLoaded();
     void marginsOfALargerPaperAreLoaded();
     void rememberedPaperOfAnotherPrinterShowsNothing();
+    void rememberedPaperOfAnotherPrinterPrintsAnEmptySheet();
     void printingStoresTheSettings();
     void printingStoresTheScale_data();
     void printingStoresTheScale();
@@ -532,6 +533,21 @@ void Tst_PrintPreviewDialog::rememberedPaperOfAnotherPrinterShowsNothing() {
     settle();
     QVERIFY(!preview().isNull());
     QCOMPARE(number("leftMarginValue_")->maximum(), 105);
+}
+
+void Tst_PrintPreviewDialog::rememberedPaperOfAnotherPrinterPrintsAnEmptySheet() {
+    preferences()->SetInt(P::PrinterPageSize, 4242);
+    open();
+    button("print_")->click();
+    QCOMPARE(m_dialog->result(), 1);
+    QCOMPARE(m_printers->jobs.size(), 1);
+    const auto &job = *m_printers->jobs.first();
+    QVERIFY(job.isEnded);
+    QCOMPARE(job.mode.paperSize, quint16(4242));
+    QCOMPARE(job.pages.size(), 1);
+    for (const FakePrinters::Drawing &drawing : job.pages.first().drawings)
+        QVERIFY(drawing.target.isEmpty());
+    QCOMPARE(preferences()->GetInt(P::PrinterPageSize, 0), 4242);
 }
 
 void Tst_PrintPreviewDialog::printingStoresTheSettings() {

@@ -17,6 +17,7 @@ constexpr int ConnectLimit = 5000;   // milliseconds
 constexpr double AnswerLimit = 20.0; // seconds without a byte
 constexpr int DefaultResolution = 600;
 constexpr int LowestResolution = 72;
+// A place in the list of the driver: settings that hold one may mean another sheet after an update of it.
 constexpr int FirstOwnPaper = 256;
 // A driver tells sizes in points; the standard size of that name is meant when it is that near.
 constexpr int SameSize = 30;     // hundredths of a millimetre
