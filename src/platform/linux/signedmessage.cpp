@@ -129,9 +129,21 @@ PKCS7_SIGNER_INFO *signerOf(PKCS7 *message) {
     return sk_PKCS7_SIGNER_INFO_value(PKCS7_get_signer_info(message), 0);
 }
 
+/// One signer, and one digest for him: the library loses what it allocated for further ones.
 bool hasOneSigner(PKCS7 *message) {
     return PKCS7_type_is_signed(message) && message->d.sign && message->d.sign->contents &&
-           PKCS7_get_signer_info(message) && sk_PKCS7_SIGNER_INFO_num(PKCS7_get_signer_info(message)) == 1;
+           PKCS7_get_signer_info(message) && sk_PKCS7_SIGNER_INFO_num(PKCS7_get_signer_info(message)) == 1 &&
+           sk_X509_ALGOR_num(message->d.sign->md_algs) == 1;
+}
+
+/// The bytes behind a buffer: of a plain memory source the library makes a copy, which it loses when a
+/// message turns out to be damaged.
+BioPointer readerOf(const QByteArray &content) {
+    BioPointer memory(BIO_new_mem_buf(content.constData(), content.size()));
+    BioPointer buffer(BIO_new(BIO_f_buffer()));
+    if (memory && buffer)
+        BIO_push(buffer.get(), memory.release());
+    return buffer;
 }
 
 } // namespace
@@ -188,7 +200,7 @@ bool SignedMessage::isSignatureOf(const QByteArray &content) const {
     X509_ALGOR_get0(&algorithm, nullptr, nullptr, signer->digest_alg);
     if (!isStrongDigest(OBJ_obj2nid(algorithm)) || sk_X509_ATTRIBUTE_num(signer->auth_attr) <= 0)
         return false;
-    const BioPointer data(BIO_new_mem_buf(content.constData(), content.size()));
+    const BioPointer data = readerOf(content);
     return data && isSignatureValid(m_message.get(), data.get());
 }
 
