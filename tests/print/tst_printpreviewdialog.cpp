@@ -138,7 +138,8 @@ private:
         }
         m_dialog->show();
         // The preview rests after the first resize; without a printer it stays empty.
-        (void)QTest::qWaitFor([this] { return !pages().isEmpty(); }, 150);
+        const bool hasPrinter = !m_printers->order.isEmpty() && !m_printers->chosen.isEmpty();
+        (void)QTest::qWaitFor([this] { return !pages().isEmpty(); }, hasPrinter ? 5000 : 150);
         return m_dialog.get();
     }
     template <typename Widget = QWidget> Widget *child(const char *name) const {
@@ -910,10 +911,12 @@ void Tst_PrintPreviewDialog::nestedUpdateReturnsAtOnce() {
 void Tst_PrintPreviewDialog::previewFollowsTheScale() {
     open({{960, 480}});
     UIStyler::applyScale(m_dialog.get(), 1.5);
-    QTest::qWait(120);
-    const QSize room = child("previewLabel_")->size() - QSize(90, 90);
-    const double width = qMin(room.width(), room.height()) * 210.0 / 297;
-    QCOMPARE(preview().size(), QSize(int(width + 2), int(width / (210.0 / 297) + 2)));
+    const auto expected = [this] {
+        const QSize room = child("previewLabel_")->size() - QSize(90, 90);
+        const double width = qMin(room.width(), room.height()) * 210.0 / 297;
+        return QSize(int(width + 2), int(width / (210.0 / 297) + 2));
+    };
+    QTRY_COMPARE(preview().size(), expected());
 }
 
 void Tst_PrintPreviewDialog::designedMarginsFollowTheScale() {
