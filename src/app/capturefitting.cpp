@@ -17,8 +17,10 @@ CaptureFitting::CaptureFitting(QWidget *window) : QObject(window), m_window(wind
     window->installEventFilter(this);
 }
 
+// The platform measures the frame against a window that may be on its way to another size; a frame that is
+// smaller than what it holds is no answer.
 QSize CaptureFitting::frame() const {
-    return m_window->frameGeometry().size() - m_window->size();
+    return (m_window->frameGeometry().size() - m_window->size()).expandedTo(QSize(0, 0));
 }
 
 void CaptureFitting::apply(CaptureFit fit) {

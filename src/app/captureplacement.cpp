@@ -12,5 +12,6 @@ QRect fittedGeometry(const CaptureFit &fit) {
     const int height = qMin(fit.image.height() + RoomAround + fit.toolbarHeight, fit.available.height());
     const int x = qBound(0, fit.point.x(), Farthest) - RoomBefore;
     const int y = qBound(0, fit.point.y(), Farthest) - fit.toolbarHeight - RoomBefore;
-    return {qMax(0, x), qMax(0, y), width - fit.frame.width(), height - fit.frame.height()};
+    const QSize frame = fit.frame.expandedTo(QSize(0, 0)); // never larger than the screen
+    return {qMax(0, x), qMax(0, y), width - frame.width(), height - frame.height()};
 }

@@ -24,6 +24,9 @@ void Tst_CapturePlacement::geometry_data() {
         << QSize(600, 400) << QPoint(500, 300) << desktop << QSize(4, 30) << QRect(400, 120, 968, 650);
     QTest::newRow("no larger than the screen")
         << QSize(3000, 2000) << QPoint(500, 300) << desktop << QSize(4, 30) << QRect(400, 120, 1916, 1010);
+    QTest::newRow("frame measured while the window was larger")
+        << QSize(5000, 4000) << QPoint(0, 0) << desktop << QSize(-909, -299)
+        << QRect(QPoint(0, 0), desktop.size());
     QTest::newRow("only one side too large")
         << QSize(3000, 100) << QPoint(500, 300) << desktop << QSize(0, 0) << QRect(400, 120, 1920, 380);
     QTest::newRow("exactly the screen")

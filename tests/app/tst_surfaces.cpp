@@ -615,7 +615,7 @@ void Tst_Surfaces::keyboardReachesControlsAndShowsIt() {
         for (QWidget *button : qAsConst(excluding)) {
             button->setFocus();
             for (const int arrow : {Qt::Key_Right, Qt::Key_Left, Qt::Key_Down, Qt::Key_Right, Qt::Key_Left,
-                                    Qt::Key_Down, Qt::Key_Down}) {
+                                    Qt::Key_Down, Qt::Key_Right, Qt::Key_Left, Qt::Key_Down}) {
                 for (int presses = 0; presses < (arrow == Qt::Key_Down ? 1 : controls) && !missing.isEmpty();
                      ++presses)
                     press(arrow);
