@@ -29,6 +29,7 @@ namespace {
 constexpr int HideButtonWidth = 12;
 constexpr int PanelMargin = 8;
 constexpr int PanelSpacing = 6;
+constexpr int RowSpacing = PanelSpacing / 2; // on either side of a row
 
 template <typename Widget> Widget *named(Widget *widget, const QString &name) {
     widget->setObjectName(name);
@@ -98,9 +99,9 @@ void HistoryWidget::buildHead(QVBoxLayout *layout) {
     m_historyListWidget->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     // Belongs to no layout that would be scaled with the window.
     UIStyler::setScaleCallback(m_historyListWidget, [list = m_historyListWidget](double scale) {
-        list->setSpacing(static_cast<int>(PanelSpacing / 2 * scale));
+        list->setSpacing(static_cast<int>(RowSpacing * scale));
     });
-    m_historyListWidget->setSpacing(PanelSpacing / 2);
+    m_historyListWidget->setSpacing(RowSpacing);
 }
 
 void HistoryWidget::buildFoot(QVBoxLayout *layout) {

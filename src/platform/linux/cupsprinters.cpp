@@ -234,7 +234,7 @@ public:
             return nullptr;
         }
         m_opening.erase(name);
-        const std::shared_ptr<CupsQueue> queue = opening.get();
+        const std::shared_ptr<CupsQueue> &queue = opening.get();
         return queue ? std::make_unique<CupsPrinter>(queue, m_deliveries) : nullptr;
     }
 
