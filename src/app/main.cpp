@@ -1,6 +1,7 @@
 #include "app/application.h"
 #include "app/tindraeditor.h"
 #include "platform/clipboardkeeper.h"
+#include "platform/loadedlibrary.h"
 #include "platform/memoryreturn.h"
 #include "ui/builtinstyle.h"
 
@@ -30,6 +31,8 @@ int runEditor(int argc, char **argv) {
 int main(int argc, char **argv) {
     if (platform::isClipboardKeeperCall(argc, argv))
         return platform::runClipboardKeeper(argc, argv);
+    if (platform::isLibraryTrialCall(argc, argv))
+        return platform::runLibraryTrial();
     platform::returnLargeBlocks();
     return runEditor(argc, argv);
 }

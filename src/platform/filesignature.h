@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QDateTime>
 #include <QString>
 #include <QVector>
@@ -44,5 +45,20 @@ struct SignatureCheck {
 /// at the time of a time stamp. `cheap` leaves out everything about certificates and must not decide what is
 /// run. Any thread; reads the file once.
 SignatureCheck checkFileSignature(const QString &path, bool cheap);
+
+/// A file as it was at one moment: what is checked and what is used are the same, whatever becomes of the
+/// file meanwhile.
+struct SignedFile {
+    bool isRead = false; ///< false: the file could not be read, or is no plain file of a sensible size
+    QByteArray bytes;
+    bool hasSignatureFile = false; ///< a shared object's; the signature of an executable is part of it
+    QByteArray signature;
+};
+
+/// Reads a file and, of a shared object, the signature beside it, once. Any thread.
+SignedFile readSignedFile(const QString &path);
+
+/// The same check for what was read already.
+SignatureCheck checkSignature(const SignedFile &file, bool cheap);
 
 } // namespace platform

@@ -12,7 +12,11 @@ namespace CertificateTool {
 qint32 Verifier::verify(const FileObejct &file, unsigned flags) const {
     if (!file.isSet())
         return static_cast<qint32>(platform::Trust::Failed);
-    const platform::SignatureCheck check = platform::checkFileSignature(file.data(), flags & CheapTrust);
+    return verify(platform::readSignedFile(file.data()), flags);
+}
+
+qint32 Verifier::verify(const platform::SignedFile &file, unsigned flags) const {
+    const platform::SignatureCheck check = platform::checkSignature(file, flags & CheapTrust);
     if (check.trust != platform::Trust::Good || m_signers.empty() || !(flags & MatchSigners))
         return static_cast<qint32>(check.trust);
     const bool isAccepted =
@@ -34,18 +38,30 @@ int Verifier::compareSigner(const QString &path, const QString &expected, bool i
 
 } // namespace CertificateTool
 
-bool verifyFileSignature(const QString &path, bool fullCheck) {
-    using CertificateTool::Verifier;
+namespace {
+
+bool canBeSigned(const QString &path) {
     // Libraries of this system beside those of the design platform.
     static const QStringList suffixes{QStringLiteral("exe"), QStringLiteral("dll"), QStringLiteral("qve"),
                                       QStringLiteral("qvc"), QStringLiteral("so")};
-    const QFileInfo file(path);
-    if (!file.exists() || !suffixes.contains(file.suffix(), Qt::CaseInsensitive))
+    return suffixes.contains(QFileInfo(path).suffix(), Qt::CaseInsensitive);
+}
+
+} // namespace
+
+bool verifyFileSignature(const QString &path, bool fullCheck) {
+    return QFileInfo::exists(path) && canBeSigned(path) &&
+           verifySignature(path, platform::readSignedFile(path), fullCheck);
+}
+
+bool verifySignature(const QString &path, const platform::SignedFile &content, bool fullCheck) {
+    using CertificateTool::Verifier;
+    if (!canBeSigned(path))
         return false;
     Verifier verifier;
     verifier.addSigner(QStringLiteral("Norvane Corp."));
     verifier.addSigner(QStringLiteral("Quillgate Corp."));
     verifier.addSigner(QStringLiteral("Vellumark Corp."));
     const unsigned flags = fullCheck ? Verifier::MatchSigners : Verifier::MatchSigners | Verifier::CheapTrust;
-    return verifier.verify(CertificateTool::FileObejct(path), flags) >= 0;
+    return verifier.verify(content, flags) >= 0;
 }

@@ -4,6 +4,10 @@
 
 #include <set>
 
+namespace platform {
+struct SignedFile;
+}
+
 /// Whether files may be trusted to run: signed by one of the makers that the program accepts.
 namespace CertificateTool {
 
@@ -38,6 +42,8 @@ public:
     void addSigner(const QString &name) { m_signers.insert(name); }
     /// Negative when the file is not to be trusted; `platform::Trust` names the codes.
     qint32 verify(const FileObejct &file, unsigned flags) const;
+    /// The same for what was read of a file already.
+    qint32 verify(const platform::SignedFile &file, unsigned flags) const;
     /// Compares the file's first signer with a name: -2 when there is none, else -1, 0 or 1.
     static int compareSigner(const QString &path, const QString &expected, bool ignoreCase);
 
@@ -51,3 +57,7 @@ private:
 /// accepted makers signed it. `fullCheck` also asks that its certificates lead to a root of the system; what
 /// the program loads or starts is checked in full.
 bool verifyFileSignature(const QString &path, bool fullCheck);
+
+/// The same for what was read of the file at `path` already, which is then the thing to use: the file itself
+/// may be another by now.
+bool verifySignature(const QString &path, const platform::SignedFile &content, bool fullCheck);

@@ -99,32 +99,48 @@ SignatureCheck checkImage(const QByteArray &bytes, bool cheap) {
     return verdict.check();
 }
 
-SignatureCheck checkSharedObject(const QString &path, const QByteArray &bytes, bool cheap) {
-    const QString signaturePath = path + QStringLiteral(".p7s");
-    if (!QFile::exists(signaturePath))
+bool isSharedObject(const QByteArray &bytes) {
+    return bytes.startsWith("\177ELF");
+}
+
+SignatureCheck checkSharedObject(const SignedFile &file, bool cheap) {
+    if (!file.hasSignatureFile)
         return {Trust::NoSignature, {}};
-    QByteArray der;
-    const auto message =
-        readFile(signaturePath, &der) ? SignedMessage::parse(der) : std::optional<SignedMessage>();
+    const auto message = SignedMessage::parse(file.signature);
     if (!message)
         return {Trust::BadCertificateTable, {}};
     Verdict verdict(cheap);
-    verdict.add(*message, message->isSignatureOf(bytes));
+    verdict.add(*message, message->isSignatureOf(file.bytes));
     return verdict.check();
 }
 
 } // namespace
 
-SignatureCheck checkFileSignature(const QString &path, bool cheap) {
-    QByteArray bytes;
-    if (!readFile(path, &bytes))
+SignedFile readSignedFile(const QString &path) {
+    SignedFile file;
+    file.isRead = readFile(path, &file.bytes);
+    const QString signaturePath = path + QStringLiteral(".p7s");
+    if (isSharedObject(file.bytes) && QFile::exists(signaturePath)) {
+        file.hasSignatureFile = true;
+        if (!readFile(signaturePath, &file.signature))
+            file.signature.clear();
+    }
+    return file;
+}
+
+SignatureCheck checkSignature(const SignedFile &file, bool cheap) {
+    if (!file.isRead)
         return {Trust::Failed, {}};
     const SignatureCheck check =
-        bytes.startsWith("\177ELF") ? checkSharedObject(path, bytes, cheap) : checkImage(bytes, cheap);
+        isSharedObject(file.bytes) ? checkSharedObject(file, cheap) : checkImage(file.bytes, cheap);
     // What went wrong on the way stands in the library's list of this thread; the next user of it starts
     // clean.
     ERR_clear_error();
     return check;
+}
+
+SignatureCheck checkFileSignature(const QString &path, bool cheap) {
+    return checkSignature(readSignedFile(path), cheap);
 }
 
 } // namespace platform

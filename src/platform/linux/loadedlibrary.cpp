@@ -1,0 +1,187 @@
+#include "platform/loadedlibrary.h"
+
+#include <QByteArray>
+#include <QFile>
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/mman.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <utility>
+
+// This header of glibc forgets to say that its functions are C's.
+extern "C" {
+#include <sys/pidfd.h>
+}
+
+extern char **environ; // NOLINT(readability-redundant-declaration): not every system header declares it
+
+namespace platform {
+
+namespace {
+
+constexpr char TrialArgument[] = "--try-library";
+/// Loading takes milliseconds; this is what a slow machine may need for the process around it.
+constexpr int TrialLimitMs = 1000;
+/// Where the process that tries a library finds it.
+constexpr int TrialDescriptor = STDERR_FILENO + 1;
+
+QByteArray &trialProgram() {
+    static QByteArray program;
+    return program;
+}
+
+/// Owns a file descriptor.
+class Descriptor {
+public:
+    explicit Descriptor(int value) : m_value(value) {}
+    ~Descriptor() {
+        if (m_value >= 0)
+            ::close(m_value);
+    }
+    Descriptor(const Descriptor &) = delete;
+    Descriptor &operator=(const Descriptor &) = delete;
+
+    int value() const { return m_value; }
+    int release() { return std::exchange(m_value, -1); }
+    QByteArray path() const { return "/proc/self/fd/" + QByteArray::number(m_value); }
+
+private:
+    int m_value;
+};
+
+bool writeAll(int descriptor, const QByteArray &bytes) {
+    for (qint64 done = 0; done < bytes.size();) {
+        const ssize_t count =
+            ::write(descriptor, bytes.constData() + done, static_cast<size_t>(bytes.size() - done));
+        if (count < 0 && errno != EINTR)
+            return false;
+        done += qMax<ssize_t>(count, 0);
+    }
+    return true;
+}
+
+/// A file in memory alone, which nobody can change any more, this process included; negative on failure.
+int makeSealedFile(const QByteArray &bytes) {
+    Descriptor file(::memfd_create("library", MFD_CLOEXEC | MFD_ALLOW_SEALING));
+    if (file.value() < 0 || !writeAll(file.value(), bytes))
+        return -1;
+    if (::fcntl(file.value(), F_ADD_SEALS, F_SEAL_WRITE | F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_SEAL) != 0)
+        return -1;
+    return file.release();
+}
+
+/// Starts the process that tries the library, in a group of its own so that all that it starts ends with it.
+pid_t startTrial(const Descriptor &library) {
+    const QByteArray program = trialProgram().isEmpty() ? QByteArray("/proc/self/exe") : trialProgram();
+    posix_spawn_file_actions_t actions;
+    posix_spawnattr_t attributes;
+    ::posix_spawn_file_actions_init(&actions);
+    ::posix_spawnattr_init(&attributes);
+    for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream)
+        ::posix_spawn_file_actions_addopen(&actions, stream, "/dev/null", O_RDWR, 0);
+    ::posix_spawn_file_actions_adddup2(&actions, library.value(), TrialDescriptor);
+    ::posix_spawn_file_actions_addclosefrom_np(&actions, TrialDescriptor + 1);
+    ::posix_spawnattr_setpgroup(&attributes, 0);
+    ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
+    QByteArray name = program;
+    QByteArray argument(TrialArgument);
+    char *const arguments[] = {name.data(), argument.data(), nullptr};
+    pid_t process = -1;
+    const int error = ::posix_spawn(&process, program.constData(), &actions, &attributes, arguments, environ);
+    ::posix_spawnattr_destroy(&attributes);
+    ::posix_spawn_file_actions_destroy(&actions);
+    return error == 0 ? process : -1;
+}
+
+/// Whether the process ended well and in time. It is gone afterwards in any case.
+bool endsWell(pid_t process) {
+    const Descriptor watch(::pidfd_open(process, 0));
+    pollfd wait{watch.value(), POLLIN, 0};
+    int ready = 0;
+    do {
+        ready = watch.value() < 0 ? 0 : ::poll(&wait, 1, TrialLimitMs);
+    } while (ready < 0 && errno == EINTR);
+    ::kill(-process, SIGKILL);
+    int status = 0;
+    while (::waitpid(process, &status, 0) < 0) {
+        if (errno != EINTR)
+            return false;
+    }
+    return ready == 1 && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+bool survivesTrial(const Descriptor &library) {
+    const pid_t process = startTrial(library);
+    return process > 0 && endsWell(process);
+}
+
+class LinuxLibrary : public LoadedLibrary {
+public:
+    LinuxLibrary(int file, void *handle) : m_file(file), m_handle(handle) {}
+    ~LinuxLibrary() override;
+    LinuxLibrary(const LinuxLibrary &) = delete;
+    LinuxLibrary &operator=(const LinuxLibrary &) = delete;
+
+    QFunctionPointer resolve(const char *name) const override {
+        return reinterpret_cast<QFunctionPointer>(::dlsym(m_handle, name));
+    }
+
+private:
+    Descriptor m_file;
+    void *m_handle;
+};
+
+/// The loader knows a library by its path, which is the descriptor's number. So the descriptor stays open as
+/// long as the library is there, for ever when it refuses to go: another library under the same number would
+/// be taken for this one.
+LinuxLibrary::~LinuxLibrary() {
+    ::dlclose(m_handle);
+    if (::dlopen(m_file.path().constData(), RTLD_NOW | RTLD_NOLOAD))
+        m_file.release();
+}
+
+} // namespace
+
+std::unique_ptr<LoadedLibrary> loadLibrary(const QByteArray &bytes) {
+    Descriptor file(makeSealedFile(bytes));
+    if (file.value() < 0 || !survivesTrial(file))
+        return nullptr;
+    void *handle = ::dlopen(file.path().constData(), RTLD_NOW | RTLD_LOCAL);
+    if (!handle)
+        return nullptr;
+    return std::make_unique<LinuxLibrary>(file.release(), handle);
+}
+
+QString libraryFileName(const QString &baseName) {
+    return baseName + QStringLiteral(".so");
+}
+
+bool isLibraryTrialCall(int argc, char **argv) {
+    return argc == 2 && std::strcmp(argv[1], TrialArgument) == 0;
+}
+
+int runLibraryTrial() {
+    // Nothing of it outlives the program that waits for it, and a crash is expected: no picture of it.
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    const rlimit noCore{0, 0};
+    ::setrlimit(RLIMIT_CORE, &noCore);
+    const QByteArray path = "/proc/self/fd/" + QByteArray::number(TrialDescriptor);
+    void *handle = ::dlopen(path.constData(), RTLD_NOW | RTLD_LOCAL);
+    return handle && ::dlclose(handle) == 0 ? 0 : 1;
+}
+
+void setLibraryTrialProgram(const QString &path) {
+    trialProgram() = QFile::encodeName(path);
+}
+
+} // namespace platform

@@ -1,0 +1,7 @@
+#include "support/recordedcall.h"
+
+extern "C" int isNowhere();
+
+EXPORTED int call() {
+    return isNowhere();
+}

@@ -1,0 +1,15 @@
+#include "support/recordedcall.h"
+
+namespace {
+
+struct Loaded {
+    Loaded() { recordCall("loaded"); }
+    ~Loaded() { recordCall("unloaded"); }
+} loaded; // NOLINT(cert-err58-cpp)
+
+} // namespace
+
+EXPORTED int Add(int a, int b) {
+    recordCall("Add");
+    return a + b;
+}

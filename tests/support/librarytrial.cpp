@@ -1,0 +1,6 @@
+#include "platform/loadedlibrary.h"
+
+// Stands for the editor where a test is the program that loads a library.
+int main(int argc, char **argv) {
+    return platform::isLibraryTrialCall(argc, argv) ? platform::runLibraryTrial() : 2;
+}
