@@ -1550,6 +1550,65 @@ Would you like to continue?</source>
     </message>
 </context>
 <context>
+    <name>ProgramInformation</name>
+    <message>
+        <source>Usage: tindra-editor [COMMAND ...]
+
+The image editor of Norvane&apos;s screen capture. One editor runs per user: a
+further start hands its commands to the first and ends. Without a command it
+waits in the background.
+
+  /path FILE      add a picture; the file becomes the editor&apos;s, who deletes it
+  /point X Y      with /path: position of the picture on the screen
+  /memory SIZE    with /path: the picture is in shared memory, so many bytes
+  /skip           with /path: do not show the window
+  /show           show the window
+  /hide           hide the window
+  /save           save the current picture
+  /autosave       save the current picture without asking for a name
+  /preference PAGE
+                  open the preferences on this page, 0 to 3
+  /updateprefvalue ID VALUE
+                  switch a preference on (1) or off (0)
+  /about          show what program this is
+  /close          end the editor, asking about pictures that are not saved
+  /kill           end it at once; the next start brings the pictures back
+
+  --help          alone: show this text
+  --version       alone: show the version
+
+tindra-send --open FILE opens a copy of a picture and leaves the file alone.
+</source>
+        <translation>사용법: tindra-editor [명령 ...]
+
+Norvane 화면 캡처의 이미지 편집기입니다. 사용자마다 하나만 실행되며,
+이미 실행 중이면 명령을 그 편집기에 넘기고 끝납니다.
+명령이 없으면 배경에서 기다립니다.
+
+  /path FILE      이미지를 추가합니다. 파일은 편집기의 것이 되어 삭제됩니다.
+  /point X Y      /path와 함께: 화면에서 이미지의 위치
+  /memory SIZE    /path와 함께: 공유 메모리에 있는 이미지의 바이트 수
+  /skip           /path와 함께: 창을 표시하지 않습니다.
+  /show           창을 표시합니다.
+  /hide           창을 숨깁니다.
+  /save           현재 이미지를 저장합니다.
+  /autosave       이름을 묻지 않고 현재 이미지를 저장합니다.
+  /preference PAGE
+                  환경 설정을 이 페이지(0~3)에서 엽니다.
+  /updateprefvalue ID VALUE
+                  환경 설정 하나를 켜거나(1) 끕니다(0).
+  /about          프로그램 정보를 표시합니다.
+  /close          저장하지 않은 이미지를 확인하고 편집기를 끝냅니다.
+  /kill           바로 끝냅니다. 다음에 실행하면 이미지가 복구됩니다.
+
+  --help          단독으로 사용: 이 도움말을 표시합니다.
+  --version       단독으로 사용: 버전을 표시합니다.
+
+tindra-send --open FILE은 파일을 그대로 두고 그 사본을 엽니다.
+</translation>
+    </message>
+</context>
+<context>
     <name>ShortcutPreferencesWidget</name>
     <message>
         <source>Ctrl</source>

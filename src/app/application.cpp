@@ -3,15 +3,14 @@
 #include "app/namedmutex.h"
 #include "app/scaleenvironment.h"
 #include "app/tindraeditor.h"
+#include "app/translation.h"
 #include "platform/applicationidentity.h"
 #include "platform/platform.h"
 #include "platform/sessionend.h"
 #include "services/tracelog.h"
 #include "services/workfolder.h"
 
-#include <QLibraryInfo>
 #include <QLocale>
-#include <QTranslator>
 
 namespace {
 
@@ -82,18 +81,9 @@ void Application::OnIpcMessage(QString message) {
         emit m_mainWindow->commandArrived(message);
 }
 
-/// The product speaks the language it was built for, whatever the system's is; a build without the
-/// translation speaks the English of the sources. The toolkit's own dialogs and menus follow.
 void Application::loadTranslation() {
-    static QTranslator translator;
-    static QTranslator toolkit;
-    const QString language = QLocale(QLocale::Korean).bcp47Name();
-    if (!translator.load(QStringLiteral(":/TindraEditor_%0.qm").arg(language)))
-        return;
-    installTranslator(&translator);
-    if (toolkit.load(QStringLiteral("qtbase_") + language,
-                     QLibraryInfo::location(QLibraryInfo::TranslationsPath)))
-        installTranslator(&toolkit);
+    if (installProgramTranslation())
+        installToolkitTranslation();
 }
 
 void Application::startCrashClient() {

@@ -1,4 +1,5 @@
 #include "app/application.h"
+#include "app/programinformation.h"
 #include "app/tindraeditor.h"
 #include "platform/clipboardkeeper.h"
 #include "platform/loadedlibrary.h"
@@ -33,6 +34,8 @@ int main(int argc, char **argv) {
         return platform::runClipboardKeeper(argc, argv);
     if (platform::isLibraryTrialCall(argc, argv))
         return platform::runLibraryTrial();
+    if (ProgramInformation::isCall(argc, argv))
+        return ProgramInformation::run(argc, argv);
     platform::returnLargeBlocks();
     return runEditor(argc, argv);
 }

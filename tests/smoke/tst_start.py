@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """The real program: its roles, the ways out, and what it leaves behind. usage: tst_start.py EDITOR"""
 import os
+import re
 import shutil
 import signal
 import socket
@@ -11,7 +12,9 @@ import time
 import unittest
 from pathlib import Path
 
-from editorsession import (LIMIT, RESULTS, RUNTIME, SOCKET, WORK, EditorTest, held, wait_for, windows)
+from editorsession import (EDITOR, LIMIT, RESULTS, RUNTIME, SOCKET, WORK, EditorTest, held, wait_for, windows)
+
+TOP = Path(__file__).resolve().parents[2]
 
 
 def picture():
@@ -64,6 +67,59 @@ class Start(EditorTest):
             self.assertEqual(self.ended(self.start("/show")), 0)
             self.assertTrue(wait_for(windows))
         self.send("--kill")
+        self.assertEqual(self.ended(first), 0)
+
+    # Questions.
+
+    def asked(self, *arguments, **environment):
+        """What the program prints when it has neither a display nor anything else of a desktop."""
+        for name in ("DISPLAY", "QT_QPA_PLATFORM", "DBUS_SESSION_BUS_ADDRESS"):
+            environment.setdefault(name, None)
+        wanted = {name: value for name, value in (os.environ | environment).items() if value is not None}
+        return subprocess.run([EDITOR, *arguments], env=wanted, stdin=subprocess.DEVNULL, capture_output=True,
+                              check=False, timeout=60)
+
+    def test_a_question_is_answered_without_a_display(self):
+        version = re.search(r"project\(Tindra VERSION ([\d.]+)", (TOP / "CMakeLists.txt").read_text()).group(1)
+        for locale in ("C", "C.UTF-8"):
+            told = self.asked("--version", LC_ALL=locale)
+            self.assertEqual((told.returncode, told.stdout.decode(), told.stderr), (0, f"Tindra {version}\n", b""))
+            told = self.asked("--help", LC_ALL=locale)
+            self.assertEqual((told.returncode, told.stderr), (0, b""))
+            self.assertIn("/updateprefvalue ID VALUE", told.stdout.decode("utf-8"))
+            self.assertNotIn("?", told.stdout.decode("utf-8"))
+
+    def test_a_question_disturbs_no_editor_and_leaves_nothing_behind(self):
+        def everything():
+            folders = [os.environ[name] for name in ("HOME", "TMPDIR", "XDG_RUNTIME_DIR", "XDG_CONFIG_HOME",
+                                                     "XDG_DATA_HOME", "XDG_CACHE_HOME")]
+            return sorted(str(path) for folder in folders for path in Path(folder).rglob("*"))
+
+        SOCKET.unlink(missing_ok=True)
+        before = everything()
+        self.assertEqual(self.asked("--help").returncode, 0)
+        self.assertEqual(self.asked("--version").returncode, 0)
+        self.assertEqual(everything(), before)
+        with socket.socket(socket.AF_UNIX) as server:
+            server.bind(str(SOCKET))
+            server.listen()
+            self.assertEqual(self.asked("--help").returncode, 0)
+            server.settimeout(0)
+            with self.assertRaises(BlockingIOError):
+                server.accept()
+        SOCKET.unlink()
+
+    def test_an_answer_that_nobody_can_read_is_a_failure(self):
+        with open("/dev/full", "wb") as full:
+            code = subprocess.run([EDITOR, "--help"], stdout=full, check=False, timeout=60).returncode
+        self.assertEqual(code, 1)
+
+    def test_in_a_longer_line_an_option_is_no_question(self):
+        first = self.first("--help", "--version")
+        self.assertEqual(windows(), [])
+        self.assertEqual(self.ended(self.start("--version", "/show")), 0)
+        self.assertTrue(wait_for(windows), "the words behind the option were not heard")
+        self.send("--close")
         self.assertEqual(self.ended(first), 0)
 
     # Ends before the event loop: the first line opens a dialog that waits for the user.
