@@ -3,6 +3,7 @@
 import contextlib
 import ctypes
 import fcntl
+import importlib.machinery
 import os
 import re
 import shutil
@@ -13,6 +14,8 @@ import subprocess
 import sys
 import tempfile
 import threading
+import time
+import types
 import unittest
 from pathlib import Path
 
@@ -84,6 +87,10 @@ class FakeEditor:
 
 
 class TindraSend(unittest.TestCase):
+    # An editor that takes a moment to listen and then waits for somebody.
+    LISTEN = ('exec python3 -c "import socket, time; s = socket.socket(socket.AF_UNIX); time.sleep(0.2); '
+              's.bind(\'$XDG_RUNTIME_DIR/TNDEMutex\'); s.listen(); s.accept()"')
+
     def setUp(self):
         self.scratch = Path(tempfile.mkdtemp())
         self.addCleanup(shutil.rmtree, self.scratch)
@@ -299,9 +306,7 @@ class TindraSend(unittest.TestCase):
         self.assertEqual(list(self.work.iterdir()), [])
 
     def test_commandline_starts_the_editor_and_waits_until_it_listens(self):
-        listen = ('exec python3 -c "import socket, time; s = socket.socket(socket.AF_UNIX); time.sleep(0.2); '
-                  's.bind(\'$XDG_RUNTIME_DIR/TNDEMutex\'); s.listen(); s.accept()"')
-        self.send("--road", "commandline", "--editor", self.program(listen), self.picture, "--skip")
+        self.send("--road", "commandline", "--editor", self.program(self.LISTEN), self.picture, "--skip")
         word, copy, *rest = self.arguments()
         self.assertEqual([word, *rest], ["/path", "/skip"])
         self.assertEqual(Path(copy).read_bytes(), PICTURE)
@@ -317,6 +322,49 @@ class TindraSend(unittest.TestCase):
 
     def test_a_missing_editor_is_told(self):
         self.assertIn("cannot start", self.send("--road", "start", "--editor", "/nonexistent/editor", "--show", code=1))
+
+    # Road "open".
+
+    def test_open_hands_over_to_the_editor_that_runs(self):
+        editor = self.editor()
+        never = self.program("exit 4")
+        self.send("--open", self.picture, self.picture, "--editor", never)
+        copies = [re.fullmatch(r'"tindra-send" "/path" "(.*)"', line).group(1) for line in self.lines(editor, 2)]
+        self.assertEqual([Path(copy).read_bytes() for copy in copies], [PICTURE] * 2)
+        self.send("--open", "--editor", never)
+        self.assertEqual(self.lines(editor, 3)[2], '"tindra-send" "/show"')
+        self.assertFalse((self.scratch / "arguments").exists())
+        self.assertEqual(self.picture.read_bytes(), PICTURE)
+
+    def test_open_starts_an_editor_when_none_runs(self):
+        self.send("--open", self.picture, "--point", 3, 4, "--editor", self.program(self.LISTEN))
+        word, copy, *rest = self.arguments()
+        self.assertEqual([word, *rest], ["/path", "/point", "3", "4"])
+        self.assertNotEqual(Path(copy), self.picture)
+        self.assertEqual(Path(copy).read_bytes(), PICTURE)
+        self.assertEqual(len(list(self.work.iterdir())), 1)
+
+    def test_open_without_a_picture_starts_an_editor_with_its_window(self):
+        self.send("--road", "open", "--editor", self.program(self.LISTEN))
+        self.assertEqual(self.arguments(), ["/show"])
+
+    def test_open_starts_an_editor_for_a_line(self):
+        self.send("--open", "--editor", self.program(self.LISTEN), "--", "/preference", "2")
+        self.assertEqual(self.arguments(), ["/preference", "2"])
+
+    def test_a_start_that_another_has_overtaken_has_handed_over(self):
+        tool = types.ModuleType("tindra_send")
+        importlib.machinery.SourceFileLoader("tindra_send", str(TOOL)).exec_module(tool)
+        looks = iter((lambda: time.sleep(0.5), lambda: True))  # by then the program has ended
+        tool.is_editor_running = lambda: next(looks)()
+        tool.start_editor(None, ["/show"], "/bin/true")
+        self.assertEqual(list(looks), [])
+
+    def test_open_tells_an_editor_that_cannot_start(self):
+        self.assertIn("code 4", self.send("--open", self.picture, "--editor", self.program("exit 4"), code=1))
+        self.assertIn("code 0", self.send("--open", self.picture, "--editor", self.program("exit 0"), code=1))
+        self.assertIn("cannot start", self.send("--open", self.picture, "--editor", "/nonexistent/editor", code=1))
+        self.assertEqual(list(self.work.iterdir()), [])
 
     # Words and lines.
 
