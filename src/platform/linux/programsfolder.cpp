@@ -1,0 +1,5 @@
+#include "platform/programsfolder.h"
+
+QString platform::programsFolder() {
+    return QStringLiteral("/opt");
+}
