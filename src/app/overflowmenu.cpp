@@ -66,8 +66,8 @@ void OverflowMenu::onEmptyEditor(bool isEmpty) {
     m_print->setDisabled(isEmpty);
 }
 
-void OverflowMenu::checkTool(ShapeTypes::ShapeType shape) {
-    const QString current = entryOf(shape);
+void OverflowMenu::checkTool(const std::optional<ShapeTypes::ShapeType> &shape) {
+    const QString current = shape ? entryOf(*shape) : QString();
     for (auto copy = m_copies.cbegin(); copy != m_copies.cend(); ++copy)
         copy.value()->setChecked(copy.key() == current);
 }

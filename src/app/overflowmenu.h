@@ -5,6 +5,8 @@
 
 #include <QHash>
 
+#include <optional>
+
 class TindraEditor;
 
 /// The menu of the toolbar's last button: what the toolbar has no room for, then the commands that have no
@@ -23,8 +25,8 @@ public:
     void addCommands(TindraEditor *window);
     /// Printing needs a capture.
     void onEmptyEditor(bool isEmpty);
-    /// Checks the entry of that tool and no other.
-    void checkTool(ShapeTypes::ShapeType shape);
+    /// Checks the entry of that tool and no other; without a tool none.
+    void checkTool(const std::optional<ShapeTypes::ShapeType> &shape);
 
 private:
     QHash<QString, QAction *> m_copies; ///< by the name of the button

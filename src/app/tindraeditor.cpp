@@ -442,6 +442,8 @@ void TindraEditor::onClickEraser() {
 void TindraEditor::onClickMenuBtn() {
     if (const Editor *editor = m_view->editor())
         m_toolbar->checkEntry(editor->shapeType());
+    else // the mark of the last capture's tool would stay
+        m_toolbar->checkEntry(std::nullopt);
 }
 
 void TindraEditor::onClickHelp() {

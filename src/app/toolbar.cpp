@@ -4,7 +4,6 @@
 #include "app/overflowlayout.h"
 #include "app/overflowmenu.h"
 #include "app/tindraeditor.h"
-#include "canvas/itemtable.h"
 #include "popups/popup.h"
 #include "popups/toolbutton.h"
 #include "ui/uistyler.h"
@@ -107,19 +106,6 @@ bool isOf(const Row &row, const char *name) {
     return qstrcmp(row.name, name) == 0;
 }
 
-/// Whether every shape that the button of a tool stands for has an item to draw it. The eraser draws none.
-bool exists(const Row &row) {
-    if (row.kind != Row::Tool)
-        return true;
-    for (int shape = ShapeTypes::Pen; shape <= ShapeTypes::Crop; ++shape) {
-        const auto type = ShapeTypes::ShapeType(shape);
-        const bool isStateOfText = type == ShapeTypes::TextEditing || type == ShapeTypes::TextFinished;
-        if (isOf(row, buttonOf(type)) && !isStateOfText && !ItemTable::maker(type))
-            return false;
-    }
-    return true;
-}
-
 bool needsCapture(const Row &row) {
     return row.kind != Row::Help && row.clicked != &TindraEditor::onClickCapture;
 }
@@ -157,7 +143,7 @@ void Toolbar::addRows() {
             m_separatorOfNext = addSeparator();
         else if (row.kind == Row::LastSeparator)
             m_lastSeparator = addSeparator();
-        else if (exists(row))
+        else
             addButton(row);
     }
 }
@@ -178,7 +164,8 @@ void Toolbar::addButton(const Row &row) {
         joinTools(row, button);
     if (row.key)
         addShortcut(row, button);
-    // A group that has left takes its separator along.
+    // A group that has left takes its separator along. The one that must is that before "text", but any other
+    // whose first button has left would stand for nothing as well.
     if (QAction *separator = m_separatorOfNext) {
         connect(entry.action, &QAction::changed, separator,
                 [separator, action = entry.action] { separator->setVisible(action->isVisible()); });
@@ -240,18 +227,10 @@ const Toolbar::Entry *Toolbar::entry(const char *name) const {
 }
 
 void Toolbar::showShape(ShapeTypes::ShapeType shape) {
-    if (const Entry *tool = entry(buttonOf(shape))) {
-        tool->button->setChecked(true);
-        return;
-    }
-    if (QAbstractButton *checked = m_tools->checkedButton()) {
-        m_tools->setExclusive(false);
-        checked->setChecked(false);
-        m_tools->setExclusive(true);
-    }
+    entry(buttonOf(shape))->button->setChecked(true);
 }
 
-void Toolbar::checkEntry(ShapeTypes::ShapeType shape) {
+void Toolbar::checkEntry(const std::optional<ShapeTypes::ShapeType> &shape) {
     m_overflow->checkTool(shape);
 }
 

@@ -6,6 +6,8 @@
 #include <QToolBar>
 #include <QVector>
 
+#include <optional>
+
 class OverflowMenu;
 class QButtonGroup;
 class TindraEditor;
@@ -16,7 +18,7 @@ struct ToolbarRow;
 /// what does not fit.
 ///
 /// Hands what the user chose to the window's slots; the window says what is enabled and which tool is
-/// current. A tool that has no drawing item yet has no button either.
+/// current.
 class Toolbar : public QToolBar {
     Q_OBJECT
 public:
@@ -25,10 +27,10 @@ public:
 
     const ToolPanels *panels() const { return m_panels; }
 
-    /// Checks the button of a tool; a tool without a button leaves none checked.
+    /// Checks the button of a tool.
     void showShape(ShapeTypes::ShapeType shape);
-    /// Checks the entry of a tool in the overflow menu and no other.
-    void checkEntry(ShapeTypes::ShapeType shape);
+    /// Checks the entry of a tool in the overflow menu and no other; without a tool none.
+    void checkEntry(const std::optional<ShapeTypes::ShapeType> &shape);
     /// Moves what does not fit into the menu and what fits back again. The banner lies over the right end;
     /// its width in device pixels is 0 while there is none.
     void layOut(int bannerWidth);
@@ -55,7 +57,7 @@ private:
     void joinTools(const ToolbarRow &row, ToolButton *button);
     void addMenuButton();
     void setBannerWidth(int width);
-    /// Null for a button that is not there.
+    /// Null for a name that no button has.
     const Entry *entry(const char *name) const;
 
     TindraEditor *m_window;
