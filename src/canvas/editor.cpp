@@ -217,6 +217,7 @@ void Editor::pressTool(const QGraphicsSceneMouseEvent *event) {
     // Also for a tool that makes no item: the release counts it as used.
     m_pressPos = pos;
     m_lastPos = pos;
+    m_hasMoved = false;
     m_lastShift = false;
     const NewItem item = createItem(m_shapeType, QRectF(visibleRect()));
     m_currentItem = item.drawing;
@@ -247,6 +248,7 @@ void Editor::mouseMoveEvent(QGraphicsSceneMouseEvent *event) {
             return;
         growCurrentItem(pos, shift);
         m_lastPos = pos;
+        m_hasMoved |= pos != m_pressPos;
         m_lastShift = shift;
         // Keeps the views from looking for an item under the mouse that might set the cursor, which asks
         // every stroke there for its shape.
@@ -317,7 +319,8 @@ bool Editor::dropClickOfPen(QPoint pos) {
 
 void Editor::finishStroke(QPoint pos, bool shift) {
     QGraphicsItem *item = graphicsItem(m_currentItem);
-    if (m_pressPos == m_lastPos) {
+    // Not where it is let go: a ring that closes where it began is drawn.
+    if (!m_hasMoved) {
         // Not destroyed before the editor is: an item may have work of its own under way.
         takeOutOfScene(item);
         m_currentItem = nullptr;

@@ -186,6 +186,7 @@ private:
     QPoint m_savedCenter;
     QPoint m_pressPos = NoPos;
     QPoint m_lastPos = NoPos;
+    bool m_hasMoved = false;  ///< the mouse has left the place of the press since
     bool m_lastShift = false; ///< the Shift key of the last move
     DrawingInterface *m_currentItem = nullptr;
     QString m_savedPath;

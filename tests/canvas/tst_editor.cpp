@@ -309,18 +309,25 @@ void Tst_Editor::dragFromBesideTheCornerIsAStep() {
 
 void Tst_Editor::strokeBackToItsStart_data() {
     QTest::addColumn<int>("shape");
+    QTest::addColumn<bool>("movesBack"); // or is let go there without a move before
     QTest::addColumn<bool>("stays");
-    QTest::newRow("pen vanishes") << int(Editor::Pen) << false;
-    QTest::newRow("highlighter stays") << int(Editor::Highlighter) << true;
-    QTest::newRow("figure stays") << int(Editor::Rectangle) << true;
+    QTest::newRow("pen vanishes") << int(Editor::Pen) << true << false;
+    QTest::newRow("pen vanishes, in one leap") << int(Editor::Pen) << false << false;
+    QTest::newRow("highlighter stays") << int(Editor::Highlighter) << true << true;
+    QTest::newRow("highlighter stays, in one leap") << int(Editor::Highlighter) << false << true;
+    QTest::newRow("figure stays") << int(Editor::Rectangle) << true << true;
+    QTest::newRow("figure stays, in one leap") << int(Editor::Rectangle) << false << true;
 }
 
 void Tst_Editor::strokeBackToItsStart() {
     QFETCH(int, shape);
+    QFETCH(bool, movesBack);
     QFETCH(bool, stays);
     m_editor->setShape(static_cast<Editor::ShapeType>(shape));
     m_mouse->press(at(30, 30));
     m_mouse->move(at(80, 60));
+    if (movesBack)
+        m_mouse->move(at(30, 30));
     m_mouse->release(at(30, 30));
     QCOMPARE(m_editor->items().size(), stays ? 1 : 0);
     QCOMPARE(m_editor->canUndo(), stays);
@@ -417,7 +424,7 @@ void Tst_Editor::eraserTakesTheTopmostItem() {
 void Tst_Editor::eraserReachesOnePixel_data() {
     QTest::addColumn<int>("x");
     QTest::addColumn<bool>("hit");
-    QTest::newRow("two pixels before") << 17 << false;
+    QTest::newRow("three pixels before") << 17 << false;
     QTest::newRow("one pixel before") << 19 << true;
     QTest::newRow("inside") << 25 << true;
     QTest::newRow("one pixel after") << 31 << true;
