@@ -6,6 +6,7 @@ import fcntl
 import importlib.machinery
 import os
 import re
+import resource
 import shutil
 import socket
 import stat
@@ -18,9 +19,17 @@ import time
 import types
 import unittest
 from pathlib import Path
+from unittest import mock
 
 TOOL = Path(__file__).resolve().parents[2] / "tools" / "tindra-send"
 PICTURE = b"\x89PNG not much of a picture" + bytes(range(256)) * 40
+
+
+def tool_as_module():
+    """The tool's own code, for what its outside does not show."""
+    tool = types.ModuleType("tindra_send")
+    importlib.machinery.SourceFileLoader("tindra_send", str(TOOL)).exec_module(tool)
+    return tool
 
 
 class Block:
@@ -194,6 +203,32 @@ class TindraSend(unittest.TestCase):
         self.assertIn("no editor runs", self.send(self.picture, code=3))
         self.assertEqual(list(self.work.iterdir()), [])
 
+    def test_a_copy_for_which_there_is_no_room_is_taken_back(self):
+        self.editor()
+        result = subprocess.run([TOOL, self.picture], env=self.environment, capture_output=True, check=False, timeout=60,
+                                preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (1000, 1000)))
+        self.assertEqual((result.returncode, len(result.stderr.splitlines())), (1, 1), result.stderr.decode())
+        self.assertEqual(list(self.work.iterdir()), [])
+
+    def test_a_copy_has_its_name_when_it_is_whole(self):
+        tool = tool_as_module()
+        during = []
+
+        def interrupted(*_arguments):
+            during.extend(path.name for path in self.work.iterdir())
+            raise KeyboardInterrupt
+
+        with mock.patch.dict(os.environ, self.environment):
+            picture = tool.Picture(self.picture)
+            with mock.patch.object(tool, "open", interrupted, create=True), self.assertRaises(KeyboardInterrupt):
+                picture.copy()
+            self.assertEqual(list(self.work.iterdir()), [])
+            whole = Path(picture.copy())
+        self.assertEqual(len(during), 1)
+        self.assertFalse(during[0].endswith(".png"), "the editor would take it for a capture")
+        self.assertEqual(list(self.work.iterdir()), [whole])
+        self.assertEqual((whole.suffix, whole.read_bytes()), (".png", PICTURE))
+
     # Road "memory".
 
     def test_memory_holds_the_bytes(self):
@@ -353,8 +388,7 @@ class TindraSend(unittest.TestCase):
         self.assertEqual(self.arguments(), ["/preference", "2"])
 
     def test_a_start_that_another_has_overtaken_has_handed_over(self):
-        tool = types.ModuleType("tindra_send")
-        importlib.machinery.SourceFileLoader("tindra_send", str(TOOL)).exec_module(tool)
+        tool = tool_as_module()
         looks = iter((lambda: time.sleep(0.5), lambda: True))  # by then the program has ended
         tool.is_editor_running = lambda: next(looks)()
         tool.start_editor(None, ["/show"], "/bin/true")
