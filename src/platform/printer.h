@@ -100,18 +100,29 @@ public:
     virtual std::unique_ptr<PrintJob> startJob(const PrinterMode &mode, const QString &title) = 0;
 };
 
+/// An answer for which a call did not wait any longer.
+enum class LateAnswer {
+    None, ///< there is no such answer: it came in time, or it was taken since
+    Awaited,
+    Arrived ///< it may be taken; whoever asks anew instead gets a fresh one
+};
+
 /// The printers of the system. GUI thread only; no call, of a printer or a job neither, takes much longer
 /// than a second even where nobody answers.
 class Printers {
 public:
     virtual ~Printers() = default;
 
-    /// Of local and connected printers; empty on failure.
+    /// Of local and connected printers; empty on failure, and when the list does not come in time.
     virtual QStringList names() = 0;
-    /// Of those, the one to take when nothing else is said; empty without printers.
+    virtual LateAnswer lateNames() const = 0;
+    /// The list that has arrived since; empty when there is none.
+    virtual QStringList takeLateNames() = 0;
+    /// Of the printers that were listed last, the one to take when nothing else is said; empty without any.
     virtual QString defaultName() = 0;
     /// Null for a name that is unknown and for a printer that does not answer in time.
     virtual std::unique_ptr<Printer> open(const QString &name) = 0;
-    /// Whether a printer that `open` gave up on has answered since, so that `open` need not wait for it now.
-    virtual bool hasLateAnswer(const QString &name) const = 0;
+    virtual LateAnswer latePrinter(const QString &name) const = 0;
+    /// The printer whose answer has arrived since. Null when there is none, and for a failure that was late.
+    virtual std::unique_ptr<Printer> takeLatePrinter(const QString &name) = 0;
 };

@@ -47,18 +47,35 @@ QString NativePrinter::defaultPrinterName() {
     return printers().defaultName();
 }
 
+LateAnswer NativePrinter::latePrinterNames() {
+    return printers().lateNames();
+}
+
+QStringList NativePrinter::takeLatePrinterNames() {
+    return printers().takeLateNames();
+}
+
 void NativePrinter::reload() {
+    read(printers().open(m_printerName));
+}
+
+LateAnswer NativePrinter::lateAnswer() const {
+    return m_devMode ? LateAnswer::None : printers().latePrinter(m_printerName);
+}
+
+void NativePrinter::takeLateAnswer() {
+    if (lateAnswer() == LateAnswer::Arrived)
+        read(printers().takeLatePrinter(m_printerName));
+}
+
+void NativePrinter::read(std::unique_ptr<Printer> printer) {
     m_dc.reset();
     m_devMode.reset();
-    m_printer = printers().open(m_printerName);
+    m_printer = std::move(printer);
     if (!m_printer)
         return;
     m_devMode = m_printer->defaultMode();
     measure();
-}
-
-bool NativePrinter::hasLateAnswer() const {
-    return !m_devMode && printers().hasLateAnswer(m_printerName);
 }
 
 void NativePrinter::measure() {

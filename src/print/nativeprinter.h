@@ -38,11 +38,16 @@ public:
 
     static QStringList printerNames();
     static QString defaultPrinterName();
+    /// Of the list that `printerNames` did not wait for.
+    static LateAnswer latePrinterNames();
+    static QStringList takeLatePrinterNames();
 
     /// Whether the printer could be read.
     bool isRead() const { return m_devMode.has_value(); }
-    /// Whether it could not, as its answer came too late: one made anew has it.
-    bool hasLateAnswer() const;
+    /// Of the printer itself, when it could not be read in time.
+    LateAnswer lateAnswer() const;
+    /// Reads the printer from the answer that has arrived.
+    void takeLateAnswer();
     /// Reads the printer and its settings anew.
     void reload();
     /// The papers in the printer's order. Reading them takes the present paper's members from the table,
@@ -77,6 +82,7 @@ private:
         QSize size; ///< tenths of a millimetre
     };
 
+    void read(std::unique_ptr<Printer> printer);
     void measure();
     QRectF toDevice(const QRectF &rect) const;
 

@@ -50,19 +50,11 @@ PrintPreviewDialog::PrintPreviewDialog(QWidget *parent) : QDialog(parent) {
     m_lateTimer.setInterval(LateAnswerInterval);
     connect(&m_lateTimer, &QTimer::timeout, this, &PrintPreviewDialog::onLateAnswer);
     buildForm();
-    m_printers->addItems(NativePrinter::printerNames());
-    // Nothing chosen yet, so that choosing the first printer is a change too.
-    m_printers->setCurrentIndex(-1);
+    addPrinters(NativePrinter::printerNames());
     connect(m_printers, &QComboBox::currentTextChanged, this, &PrintPreviewDialog::onChangePrinter);
-    if (!loadSettings()) {
-        const QString name = NativePrinter::defaultPrinterName();
-        if (!name.isEmpty())
-            m_printers->setCurrentText(name);
-        if (m_printers->count() == 0)
-            trace(1, QStringLiteral("PrintPreviewDialog"), "No available printer");
-        refreshControls();
-    }
+    choosePrinter();
     connectControls();
+    awaitAnswers();
     UIStyler::setScaleCallback(this, [this](const double &scale) { onChangeUiScale(scale); });
 }
 
@@ -105,6 +97,24 @@ void PrintPreviewDialog::addImage(const QPixmap &pixmap) {
     m_images.append(pixmap);
 }
 
+void PrintPreviewDialog::addPrinters(const QStringList &names) {
+    const QSignalBlocker blocker(m_printers);
+    m_printers->addItems(names);
+    // Nothing chosen yet, so that choosing the first printer is a change too.
+    m_printers->setCurrentIndex(-1);
+}
+
+void PrintPreviewDialog::choosePrinter() {
+    if (loadSettings())
+        return;
+    const QString name = NativePrinter::defaultPrinterName();
+    if (!name.isEmpty())
+        m_printers->setCurrentText(name);
+    if (m_printers->count() == 0)
+        trace(1, QStringLiteral("PrintPreviewDialog"), "No available printer");
+    refreshControls();
+}
+
 bool PrintPreviewDialog::loadSettings() {
     P *preferences = P::instance();
     m_printers->setCurrentText(preferences->GetString(P::PrinterName, QString()));
@@ -115,16 +125,21 @@ bool PrintPreviewDialog::loadSettings() {
             box->setValue(DefaultMargin);
         return false;
     }
-    m_printer->setPaperId(static_cast<quint16>(preferences->GetInt(P::PrinterPageSize, PrinterMode::A4)));
-    m_printer->setCopies(preferences->GetInt(P::PrinterCopies, 1));
-    m_printer->setPortrait(preferences->GetInt(P::PrinterPageOrientation, 1));
-    m_printer->setGrayscale(preferences->GetBool(P::PrinterDrawGrayscale, false));
+    loadPrinterSettings();
     // A margin may be half of this paper, which need not be the one of before.
     updateMarginRanges();
     loadLayout();
     refreshControls();
     m_areSettingsDue = !m_printer->isRead();
     return true;
+}
+
+void PrintPreviewDialog::loadPrinterSettings() {
+    const P *preferences = P::instance();
+    m_printer->setPaperId(static_cast<quint16>(preferences->GetInt(P::PrinterPageSize, PrinterMode::A4)));
+    m_printer->setCopies(preferences->GetInt(P::PrinterCopies, 1));
+    m_printer->setPortrait(preferences->GetInt(P::PrinterPageOrientation, 1));
+    m_printer->setGrayscale(preferences->GetBool(P::PrinterDrawGrayscale, false));
 }
 
 void PrintPreviewDialog::loadLayout() {
@@ -170,10 +185,9 @@ void PrintPreviewDialog::enableControls() {
              m_printerSettings, m_pageSizes, m_copies, m_orientationPortrait, m_orientationLandscape,
              m_scaleFit, m_scaleActual, m_scaleCustom, m_centerHorizontal, m_centerVertical,
              m_leftMarginValue, m_topMarginValue, m_rightMarginValue, m_bottomMarginValue, m_printGrayscale,
-             m_printBorder})
+             m_printBorder, m_print})
         control->setEnabled(enabled);
-    // A printer that could not be read, or not yet, would take the click and print nothing.
-    m_print->setEnabled(enabled && m_printer->isRead());
+    m_printers->setEnabled(m_printers->count() > 0);
     // Loading and the choice of another scale disable the value where it has no effect; a refresh must not
     // offer it again.
     m_scaleCustomValue->setEnabled(enabled && m_scaleCustom->isChecked());
@@ -193,7 +207,8 @@ void PrintPreviewDialog::refreshControls() {
 }
 
 void PrintPreviewDialog::updateMarginRanges() {
-    if (!m_printer)
+    // Without a paper no margin would be left of those that were stored.
+    if (!m_printer || !m_printer->isRead())
         return;
     const QSizeF paper = m_printer->paperSize();
     const auto most = [](double length) {
@@ -221,31 +236,44 @@ PageSettings PrintPreviewDialog::pageSettings() const {
 void PrintPreviewDialog::onChangePrinter(const QString &name) {
     delete m_printer;
     m_printer = nullptr;
-    m_lateTimer.stop();
     m_areSettingsDue = false;
-    QVector<PaperEntry> papers;
-    if (!name.isEmpty()) {
+    if (!name.isEmpty())
         m_printer = new NativePrinter(name, this);
-        papers = m_printer->paperList();
-        if (!m_printer->isRead())
-            m_lateTimer.start();
-    }
-    {
-        const QSignalBlocker blocker(m_pageSizes);
-        m_pageSizes->clear();
-        for (const PaperEntry &paper : qAsConst(papers))
-            m_pageSizes->addItem(paper.label, int(paper.id));
-    }
+    fillPapers();
     refreshControls();
+    awaitAnswers();
+}
+
+void PrintPreviewDialog::fillPapers() {
+    const QVector<PaperEntry> papers = m_printer ? m_printer->paperList() : QVector<PaperEntry>();
+    const QSignalBlocker blocker(m_pageSizes);
+    m_pageSizes->clear();
+    for (const PaperEntry &paper : papers)
+        m_pageSizes->addItem(paper.label, int(paper.id));
+}
+
+void PrintPreviewDialog::awaitAnswers() {
+    const bool isAwaiting = NativePrinter::latePrinterNames() != LateAnswer::None ||
+                            (m_printer && m_printer->lateAnswer() != LateAnswer::None);
+    if (!isAwaiting)
+        m_lateTimer.stop();
+    else if (!m_lateTimer.isActive())
+        m_lateTimer.start();
 }
 
 void PrintPreviewDialog::onLateAnswer() {
-    if (!m_printer->hasLateAnswer())
-        return;
-    const bool isLoading = m_areSettingsDue;
-    onChangePrinter(m_printers->currentText());
-    if (isLoading)
-        loadSettings();
+    if (NativePrinter::latePrinterNames() == LateAnswer::Arrived) {
+        addPrinters(NativePrinter::takeLatePrinterNames());
+        choosePrinter();
+    } else if (m_printer && m_printer->lateAnswer() == LateAnswer::Arrived) {
+        m_printer->takeLateAnswer();
+        fillPapers();
+        if (m_areSettingsDue)
+            loadPrinterSettings();
+        m_areSettingsDue = false;
+        refreshControls();
+    }
+    awaitAnswers();
 }
 
 void PrintPreviewDialog::onChangePageSize(int index) {
@@ -297,8 +325,8 @@ void PrintPreviewDialog::onClickToNextPage() {
 }
 
 void PrintPreviewDialog::onClickPrint() {
-    // The key works where the button is disabled.
-    if (!m_printer || !m_printer->isRead())
+    // The key works where the button is disabled. A printer whose answer is still to come has no page yet.
+    if (!m_printer || m_printer->lateAnswer() != LateAnswer::None)
         return;
     const PageSettings settings = pageSettings();
     QVector<PrintPage> pages;

@@ -23,7 +23,8 @@ class QVBoxLayout;
 ///
 /// Give it images and run it with `exec`; there is nothing to do with the result. Starts with what was used
 /// at the last printing; only printing stores anything. Without a printer it opens too, with nothing but
-/// Cancel. GUI thread only.
+/// Cancel. Printers and settings that the printing system tells late are shown when they come. GUI thread
+/// only.
 class PrintPreviewDialog : public QDialog {
     Q_OBJECT
 public:
@@ -70,7 +71,13 @@ private:
     void addKeys();
     void connectControls();
 
+    void addPrinters(const QStringList &names);
+    void choosePrinter();
+    void fillPapers();
+    void awaitAnswers();
+
     bool loadSettings();
+    void loadPrinterSettings();
     void loadLayout();
     void saveSettings() const;
     void refreshControls();
@@ -81,8 +88,8 @@ private:
 
     NativePrinter *m_printer = nullptr;
     QTimer m_updateTimer;
-    QTimer m_lateTimer;            ///< runs while the printer is not read
-    bool m_areSettingsDue = false; ///< the remembered ones, once it is read
+    QTimer m_lateTimer;            ///< runs while an answer of the printing system is awaited
+    bool m_areSettingsDue = false; ///< the printer's remembered ones, once it is read
     QPixmap m_previewPixmap;
     QVector<QPixmap> m_images;
     int m_pageIndex = 0;

@@ -30,6 +30,7 @@ constexpr int PageButtonSize = 28;
 constexpr int MostCopies = 999;
 constexpr int LargestScale = 800; // percent
 constexpr int InitialScale = 100;
+constexpr int AnyMargin = 999; // until a paper sets the ranges
 
 template <typename Widget> Widget *named(Widget *widget, const char *name) {
     widget->setObjectName(QLatin1String(name));
@@ -171,11 +172,10 @@ QWidget *PrintPreviewDialog::buildCentering() {
 
 QWidget *PrintPreviewDialog::buildMargins() {
     auto *group = new QGroupBox(tr("Margins (mm)"));
-    // The paper sets the ranges.
-    m_leftMarginValue = named(new QSpinBox, "leftMarginValue_");
-    m_topMarginValue = named(new QSpinBox, "topMarginValue_");
-    m_rightMarginValue = named(new QSpinBox, "rightMarginValue_");
-    m_bottomMarginValue = named(new QSpinBox, "bottomMarginValue_");
+    m_leftMarginValue = newNumber("leftMarginValue_", 0, AnyMargin);
+    m_topMarginValue = newNumber("topMarginValue_", 0, AnyMargin);
+    m_rightMarginValue = newNumber("rightMarginValue_", 0, AnyMargin);
+    m_bottomMarginValue = newNumber("bottomMarginValue_", 0, AnyMargin);
     auto *grid = layoutOf<QGridLayout>(group);
     grid->setColumnStretch(1, 1);
     grid->setColumnStretch(3, 1);

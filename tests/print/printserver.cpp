@@ -68,6 +68,11 @@ void PrintServer::stop() {
         m_process.kill();
 }
 
+void PrintServer::kill() {
+    m_process.kill();
+    m_process.waitForFinished(Patience);
+}
+
 QByteArray PrintServer::log() {
     QFile errors(m_folder.filePath(QStringLiteral("log/error")));
     const QByteArray told = errors.open(QIODevice::ReadOnly) ? errors.readAll() : QByteArray();

@@ -25,6 +25,8 @@ public:
     /// Lets the server accept and never answer, or answer again.
     void setSilent(bool silent);
     void stop();
+    /// Ends the server without an answer to those who wait for one.
+    void kill();
     /// Takes a queue away.
     bool removeQueue(const char *name);
     /// Gives a queue a default of its own for an option of jobs.

@@ -1,97 +1,28 @@
-#include "platform/configuration.h"
-#include "preferences/tindrapreferences.h"
-#include "print/printpreviewdialog.h"
-#include "services/tracelog.h"
-#include "support/fakeplatform.h"
-#include "support/literals.h"
+#include "print/printdialogtest.h"
 #include "support/modalanswers.h"
 #include "support/secondscreen.h"
 #include "ui/uistyler.h"
 
-#include <QCheckBox>
-#include <QComboBox>
 #include <QGroupBox>
-#include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
-#include <QRadioButton>
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QSpinBox>
 #include <QVBoxLayout>
-#include <QtTest>
 
-namespace {
-
-const QVector<const char *> Settings = {"pageSizes_",
-                                        "orientationLandscape_",
-                                        "orientationPortrait_",
-                                        "scaleFit_",
-                                        "scaleActual_",
-                                        "leftMarginValue_",
-                                        "topMarginValue_",
-                                        "rightMarginValue_",
-                                        "bottomMarginValue_",
-                                        "copies_",
-                                        "print_",
-                                        "scaleCustom_",
-                                        "centerHorizontal_",
-                                        "centerVertical_",
-                                        "printGrayscale_",
-                                        "printBorder_",
-                                        "printerSettings_"};
-
-void setLevel(int level) {
-    ConfigurationLocation key("SOFTWARE\\Norvane\\Tindra\\FuncTrace"_qs);
-    key.setValue("trace"_qs, QString::number(level));
-    loadTraceSettings();
-}
-
-bool isLogged(const QByteArray &words) {
-    QFile log(TraceLog::filePath());
-    return log.open(QIODevice::ReadOnly) && log.readAll().contains(words);
-}
-
-} // namespace
-
-class Tst_PrintPreviewDialog : public QObject {
+/// What the dialog shows, and what its controls do.
+class Tst_PrintPreviewDialog : public PrintDialogTest {
     Q_OBJECT
 private slots:
-    void initTestCase();
-    void init();
-    void cleanup();
+    void initTestCase() { PrintDialogTest::initTestCase(); }
+    void init() { PrintDialogTest::init(); }
+    void cleanup() { PrintDialogTest::cleanup(); }
 
     void texts();
     void window();
     void rangesOfNumbers();
     void wheelScrollsNothing_data();
     void wheelScrollsNothing();
-
-    void rememberedPrinterIsChosen_data();
-    void rememberedPrinterIsChosen();
-    void withoutRememberedPrinterTheSettingsAreFresh();
-    void noPrinterLeavesOnlyCancel();
-    void noPrinterIsLogged();
-    void returnPrintsNothingWithoutPrinter();
-    void printersWithoutDefaultCanBeChosen();
-    void unreadablePrinterHasNoPapers();
-    void lateAnswerBringsPapersAndSettings();
-    void lateAnswerOfAChosenPrinterBringsItsOwn();
-
-    void settingsAreLoaded();
-    void firstPrintHasTheDefaults();
-    void scaleIsLoaded_data();
-    void scaleIsLoaded();
-    void marginsOfALargerPaperAreLoaded();
-    void rememberedPaperOfAnotherPrinterShowsNothing();
-    void rememberedPaperOfAnotherPrinterPrintsAnEmptySheet();
-    void printingStoresTheSettings();
-    void printingStoresTheScale_data();
-    void printingStoresTheScale();
-    void cancelStoresNothing();
-    void failedPrintStoresAndCloses();
-
     void papersAreThoseOfThePrinter();
     void anotherPrinterBringsItsOwn();
     void paperSetsMarginRanges();
@@ -102,7 +33,6 @@ private slots:
     void customValueNeedsCustomScale();
     void propertiesAreShownAgain();
     void cancelledPropertiesChangeNothing();
-
     void oneImageHasOnePage();
     void pagesAreTurned();
     void anotherPrinterBeginsAtTheFirstPage();
@@ -115,80 +45,12 @@ private slots:
     void previewFollowsTheScale();
     void designedMarginsFollowTheScale();
     void rescaledWindowLeavesTheBorderOfScreens();
-
     void pagesReachThePrinter();
     void printedPlacesFollowTheControls();
     void printerThatHasGoneIsLeft();
     void keysOfTheDialog();
     void openListKeepsItsKeys();
-
-private:
-    using P = TindraPreferences;
-    static P *preferences() { return P::instance(); }
-    FakePrinter &office() { return m_printers->printer("Office"_qs); }
-
-    /// The dialog with images of these sizes, red, green, blue.
-    PrintPreviewDialog *open(const QVector<QSize> &images = {{96, 48}}) {
-        m_dialog = std::make_unique<PrintPreviewDialog>();
-        const QColor colors[] = {Qt::red, Qt::green, Qt::blue};
-        for (int i = 0; i < images.size(); ++i) {
-            QPixmap pixmap(images[i]);
-            pixmap.fill(colors[i % 3]);
-            m_dialog->addImage(pixmap);
-        }
-        m_dialog->show();
-        // The preview rests after the first resize; without a printer it stays empty.
-        const bool hasPrinter = !m_printers->order.isEmpty() && !m_printers->chosen.isEmpty();
-        (void)QTest::qWaitFor([this] { return !pages().isEmpty(); }, hasPrinter ? 5000 : 150);
-        return m_dialog.get();
-    }
-    template <typename Widget = QWidget> Widget *child(const char *name) const {
-        auto *found = m_dialog->findChild<Widget *>(QLatin1String(name));
-        return found ? found : (qFatal("no child %s", name), nullptr);
-    }
-    QSpinBox *number(const char *name) const { return child<QSpinBox>(name); }
-    QComboBox *list(const char *name) const { return child<QComboBox>(name); }
-    QAbstractButton *button(const char *name) const { return child<QAbstractButton>(name); }
-    QString pages() const { return child<QLabel>("pages_")->text(); }
-    QImage preview() const { return child<QLabel>("previewLabel_")->pixmap(Qt::ReturnByValue).toImage(); }
-    /// Where that colour is in the preview; null when it is nowhere.
-    QRect shown(const QColor &color) const {
-        const QImage image = preview();
-        QRect area;
-        for (int y = 0; y < image.height(); ++y) {
-            for (int x = 0; x < image.width(); ++x) {
-                if (image.pixelColor(x, y) == color)
-                    area |= QRect(x, y, 1, 1);
-            }
-        }
-        return area;
-    }
-    static void settle() { QCoreApplication::processEvents(); }
-    FakePrinters::Job &job() { return *m_printers->jobs.last(); }
-
-    FakePrinters *m_printers = nullptr;
-    std::unique_ptr<PrintPreviewDialog> m_dialog;
 };
-
-void Tst_PrintPreviewDialog::initTestCase() {
-    QCoreApplication::setApplicationName("Tindra"_qs); // names the log
-    UIStyler::install(qApp);
-    UIStyler::setColorsIniPath(qApp, ":/style/editor_variables.ini"_qs);
-    UIStyler::setStyleSheetPaths(qApp, {":/style/editor.qss"_qs});
-}
-
-void Tst_PrintPreviewDialog::init() {
-    m_printers = &FakePlatform::install()->printerList;
-    m_printers->add("Office"_qs);
-    P::resetForTesting();
-    ConfigurationLocation("SOFTWARE\\Norvane\\Tindra"_qs).remove("Config"_qs);
-    preferences()->Init();
-    preferences()->SetString(P::PrinterName, "Office"_qs);
-}
-
-void Tst_PrintPreviewDialog::cleanup() {
-    m_dialog.reset();
-}
 
 void Tst_PrintPreviewDialog::texts() {
     open();
@@ -281,355 +143,6 @@ void Tst_PrintPreviewDialog::wheelScrollsNothing() {
             QCOMPARE(bar->value(), before);
         }
     }
-}
-
-void Tst_PrintPreviewDialog::rememberedPrinterIsChosen_data() {
-    QTest::addColumn<QString>("remembered");
-    QTest::addColumn<QString>("byDefault");
-    QTest::addColumn<QString>("chosen");
-    QTest::newRow("first in the list") << "Office"
-                                       << "Attic"
-                                       << "Office";
-    QTest::newRow("another") << "Attic"
-                             << "Office"
-                             << "Attic";
-    QTest::newRow("gone") << "Cellar"
-                          << "Attic"
-                          << "Attic";
-    QTest::newRow("gone, the first by default") << "Cellar"
-                                                << "Office"
-                                                << "Office";
-    QTest::newRow("none yet") << ""
-                              << "Attic"
-                              << "Attic";
-}
-
-void Tst_PrintPreviewDialog::rememberedPrinterIsChosen() {
-    QFETCH(QString, remembered);
-    QFETCH(QString, byDefault);
-    QFETCH(QString, chosen);
-    m_printers->add("Attic"_qs);
-    m_printers->chosen = byDefault;
-    preferences()->SetString(P::PrinterName, remembered);
-    open();
-    QCOMPARE(list("printers_")->count(), 2);
-    QCOMPARE(list("printers_")->currentText(), chosen);
-    QCOMPARE(m_printers->opened, QStringList{chosen});
-    QVERIFY(button("print_")->isEnabled());
-}
-
-void Tst_PrintPreviewDialog::withoutRememberedPrinterTheSettingsAreFresh() {
-    preferences()->SetString(P::PrinterName, "Cellar"_qs);
-    preferences()->SetInt(P::PrinterScale, 2);
-    preferences()->SetInt(P::PrinterCopies, 7);
-    preferences()->SetInt(P::PrinterPageLeftMargin, 44);
-    office().mode.copies = 2;
-    open();
-    QVERIFY(button("scaleFit_")->isChecked());
-    QVERIFY(!number("scaleCustomValue_")->isEnabled());
-    QCOMPARE(number("copies_")->value(), 2);
-    for (const char *margin :
-         {"leftMarginValue_", "topMarginValue_", "rightMarginValue_", "bottomMarginValue_"})
-        QCOMPARE(number(margin)->value(), 10);
-}
-
-void Tst_PrintPreviewDialog::noPrinterLeavesOnlyCancel() {
-    m_printers->order.clear();
-    m_printers->chosen.clear();
-    open({{10, 10}, {10, 10}});
-    for (const char *name : Settings)
-        QVERIFY2(!child(name)->isEnabled(), name);
-    QVERIFY(!number("scaleCustomValue_")->isEnabled());
-    QVERIFY(button("scaleFit_")->isChecked());
-    for (const char *margin :
-         {"leftMarginValue_", "topMarginValue_", "rightMarginValue_", "bottomMarginValue_"})
-        QCOMPARE(number(margin)->value(), 10);
-    QVERIFY(preview().isNull());
-    QCOMPARE(pages(), QString());
-    QVERIFY(!button("toPrevPage_")->isEnabled());
-    QVERIFY(!button("toNextPage_")->isEnabled());
-    QVERIFY(button("cancel_")->isEnabled());
-    button("cancel_")->click();
-    QVERIFY(!m_dialog->isVisible());
-    QCOMPARE(m_dialog->result(), 0);
-}
-
-void Tst_PrintPreviewDialog::noPrinterIsLogged() {
-    const auto logged = [] { return isLogged("PrintPreviewDialog : No available printer"); };
-    setLevel(1);
-    open();
-    QVERIFY(!logged());
-    m_printers->order.clear();
-    m_printers->chosen.clear();
-    setLevel(0);
-    open();
-    QVERIFY(!logged());
-    setLevel(1);
-    open();
-    setLevel(-1);
-    QVERIFY(logged());
-}
-
-void Tst_PrintPreviewDialog::returnPrintsNothingWithoutPrinter() {
-    m_printers->order.clear();
-    m_printers->chosen.clear();
-    open();
-    QTest::keyClick(m_dialog.get(), Qt::Key_Return);
-    QVERIFY(m_dialog->isVisible());
-    QVERIFY(m_printers->jobs.isEmpty());
-    QCOMPARE(preferences()->GetString(P::PrinterName, QString()), "Office"_qs);
-}
-
-void Tst_PrintPreviewDialog::printersWithoutDefaultCanBeChosen() {
-    m_printers->chosen.clear();
-    preferences()->SetString(P::PrinterName, QString());
-    open();
-    QVERIFY(!button("print_")->isEnabled());
-    QVERIFY(list("printers_")->isEnabled());
-    list("printers_")->setCurrentIndex(0);
-    QVERIFY(button("print_")->isEnabled());
-    settle();
-    QVERIFY(!preview().isNull());
-}
-
-void Tst_PrintPreviewDialog::unreadablePrinterHasNoPapers() {
-    office().isThere = false;
-    open();
-    QCOMPARE(list("pageSizes_")->count(), 0);
-    QVERIFY(preview().isNull());
-    QCOMPARE(pages(), "1/1 Pages"_qs);
-    // What would print nothing and store settings that are no printer's is not offered.
-    preferences()->SetInt(P::PrinterCopies, 5);
-    QVERIFY(!button("print_")->isEnabled());
-    QTest::keyClick(m_dialog.get(), Qt::Key_Return);
-    QVERIFY(m_dialog->isVisible());
-    QVERIFY(m_printers->jobs.isEmpty());
-    QCOMPARE(preferences()->GetInt(P::PrinterCopies, 0), 5);
-}
-
-void Tst_PrintPreviewDialog::lateAnswerBringsPapersAndSettings() {
-    preferences()->SetInt(P::PrinterPageSize, 11);
-    preferences()->SetInt(P::PrinterCopies, 7);
-    preferences()->SetInt(P::PrinterPageLeftMargin, 44);
-    office().isThere = false;
-    open();
-    QCOMPARE(list("pageSizes_")->count(), 0);
-    office().isThere = true;
-    m_printers->answeredLate = QStringList{"Office"_qs};
-    QTRY_COMPARE(list("pageSizes_")->count(), 3);
-    QCOMPARE(list("pageSizes_")->currentText(), "A5 (148.0 x 210.0 mm)"_qs);
-    QCOMPARE(number("copies_")->value(), 7);
-    QCOMPARE(number("leftMarginValue_")->value(), 44);
-    QVERIFY(button("print_")->isEnabled());
-    settle();
-    QVERIFY(!preview().isNull());
-    QCOMPARE(m_printers->opened, (QStringList{"Office"_qs, "Office"_qs}));
-    button("print_")->click();
-    QCOMPARE(m_printers->jobs.size(), 1);
-}
-
-void Tst_PrintPreviewDialog::lateAnswerOfAChosenPrinterBringsItsOwn() {
-    preferences()->SetInt(P::PrinterCopies, 7);
-    FakePrinter attic = FakePrinter::office();
-    attic.mode.copies = 2;
-    attic.isThere = false;
-    m_printers->add("Attic"_qs, attic);
-    open();
-    list("printers_")->setCurrentText("Attic"_qs);
-    QVERIFY(!button("print_")->isEnabled());
-    m_printers->printer("Attic"_qs).isThere = true;
-    m_printers->answeredLate = QStringList{"Attic"_qs};
-    QTRY_VERIFY(button("print_")->isEnabled());
-    QCOMPARE(list("pageSizes_")->count(), 3);
-    QCOMPARE(number("copies_")->value(), 2);
-}
-
-void Tst_PrintPreviewDialog::settingsAreLoaded() {
-    preferences()->SetInt(P::PrinterPageSize, 11);
-    preferences()->SetInt(P::PrinterCopies, 7);
-    preferences()->SetInt(P::PrinterPageOrientation, 0);
-    preferences()->SetInt(P::PrinterScale, 2);
-    preferences()->SetInt(P::PrinterScaleValue, 250);
-    preferences()->SetBool(P::PrinterHCenter, true);
-    preferences()->SetBool(P::PrinterVCenter, true);
-    preferences()->SetInt(P::PrinterPageLeftMargin, 11);
-    preferences()->SetInt(P::PrinterPageRightMargin, 12);
-    preferences()->SetInt(P::PrinterPageTopMargin, 13);
-    preferences()->SetInt(P::PrinterPageBottomMargin, 14);
-    preferences()->SetBool(P::PrinterDrawGrayscale, true);
-    preferences()->SetBool(P::PrinterDrawBorder, true);
-    open();
-    QCOMPARE(list("pageSizes_")->currentText(), "A5 (148.0 x 210.0 mm)"_qs);
-    QCOMPARE(number("copies_")->value(), 7);
-    QVERIFY(button("orientationLandscape_")->isChecked());
-    QVERIFY(button("scaleCustom_")->isChecked());
-    QVERIFY(number("scaleCustomValue_")->isEnabled());
-    QCOMPARE(number("scaleCustomValue_")->value(), 250);
-    QVERIFY(button("centerHorizontal_")->isChecked());
-    QVERIFY(button("centerVertical_")->isChecked());
-    QCOMPARE(number("leftMarginValue_")->value(), 11);
-    QCOMPARE(number("rightMarginValue_")->value(), 12);
-    QCOMPARE(number("topMarginValue_")->value(), 13);
-    QCOMPARE(number("bottomMarginValue_")->value(), 14);
-    QVERIFY(button("printGrayscale_")->isChecked());
-    QVERIFY(button("printBorder_")->isChecked());
-}
-
-void Tst_PrintPreviewDialog::firstPrintHasTheDefaults() {
-    office().mode.copies = 5;
-    office().mode.color = 1;
-    office().mode.orientation = 2;
-    open();
-    QCOMPARE(list("pageSizes_")->currentData().toInt(), 9);
-    QCOMPARE(number("copies_")->value(), 1);
-    QVERIFY(button("orientationPortrait_")->isChecked());
-    QVERIFY(button("scaleActual_")->isChecked());
-    QVERIFY(!button("centerHorizontal_")->isChecked());
-    QVERIFY(!button("printGrayscale_")->isChecked());
-    QVERIFY(!button("printBorder_")->isChecked());
-    QCOMPARE(number("leftMarginValue_")->value(), 10);
-}
-
-void Tst_PrintPreviewDialog::scaleIsLoaded_data() {
-    QTest::addColumn<int>("stored");
-    QTest::addColumn<QString>("checked");
-    QTest::addColumn<int>("value");
-    QTest::newRow("fit") << 0 << "scaleFit_" << 100;
-    QTest::newRow("actual") << 1 << "scaleActual_" << 100;
-    QTest::newRow("custom") << 2 << "scaleCustom_" << 333;
-    QTest::newRow("more") << 3 << "scaleCustom_" << 333;
-    QTest::newRow("less") << -1 << "scaleCustom_" << 333;
-}
-
-void Tst_PrintPreviewDialog::scaleIsLoaded() {
-    QFETCH(int, stored);
-    QFETCH(QString, checked);
-    QFETCH(int, value);
-    preferences()->SetInt(P::PrinterScale, stored);
-    preferences()->SetInt(P::PrinterScaleValue, 333);
-    open();
-    for (const char *name : {"scaleFit_", "scaleActual_", "scaleCustom_"})
-        QCOMPARE(button(name)->isChecked(), checked == QLatin1String(name));
-    QCOMPARE(number("scaleCustomValue_")->value(), value);
-    QCOMPARE(number("scaleCustomValue_")->isEnabled(), checked == "scaleCustom_"_qs);
-}
-
-void Tst_PrintPreviewDialog::marginsOfALargerPaperAreLoaded() {
-    office().papers.append({8, "A3"_qs, {2970, 4200}});
-    preferences()->SetInt(P::PrinterPageSize, 8);
-    preferences()->SetInt(P::PrinterPageTopMargin, 200);
-    preferences()->SetInt(P::PrinterPageLeftMargin, 140);
-    open();
-    QCOMPARE(number("topMarginValue_")->value(), 200);
-    QCOMPARE(number("leftMarginValue_")->value(), 140);
-}
-
-void Tst_PrintPreviewDialog::rememberedPaperOfAnotherPrinterShowsNothing() {
-    preferences()->SetInt(P::PrinterPageSize, 4242);
-    open();
-    QCOMPARE(list("pageSizes_")->currentIndex(), -1);
-    QVERIFY(preview().isNull());
-    QCOMPARE(number("leftMarginValue_")->maximum(), 0);
-    list("pageSizes_")->setCurrentIndex(0);
-    settle();
-    QVERIFY(!preview().isNull());
-    QCOMPARE(number("leftMarginValue_")->maximum(), 105);
-}
-
-void Tst_PrintPreviewDialog::rememberedPaperOfAnotherPrinterPrintsAnEmptySheet() {
-    preferences()->SetInt(P::PrinterPageSize, 4242);
-    open();
-    button("print_")->click();
-    QCOMPARE(m_dialog->result(), 1);
-    QCOMPARE(m_printers->jobs.size(), 1);
-    const auto &job = *m_printers->jobs.first();
-    QVERIFY(job.isEnded);
-    QCOMPARE(job.mode.paperSize, quint16(4242));
-    QCOMPARE(job.pages.size(), 1);
-    for (const FakePrinters::Drawing &drawing : job.pages.first().drawings)
-        QVERIFY(drawing.target.isEmpty());
-    QCOMPARE(preferences()->GetInt(P::PrinterPageSize, 0), 4242);
-}
-
-void Tst_PrintPreviewDialog::printingStoresTheSettings() {
-    m_printers->add("Attic"_qs);
-    open();
-    list("printers_")->setCurrentText("Attic"_qs);
-    list("pageSizes_")->setCurrentIndex(2);
-    number("copies_")->setValue(7);
-    button("orientationLandscape_")->click();
-    button("centerHorizontal_")->click();
-    button("printGrayscale_")->click();
-    number("leftMarginValue_")->setValue(11);
-    number("rightMarginValue_")->setValue(12);
-    number("topMarginValue_")->setValue(13);
-    number("bottomMarginValue_")->setValue(14);
-    QCOMPARE(preferences()->GetInt(P::PrinterCopies, 0), 1); // not before
-    button("print_")->click();
-    QCOMPARE(preferences()->GetString(P::PrinterName, QString()), "Attic"_qs);
-    QCOMPARE(preferences()->GetInt(P::PrinterPageSize, 0), 11);
-    QCOMPARE(preferences()->GetInt(P::PrinterCopies, 0), 7);
-    QCOMPARE(preferences()->GetInt(P::PrinterPageOrientation, 5), 0);
-    QVERIFY(preferences()->GetBool(P::PrinterHCenter, false));
-    QVERIFY(!preferences()->GetBool(P::PrinterVCenter, true));
-    QCOMPARE(preferences()->GetInt(P::PrinterPageLeftMargin, 0), 11);
-    QCOMPARE(preferences()->GetInt(P::PrinterPageRightMargin, 0), 12);
-    QCOMPARE(preferences()->GetInt(P::PrinterPageTopMargin, 0), 13);
-    QCOMPARE(preferences()->GetInt(P::PrinterPageBottomMargin, 0), 14);
-    QVERIFY(preferences()->GetBool(P::PrinterDrawGrayscale, false));
-    QVERIFY(!preferences()->GetBool(P::PrinterDrawBorder, true));
-    button("orientationPortrait_")->click();
-    button("printBorder_")->click();
-    button("print_")->click();
-    QCOMPARE(preferences()->GetInt(P::PrinterPageOrientation, 5), 1);
-    QVERIFY(preferences()->GetBool(P::PrinterDrawBorder, false));
-}
-
-void Tst_PrintPreviewDialog::printingStoresTheScale_data() {
-    QTest::addColumn<QString>("clicked");
-    QTest::addColumn<int>("stored");
-    QTest::addColumn<int>("value");
-    QTest::newRow("fit") << "scaleFit_" << 0 << 250;
-    QTest::newRow("actual") << "scaleActual_" << 1 << 250;
-    QTest::newRow("custom") << "scaleCustom_" << 2 << 70;
-}
-
-void Tst_PrintPreviewDialog::printingStoresTheScale() {
-    QFETCH(QString, clicked);
-    QFETCH(int, stored);
-    QFETCH(int, value);
-    preferences()->SetInt(P::PrinterScaleValue, 250);
-    open();
-    m_dialog->findChild<QRadioButton *>(clicked)->click();
-    number("scaleCustomValue_")->setValue(70);
-    button("print_")->click();
-    QCOMPARE(preferences()->GetInt(P::PrinterScale, -1), stored);
-    QCOMPARE(preferences()->GetInt(P::PrinterScaleValue, -1), value);
-}
-
-void Tst_PrintPreviewDialog::cancelStoresNothing() {
-    open();
-    number("copies_")->setValue(7);
-    button("cancel_")->click();
-    QCOMPARE(m_dialog->result(), 0);
-    QCOMPARE(preferences()->GetInt(P::PrinterCopies, 0), 1);
-    QVERIFY(m_printers->jobs.isEmpty());
-}
-
-void Tst_PrintPreviewDialog::failedPrintStoresAndCloses() {
-    open();
-    office().takesJobs = false;
-    number("copies_")->setValue(7);
-    setLevel(1);
-    QVERIFY(!isLogged("PrintPreviewDialog : Printing failed"));
-    ModalAnswers answers;
-    button("print_")->click();
-    setLevel(-1);
-    QVERIFY(answers.texts().isEmpty());
-    QVERIFY(!m_dialog->isVisible());
-    QCOMPARE(m_dialog->result(), 1);
-    QCOMPARE(preferences()->GetInt(P::PrinterCopies, 0), 7);
-    QVERIFY(isLogged("PrintPreviewDialog : Printing failed"));
 }
 
 void Tst_PrintPreviewDialog::papersAreThoseOfThePrinter() {

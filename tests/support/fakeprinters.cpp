@@ -88,9 +88,26 @@ void FakePrinters::add(const QString &name, const FakePrinter &printer) {
     m_printers.insert(name, std::make_shared<FakePrinter>(printer));
 }
 
+QStringList FakePrinters::takeLateNames() {
+    if (lateList != LateAnswer::Arrived)
+        return {};
+    lateList = LateAnswer::None;
+    return order;
+}
+
 std::unique_ptr<Printer> FakePrinters::open(const QString &name) {
     opened.append(name);
-    answeredLate.removeAll(name);
+    return latePrinter(name) == LateAnswer::None ? find(name) : nullptr;
+}
+
+std::unique_ptr<Printer> FakePrinters::takeLatePrinter(const QString &name) {
+    if (latePrinter(name) != LateAnswer::Arrived)
+        return nullptr;
+    latePrinters.remove(name);
+    return find(name);
+}
+
+std::unique_ptr<Printer> FakePrinters::find(const QString &name) {
     const std::shared_ptr<FakePrinter> printer = m_printers.value(name);
     if (!printer || !printer->isThere)
         return nullptr;

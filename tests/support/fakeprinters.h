@@ -53,15 +53,21 @@ public:
     QStringList order; ///< the names, as the system lists them
     QString chosen;    ///< the default printer
     QStringList opened;
-    QStringList answeredLate;      ///< until they are opened
-    QVector<PrinterMode> measured; ///< the modes whose page was asked for
+    LateAnswer lateList = LateAnswer::None;  ///< other than None: `names` gives nothing
+    QHash<QString, LateAnswer> latePrinters; ///< other than None: `open` gives nothing
+    QVector<PrinterMode> measured;           ///< the modes whose page was asked for
     QVector<std::shared_ptr<Job>> jobs;
 
-    QStringList names() override { return order; }
-    QString defaultName() override { return chosen; }
+    QStringList names() override { return lateList == LateAnswer::None ? order : QStringList(); }
+    LateAnswer lateNames() const override { return lateList; }
+    QStringList takeLateNames() override;
+    QString defaultName() override { return lateList == LateAnswer::None ? chosen : QString(); }
     std::unique_ptr<Printer> open(const QString &name) override;
-    bool hasLateAnswer(const QString &name) const override { return answeredLate.contains(name); }
+    LateAnswer latePrinter(const QString &name) const override { return latePrinters.value(name); }
+    std::unique_ptr<Printer> takeLatePrinter(const QString &name) override;
 
 private:
+    std::unique_ptr<Printer> find(const QString &name);
+
     QHash<QString, std::shared_ptr<FakePrinter>> m_printers;
 };

@@ -31,9 +31,26 @@ constexpr std::chrono::seconds ExitLimit = 5s;
 constexpr double HundredthsPerInch = 2540.0;
 constexpr int UprightSheet = 3; // the standard's number
 
-template <typename Result> Result answerWithin(milliseconds limit, std::future<Result> answer) {
-    return answer.wait_for(limit) == std::future_status::ready ? answer.get() : Result();
-}
+/// A question to the server, whose answer may come after nobody waits for it any longer.
+template <typename Result> class Question {
+public:
+    /// Asks anew, unless an answer is still awaited: each question costs a thread as long as it is open.
+    /// Returns an empty result when there is no answer within the limit.
+    template <typename Call> Result ask(milliseconds limit, Call call) {
+        if (late() != LateAnswer::Awaited)
+            m_answer = inBackground<Result>(std::move(call));
+        return m_answer.wait_for(limit) == std::future_status::ready ? take() : Result();
+    }
+    LateAnswer late() const {
+        if (!m_answer.valid())
+            return LateAnswer::None;
+        return m_answer.wait_for(0s) == std::future_status::ready ? LateAnswer::Arrived : LateAnswer::Awaited;
+    }
+    Result take() { return late() == LateAnswer::Arrived ? m_answer.get() : Result(); }
+
+private:
+    std::future<Result> m_answer; ///< valid until it is taken
+};
 
 /// What is still being sent.
 class Deliveries {
@@ -165,24 +182,22 @@ std::optional<PrinterMetrics> CupsPrinter::metrics(const PrinterMode &mode) cons
 
 CupsOptions CupsPrinter::options(const PrinterMode &mode) const {
     CupsOptions options;
-    // The server knows nothing of what the user has preset.
-    const quint32 fields = mode.fields | m_queue->description().userFields;
     options.emplace_back("media", mediaOf(mode).standardName);
     // Every page has the paper's size and its places are exact. What is not named here the server takes from
     // the queue's defaults, and a page that is turned already must not be turned by them once more.
     options.emplace_back("print-scaling", "none");
     options.emplace_back("orientation-requested", QByteArray::number(UprightSheet));
     options.emplace_back("number-up", "1");
-    if (fields & PrinterMode::CopiesField)
-        options.emplace_back("copies", QByteArray::number(mode.copies));
-    if (fields & PrinterMode::ColorField)
+    if (mode.fields & PrinterMode::CopiesField)
+        options.emplace_back("copies", QByteArray::number(std::max(mode.copies, 1)));
+    if (mode.fields & PrinterMode::ColorField)
         options.emplace_back("print-color-mode",
                              mode.color == PrinterMode::Monochrome ? "monochrome" : "color");
-    if (fields & PrinterMode::DuplexField)
+    if (mode.fields & PrinterMode::DuplexField)
         options.emplace_back("sides", mode.duplex == PrinterMode::LongEdge    ? "two-sided-long-edge"
                                       : mode.duplex == PrinterMode::ShortEdge ? "two-sided-short-edge"
                                                                               : "one-sided");
-    if (fields & PrinterMode::QualityField)
+    if (mode.fields & PrinterMode::QualityField)
         options.emplace_back("print-quality", QByteArray::number(mode.quality));
     return options;
 }
@@ -202,13 +217,10 @@ std::unique_ptr<PrintJob> CupsPrinter::startJob(const PrinterMode &mode, const Q
 
 class CupsPrinters : public Printers {
 public:
-    QStringList names() override {
-        m_listed = answerWithin(ListLimit, inBackground<std::vector<CupsQueue::Entry>>(&CupsQueue::list));
-        m_hasListed = true;
-        QStringList names;
-        for (const CupsQueue::Entry &entry : m_listed)
-            names.append(entry.name);
-        return names;
+    QStringList names() override { return listed(m_list.ask(ListLimit, &CupsQueue::list)); }
+    LateAnswer lateNames() const override { return m_list.late(); }
+    QStringList takeLateNames() override {
+        return lateNames() == LateAnswer::Arrived ? listed(m_list.take()) : QStringList();
     }
 
     QString defaultName() override {
@@ -218,37 +230,41 @@ public:
         if (m_listed.empty())
             return {};
         const auto found = std::find_if(m_listed.begin(), m_listed.end(),
-                                        [](const CupsQueue::Entry &entry) { return entry.isDefault; });
+                                        [](const Entry &entry) { return entry.isDefault; });
         return found == m_listed.end() ? m_listed.front().name : found->name;
     }
 
     std::unique_ptr<Printer> open(const QString &name) override {
-        // One that is being asked already is joined: each question costs a thread as long as it is open.
-        const auto pending = m_opening.find(name);
-        const Opening opening =
-            pending == m_opening.end()
-                ? Opening(inBackground<std::shared_ptr<CupsQueue>>([name] { return CupsQueue::open(name); }))
-                : pending->second;
-        if (opening.wait_for(OpenLimit) != std::future_status::ready) {
-            m_opening.emplace(name, opening);
-            return nullptr;
-        }
-        m_opening.erase(name);
-        const std::shared_ptr<CupsQueue> &queue = opening.get();
-        return queue ? std::make_unique<CupsPrinter>(queue, m_deliveries) : nullptr;
+        return printer(m_queues[name].ask(
+            OpenLimit, [name, presets = CupsPresets::read(name)] { return CupsQueue::open(name, presets); }));
     }
-
-    bool hasLateAnswer(const QString &name) const override {
-        const auto pending = m_opening.find(name);
-        return pending != m_opening.end() && pending->second.wait_for(0s) == std::future_status::ready;
+    LateAnswer latePrinter(const QString &name) const override {
+        const auto asked = m_queues.find(name);
+        return asked == m_queues.end() ? LateAnswer::None : asked->second.late();
+    }
+    std::unique_ptr<Printer> takeLatePrinter(const QString &name) override {
+        return printer(m_queues[name].take());
     }
 
 private:
-    using Opening = std::shared_future<std::shared_ptr<CupsQueue>>;
+    using Entry = CupsQueue::Entry;
 
-    std::vector<CupsQueue::Entry> m_listed;
+    QStringList listed(std::vector<Entry> entries) {
+        m_listed = std::move(entries);
+        m_hasListed = true;
+        QStringList names;
+        for (const Entry &entry : m_listed)
+            names.append(entry.name);
+        return names;
+    }
+    std::unique_ptr<Printer> printer(const std::shared_ptr<CupsQueue> &queue) const {
+        return queue ? std::make_unique<CupsPrinter>(queue, m_deliveries) : nullptr;
+    }
+
+    Question<std::vector<Entry>> m_list;
+    std::vector<Entry> m_listed;
     bool m_hasListed = false;
-    std::map<QString, Opening> m_opening; ///< given up on, by name
+    std::map<QString, Question<std::shared_ptr<CupsQueue>>> m_queues; ///< by name
     std::shared_ptr<Deliveries> m_deliveries = std::make_shared<Deliveries>();
 };
 

@@ -2,9 +2,6 @@
 
 #include "platform/linux/papertable.h"
 
-#include <QDir>
-#include <QFile>
-
 #include <cups/cups.h>
 #include <cups/pwg.h>
 
@@ -85,43 +82,6 @@ private:
     int m_count = 0;
 };
 
-/// What the user has preset for a queue, in the files of the library: it tells these presets only mixed with
-/// what it heard from the server.
-class UserPresets {
-public:
-    explicit UserPresets(const QByteArray &queue) {
-        for (const QString &path :
-             {QStringLiteral("/etc/cups/lpoptions"), QDir::homePath() + QStringLiteral("/.cups/lpoptions")})
-            read(path, queue);
-    }
-    ~UserPresets() { cupsFreeOptions(m_count, m_list); }
-    UserPresets(const UserPresets &) = delete;
-    UserPresets &operator=(const UserPresets &) = delete;
-
-    /// Null for an option that the user has left to the queue.
-    const char *value(const char *option) const { return cupsGetOption(option, m_count, m_list); }
-
-private:
-    void read(const QString &path, const QByteArray &queue) {
-        QFile file(path);
-        if (!file.open(QIODevice::ReadOnly))
-            return;
-        for (const QByteArray &line : file.readAll().split('\n')) {
-            // KIND QUEUE OPTION=VALUE OPTION=VALUE ...
-            const QByteArray words = line.simplified();
-            const int kindEnd = words.indexOf(' ');
-            const int queueEnd = words.indexOf(' ', kindEnd + 1);
-            const QByteArray kind = words.left(kindEnd).toLower();
-            if (queueEnd > kindEnd && (kind == "dest" || kind == "default") &&
-                words.mid(kindEnd + 1, queueEnd - kindEnd - 1) == queue)
-                m_count = cupsParseOptions(words.constData() + queueEnd + 1, m_count, &m_list);
-        }
-    }
-
-    cups_option_t *m_list = nullptr;
-    int m_count = 0;
-};
-
 bool contains(ipp_attribute_t *attribute, const char *keyword) {
     return attribute && ippContainsString(attribute, keyword);
 }
@@ -132,8 +92,8 @@ bool contains(ipp_attribute_t *attribute, const char *keyword) {
 class CupsQueue::Native {
 public:
     /// Takes the destination over.
-    Native(http_t *http, cups_dest_t *dest)
-        : m_http(http), m_dest(dest), m_info(cupsCopyDestInfo(http, dest)), m_userPresets(dest->name) {}
+    Native(http_t *http, cups_dest_t *dest, const CupsPresets &presets)
+        : m_http(http), m_dest(dest), m_info(cupsCopyDestInfo(http, dest)), m_presets(presets) {}
     ~Native() {
         cupsFreeDestInfo(m_info);
         cupsFreeDests(1, m_dest);
@@ -159,16 +119,16 @@ private:
     QVector<Media> readMedia() const;
     Media toMedia(const cups_size_t &size, int index) const;
     PrinterChoices readChoices() const;
+    QByteArray serversText(const char *option) const;
     QByteArray presetText(const char *option) const;
     QByteArray presetMedia() const;
-    quint32 readUserFields() const;
     PrinterMode readMode(const QVector<Media> &media) const;
     int readResolution() const;
 
     http_t *m_http; ///< as long as the description is read
     cups_dest_t *m_dest;
     cups_dinfo_t *m_info;
-    UserPresets m_userPresets;
+    CupsPresets m_presets;
 };
 
 CupsQueueDescription CupsQueue::Native::read() const {
@@ -177,7 +137,7 @@ CupsQueueDescription CupsQueue::Native::read() const {
     description.choices = readChoices();
     description.mode = readMode(description.media);
     description.resolution = readResolution();
-    description.userFields = readUserFields();
+    description.presets = m_presets;
     return description;
 }
 
@@ -266,9 +226,7 @@ PrinterChoices CupsQueue::Native::readChoices() const {
     return choices;
 }
 
-QByteArray CupsQueue::Native::presetText(const char *option) const {
-    if (const char *own = m_userPresets.value(option))
-        return own;
+QByteArray CupsQueue::Native::serversText(const char *option) const {
     ipp_attribute_t *attribute = preset(option);
     if (!attribute)
         return {};
@@ -278,13 +236,24 @@ QByteArray CupsQueue::Native::presetText(const char *option) const {
     return ippGetString(attribute, 0, nullptr);
 }
 
+QByteArray CupsQueue::Native::presetText(const char *option) const {
+    const QByteArray own = m_presets.value(option);
+    return own.isEmpty() ? serversText(option) : own;
+}
+
 // The library's own answer is Letter for a queue whose default paper is told by its server only.
 QByteArray CupsQueue::Native::presetMedia() const {
     cups_size_t size;
-    const QByteArray name = presetText(CUPS_MEDIA);
-    if (!name.isEmpty() &&
-        cupsGetDestMediaByName(m_http, m_dest, m_info, name.constData(), CUPS_MEDIA_FLAGS_DEFAULT, &size))
-        return size.media;
+    // A user may have named the paper as drivers do, and a tray and a kind of paper with it.
+    const QList<QByteArray> words =
+        m_presets.value(CUPS_MEDIA).split(',') + QList<QByteArray>{serversText(CUPS_MEDIA)};
+    for (const QByteArray &word : words) {
+        const pwg_media_t *known = pwgMediaForPPD(word.constData());
+        const char *name = known ? known->pwg : word.constData();
+        if (!word.isEmpty() &&
+            cupsGetDestMediaByName(m_http, m_dest, m_info, name, CUPS_MEDIA_FLAGS_DEFAULT, &size))
+            return size.media;
+    }
     if (cupsGetDestMediaDefault(m_http, m_dest, m_info, CUPS_MEDIA_FLAGS_DEFAULT, &size))
         return size.media;
     return {};
@@ -310,25 +279,12 @@ PrinterMode CupsQueue::Native::readMode(const QVector<Media> &media) const {
     else if (sides == CUPS_SIDES_TWO_SIDED_LANDSCAPE)
         mode.duplex = PrinterMode::ShortEdge;
     const int quality = presetText(CUPS_PRINT_QUALITY).toInt();
-    if (quality >= PrinterMode::DraftQuality)
+    if (quality >= PrinterMode::DraftQuality && quality <= PrinterMode::HighQuality)
         mode.quality = quality;
     const int orientation = presetText(CUPS_ORIENTATION).toInt();
     if (orientation == IPP_ORIENT_LANDSCAPE || orientation == IPP_ORIENT_REVERSE_LANDSCAPE)
         mode.orientation = PrinterMode::Landscape;
     return mode;
-}
-
-// Paper and orientation are not among them: every job names its own.
-quint32 CupsQueue::Native::readUserFields() const {
-    quint32 fields = 0;
-    for (const auto &[option, field] : {std::pair(CUPS_COPIES, PrinterMode::CopiesField),
-                                        std::pair(CUPS_PRINT_COLOR_MODE, PrinterMode::ColorField),
-                                        std::pair(CUPS_SIDES, PrinterMode::DuplexField),
-                                        std::pair(CUPS_PRINT_QUALITY, PrinterMode::QualityField)}) {
-        if (m_userPresets.value(option))
-            fields |= field;
-    }
-    return fields;
 }
 
 // One for both directions: what is sent has no pixels, and the printer makes its own of it.
@@ -361,13 +317,13 @@ std::vector<CupsQueue::Entry> CupsQueue::list() {
     return entries;
 }
 
-std::shared_ptr<CupsQueue> CupsQueue::open(const QString &name) {
+std::shared_ptr<CupsQueue> CupsQueue::open(const QString &name, const CupsPresets &presets) {
     const Connection connection;
     cups_dest_t *found =
         connection.http() ? cupsGetNamedDest(connection.http(), name.toUtf8().constData(), nullptr) : nullptr;
     if (!found)
         return nullptr;
-    auto native = std::make_unique<Native>(connection.http(), found);
+    auto native = std::make_unique<Native>(connection.http(), found, presets);
     if (!native->info())
         return nullptr;
     return std::shared_ptr<CupsQueue>(new CupsQueue(std::move(native)));
@@ -386,6 +342,8 @@ int CupsQueue::createJob(const QByteArray &title, const CupsOptions &options) {
     if (!connection.http())
         return 0;
     NativeOptions native;
+    for (const auto &[name, value] : m_description.presets.besides(options))
+        native.add(name, value);
     for (const auto &[name, value] : options) {
         // More copies than the queue tells of are the queue's to cut.
         if (name == CUPS_COPIES ||

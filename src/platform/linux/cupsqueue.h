@@ -1,15 +1,13 @@
 #pragma once
 
+#include "platform/linux/cupspresets.h"
 #include "platform/printer.h"
 
 #include <QByteArray>
 
 #include <memory>
 #include <mutex>
-#include <utility>
 #include <vector>
-
-using CupsOptions = std::vector<std::pair<QByteArray, QByteArray>>;
 
 /// What a queue offers, read once. Its texts are not translated: a thread that is left to itself reads it,
 /// and the program's translations may be gone by then.
@@ -28,8 +26,8 @@ struct CupsQueueDescription {
     QVector<Media> media;
     PrinterMode mode;
     PrinterChoices choices;
-    int resolution;         ///< device pixels per inch
-    quint32 userFields = 0; ///< the mode's fields that the user has preset, unknown to the server
+    int resolution;      ///< device pixels per inch
+    CupsPresets presets; ///< of the user, of which the mode tells what it has a place for
 
     const Media *mediaOf(quint16 paperId) const;
 };
@@ -45,13 +43,14 @@ public:
     /// All queues that the server knows or sees; empty when it does not answer.
     static std::vector<Entry> list();
     /// Null when there is no such queue.
-    static std::shared_ptr<CupsQueue> open(const QString &name);
+    static std::shared_ptr<CupsQueue> open(const QString &name, const CupsPresets &presets);
     ~CupsQueue();
     CupsQueue(const CupsQueue &) = delete;
     CupsQueue &operator=(const CupsQueue &) = delete;
 
     const CupsQueueDescription &description() const { return m_description; }
-    /// The number of the new job; 0 when the queue takes none.
+    /// The number of the new job; 0 when the queue takes none. Of `options` goes what the queue supports; the
+    /// user's presets go as they are, as only the driver may know them.
     int createJob(const QByteArray &title, const CupsOptions &options);
     bool sendDocument(int job, const QByteArray &title, const QByteArray &pdf);
     void cancelJob(int job);

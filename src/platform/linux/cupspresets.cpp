@@ -1,0 +1,162 @@
+#include "platform/linux/cupspresets.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <cups/cups.h>
+#include <cups/pwg.h>
+
+#include <algorithm>
+#include <cctype>
+
+namespace {
+
+constexpr char Scaling[] = "print-scaling";
+
+/// Another name of an option, of drivers or of old.
+struct Synonym {
+    const char *standard;
+    const char *name;
+};
+
+constexpr Synonym Synonyms[] = {
+    {CUPS_MEDIA, "PageSize"},
+    {CUPS_MEDIA, "PageRegion"},
+    {CUPS_MEDIA, "media-col"},
+    {CUPS_SIDES, "Duplex"},
+    {CUPS_PRINT_COLOR_MODE, "ColorModel"},
+    {CUPS_PRINT_QUALITY, "cupsPrintQuality"},
+    {CUPS_ORIENTATION, "landscape"},
+    {CUPS_NUMBER_UP, "number-up-layout"},
+    {Scaling, "crop-to-fit"},
+    {Scaling, "fill"},
+    {Scaling, "fit-to-page"},
+    {Scaling, "fitplot"},
+    {Scaling, "natural-scaling"},
+    {Scaling, "page-bottom"},
+    {Scaling, "page-left"},
+    {Scaling, "page-right"},
+    {Scaling, "page-top"},
+    {Scaling, "position"},
+    {Scaling, "ppi"},
+    {Scaling, "scaling"},
+};
+
+/// What a driver calls a value of an option.
+struct Word {
+    const char *name; ///< of the option
+    const char *driver;
+    const char *standard;
+};
+
+constexpr Word Words[] = {
+    {"Duplex", "None", CUPS_SIDES_ONE_SIDED},
+    {"Duplex", "DuplexNoTumble", CUPS_SIDES_TWO_SIDED_PORTRAIT},
+    {"Duplex", "DuplexTumble", CUPS_SIDES_TWO_SIDED_LANDSCAPE},
+    {"ColorModel", "Gray", CUPS_PRINT_COLOR_MODE_MONOCHROME},
+    {"ColorModel", "Grayscale", CUPS_PRINT_COLOR_MODE_MONOCHROME},
+    {"ColorModel", "KGray", CUPS_PRINT_COLOR_MODE_MONOCHROME},
+    {"ColorModel", "Black", CUPS_PRINT_COLOR_MODE_MONOCHROME},
+    {"ColorModel", "Mono", CUPS_PRINT_COLOR_MODE_MONOCHROME},
+    {"cupsPrintQuality", "Draft", CUPS_PRINT_QUALITY_DRAFT},
+    {"cupsPrintQuality", "Normal", CUPS_PRINT_QUALITY_NORMAL},
+    {"cupsPrintQuality", "High", CUPS_PRINT_QUALITY_HIGH},
+    {"landscape", "true", CUPS_ORIENTATION_LANDSCAPE},
+};
+
+/// Names of options are the same in capitals and in small letters.
+bool isSame(const QByteArray &name, const char *other) {
+    return name.compare(other, Qt::CaseInsensitive) == 0;
+}
+
+/// What the library notes of a queue beside its presets, and what would not let a PDF through as one.
+bool isNoPreset(const QByteArray &name) {
+    return (name.startsWith("printer-") && name != "printer-resolution") || name.startsWith("marker-") ||
+           name == "device-uri" || name == "auth-info-required" || name == "document-format" || name == "raw";
+}
+
+QByteArray inStandardWords(const QByteArray &name, const QByteArray &value) {
+    if (isSame(name, "PageSize") || isSame(name, "PageRegion")) {
+        const pwg_media_t *media = pwgMediaForPPD(value.constData());
+        return media ? QByteArray(media->pwg) : QByteArray();
+    }
+    const auto word = std::find_if(std::begin(Words), std::end(Words), [&](const Word &other) {
+        return isSame(name, other.name) && isSame(value, other.driver);
+    });
+    if (word != std::end(Words))
+        return word->standard;
+    return isSame(name, "ColorModel") ? QByteArray(CUPS_PRINT_COLOR_MODE_COLOR) : QByteArray();
+}
+
+/// The library sends the standard's words for numbers as zero.
+QByteArray inNumbers(const char *name, const QByteArray &value) {
+    QList<QByteArray> words = value.split(',');
+    for (QByteArray &word : words) {
+        const bool isNumber = !word.isEmpty() && std::isdigit(static_cast<unsigned char>(word[0]));
+        const int number = isNumber ? -1 : ippEnumValue(name, word.constData());
+        if (number > 0)
+            word = QByteArray::number(number);
+    }
+    return words.join(',');
+}
+
+QByteArray contentOf(const QString &path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() + '\n' : QByteArray();
+}
+
+} // namespace
+
+CupsPresets::CupsPresets(const QByteArray &text, const QByteArray &queue) {
+    cups_option_t *list = nullptr;
+    int count = 0;
+    for (const QByteArray &line : text.split('\n')) {
+        // KIND QUEUE OPTION=VALUE OPTION=VALUE ...
+        const QByteArray words = QByteArray(line).replace('\t', ' ').trimmed();
+        const int kindEnd = words.indexOf(' ');
+        const int queueEnd = words.indexOf(' ', kindEnd + 1);
+        const QByteArray kind = words.left(kindEnd).toLower();
+        if (queueEnd > kindEnd && (kind == "dest" || kind == "default") &&
+            isSame(words.mid(kindEnd + 1, queueEnd - kindEnd - 1), queue))
+            count = cupsParseOptions(words.constData() + queueEnd + 1, count, &list);
+    }
+    for (int i = 0; i < count; ++i) {
+        if (!isNoPreset(list[i].name))
+            m_options.emplace_back(list[i].name, inNumbers(list[i].name, list[i].value));
+    }
+    cupsFreeOptions(count, list);
+}
+
+CupsPresets CupsPresets::read(const QString &queue) {
+    return {contentOf(QStringLiteral("/etc/cups/lpoptions")) +
+                contentOf(QDir::homePath() + QStringLiteral("/.cups/lpoptions")),
+            queue.toUtf8()};
+}
+
+QByteArray CupsPresets::value(const char *option) const {
+    QByteArray translated;
+    for (const auto &[name, value] : m_options) {
+        if (isSame(name, option))
+            return value;
+        for (const Synonym &synonym : Synonyms) {
+            if (translated.isEmpty() && isSame(name, synonym.name) && isSame(synonym.standard, option))
+                translated = inStandardWords(name, value);
+        }
+    }
+    return translated;
+}
+
+CupsOptions CupsPresets::besides(const CupsOptions &named) const {
+    const auto isNamed = [&named](const QByteArray &name) {
+        return std::any_of(named.begin(), named.end(),
+                           [&name](const auto &option) { return isSame(name, option.first); });
+    };
+    CupsOptions others;
+    std::copy_if(m_options.begin(), m_options.end(), std::back_inserter(others), [&](const auto &option) {
+        return !isNamed(option.first) &&
+               std::none_of(std::begin(Synonyms), std::end(Synonyms), [&](const Synonym &synonym) {
+                   return isSame(option.first, synonym.name) && isNamed(synonym.standard);
+               });
+    });
+    return others;
+}
