@@ -33,6 +33,10 @@ function(tindra_substitute_library)
     COMMAND ${CMAKE_SOURCE_DIR}/tests/support/sign-library ${TINDRA_MAKERS} $<TARGET_FILE:${arg_NAME}>)
 endfunction()
 
+# The libraries that stand around the editor in the program's folder.
+set(TINDRA_PROGRAM_SUBSTITUTES substitute_ostler substitute_freshet substitute_wyvernc substitute_wyvern2
+  substitute_quoin substitute_quoin2)
+
 # tindra_use_substitutes(<test> <library target> …): builds those libraries, and the program that tries them, with
 # the test.
 function(tindra_use_substitutes test)

@@ -7,9 +7,11 @@
 #include "platform/applicationidentity.h"
 #include "platform/platform.h"
 #include "platform/sessionend.h"
+#include "services/programfolder.h"
 #include "services/tracelog.h"
 #include "services/workfolder.h"
 
+#include <QFileInfo>
 #include <QLocale>
 
 namespace {
@@ -37,9 +39,7 @@ Application::Application(int &argc, char **argv) : QApplication(prepared(argc), 
     startCrashClient();
 }
 
-Application::~Application() {
-    m_crashClient.end();
-}
+Application::~Application() = default;
 
 bool Application::checkRunningInstance() {
     // Without a lock the question and the answer of two starts could cross, and both would be the editor.
@@ -66,6 +66,11 @@ void Application::setMainWindow(TindraEditor *mainWindow) {
     });
 }
 
+Wyvern *Application::olderCrashClient() {
+    auto *application = qobject_cast<Application *>(QCoreApplication::instance());
+    return application ? &application->m_crashClient : nullptr;
+}
+
 QString Application::joinedArguments(const QStringList &arguments) {
     QString line;
     for (const QString &argument : arguments) {
@@ -89,8 +94,8 @@ void Application::loadTranslation() {
 void Application::startCrashClient() {
     if (m_crashClient.isLoaded())
         return;
-    const QString folder = applicationDirPath() + QLatin1Char('/');
-    m_crashClient.start(folder + QStringLiteral("WyvernC.dll"), folder + tr("WyvernC_EN.dll"),
+    const QString texts = QFileInfo(tr("WyvernC_EN.dll")).completeBaseName();
+    m_crashClient.start(libraryInProgramFolder(QStringLiteral("WyvernC")), libraryInProgramFolder(texts),
                         QStringLiteral("Tindra"),
                         applicationVersion() + QLatin1Char('_') + QLocale::system().name());
 }

@@ -23,6 +23,9 @@ public:
     /// the process reaches it from now on as "/kill".
     void setMainWindow(TindraEditor *mainWindow);
 
+    /// The process's crash client of older systems; null in a process that is no `Application`.
+    static Wyvern *olderCrashClient();
+
     /// The arguments as one line, each in double quotes. A quote inside an argument is not escaped.
     static QString joinedArguments(const QStringList &arguments);
 

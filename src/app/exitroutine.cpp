@@ -90,9 +90,9 @@ void ExitRoutine::endSession() {
 }
 
 // Pinned captures are written before the files that they come from go. Order matters to those who watch too:
-// first nothing more is taken on, then files, then the settings, then the end of the loop. A desktop that
-// ends may not wait that long, so there the settings come first: files that are left over come back at the
-// next start, settings do not.
+// first nothing more is taken on, then files, then the settings, then the services, then the end of the loop.
+// A desktop that ends may not wait that long, so there the settings come first: files that are left over come
+// back at the next start, settings do not.
 void ExitRoutine::leave(End end) {
     m_left = true;
     // Listed before the door closes: what comes into the folder afterwards is the next editor's.
@@ -104,6 +104,7 @@ void ExitRoutine::leave(End end) {
     if (end == End::Exit)
         removeTemporaryFiles(files);
     TindraPreferences::instance()->SaveAll();
+    emit servicesEnding();
     // What a batch still has to write comes back at the next start instead.
     if (end == End::Session && !m_history->isWritingImages())
         removeTemporaryFiles(files);

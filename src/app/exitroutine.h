@@ -32,6 +32,8 @@ public:
 signals:
     /// The end is certain and begins now: nothing more must be taken on.
     void leaving();
+    /// What serves the program around the editor must end now: nothing is reported any more.
+    void servicesEnding();
 
 private:
     enum class End { Exit, Kill, Session };

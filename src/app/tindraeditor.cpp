@@ -1,5 +1,7 @@
 #include "app/tindraeditor.h"
 
+#include "app/application.h"
+#include "app/boundservices.h"
 #include "app/capturefitting.h"
 #include "app/commandexecutor.h"
 #include "app/commandline.h"
@@ -76,8 +78,9 @@ QStringList without(const QStringList &paths, const QStringList &known) {
 } // namespace
 
 TindraEditor::TindraEditor(QWidget *parent)
-    : QMainWindow(parent), m_view(new EditorView), m_history(new HistoryWidget), m_toolbar(nullptr),
-      m_tools(m_view), m_exit(new ExitRoutine(this, m_history)), m_preferences(new PreferencesFlow(this)),
+    : QMainWindow(parent), m_services(new BoundServices(Application::olderCrashClient())),
+      m_view(new EditorView), m_history(new HistoryWidget), m_toolbar(nullptr), m_tools(m_view),
+      m_exit(new ExitRoutine(this, m_history)), m_preferences(new PreferencesFlow(this)),
       m_fitting(new CaptureFitting(this)) {
     buildLayout();
     // The session manager would be told to call the end of the session off, as no close is ever accepted.
@@ -86,6 +89,7 @@ TindraEditor::TindraEditor(QWidget *parent)
             Qt::DirectConnection);
     connect(this, &TindraEditor::commandArrived, this, &TindraEditor::treatCommand);
     connect(m_exit, &ExitRoutine::leaving, this, &TindraEditor::leaving);
+    connect(m_exit, &ExitRoutine::servicesEnding, this, [this] { m_services->end(); });
     m_hideBlock.setSingleShot(true);
 
     TindraPreferences::instance()->Init();

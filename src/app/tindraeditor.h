@@ -6,6 +6,9 @@
 #include <QMainWindow>
 #include <QTimer>
 
+#include <memory>
+
+class BoundServices;
 class CaptureFitting;
 class EditorView;
 class ExitRoutine;
@@ -119,6 +122,7 @@ private:
     void showForCapture(const QString &path, bool added);
     void fitTo(const QSize &image, const QPoint &point);
 
+    std::unique_ptr<BoundServices> m_services;
     EditorView *m_view;
     HistoryWidget *m_history;
     Toolbar *m_toolbar;

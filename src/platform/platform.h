@@ -33,6 +33,9 @@ public:
     /// Gives the frameless window that shadow; asked only where there is one.
     virtual void addPopupShadow(QWindow *) {}
 
+    /// Whether the system is of the generation that only the maker's older crash client serves.
+    virtual bool usesOlderCrashClient() const { return false; }
+
     /// The one platform of the process; the operating system's own is made at first use.
     static Platform &instance();
     /// Replaces it; null brings the operating system's own back at the next use.

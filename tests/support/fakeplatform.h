@@ -47,6 +47,7 @@ public:
     FakePrinters printerList;
     int broughtToFront = 0;
     bool nativeShadow = false;
+    bool olderCrashClient = false;
     QVector<QWindow *> shadowed; ///< windows that got the desktop's shadow
     std::function<void()> terminate;
 
@@ -58,6 +59,7 @@ public:
     Printers &printers() override { return printerList; }
     SessionEnd &sessionEnd() override { return *this; }
     bool hasNativePopupShadow() const override { return nativeShadow; }
+    bool usesOlderCrashClient() const override { return olderCrashClient; }
     void addPopupShadow(QWindow *window) override { shadowed.append(window); }
 
     /// The numbers of the posted events, in order.
