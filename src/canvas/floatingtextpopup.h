@@ -24,7 +24,8 @@ public:
     void open(DrawingTextItem *item);
     /// The text is closed.
     void finish();
-    /// Puts the popup above the open text; nothing without one.
+    /// Puts the popup above the open text, or below it at the upper edge of the screen; nothing without a
+    /// text.
     void place();
     void hide();
     /// Follows the view to the screen and away from it, while a text is open.
@@ -34,6 +35,8 @@ public:
 
 private:
     void onScrolled();
+    void onBoxResized();
+    QPoint wantedPlace() const;
     void moveInputMethod() const;
 
     QGraphicsView *m_view;

@@ -6,6 +6,7 @@
 #include "popups/textpopup.h"
 #include "preferences/tindrapreferences.h"
 
+#include <QScreen>
 #include <QScrollBar>
 #include <QWheelEvent>
 #include <QtTest>
@@ -38,6 +39,9 @@ private slots:
 
     void appearsAboveTheText_data();
     void appearsAboveTheText();
+    void staysOnTheScreen_data();
+    void staysOnTheScreen();
+    void leavesTheLinesBelowInSight();
     void hasItsPlaceBeforeItIsSeen();
     void refusesTheKeyboard();
     void showsTheStoredSettings();
@@ -63,6 +67,10 @@ private:
     void compose(const QString &composed);
     void sendWheel(int delta, Qt::KeyboardModifiers modifiers);
     bool isInPlace() const;
+    /// The upper left corner of the box, and what lies behind its last row, on the screen.
+    QPoint boxCorner() const;
+    int boxEnd() const;
+    static QRect screen() { return QGuiApplication::primaryScreen()->availableGeometry(); }
     DrawingTextItem *text() const;
 
     std::unique_ptr<Editor> m_editor;
@@ -119,10 +127,18 @@ void Tst_FloatingTextPopup::sendWheel(int delta, Qt::KeyboardModifiers modifiers
     QCoreApplication::sendEvent(m_view->viewport(), &event);
 }
 
+QPoint Tst_FloatingTextPopup::boxCorner() const {
+    const QPointF corner = m_view->viewportTransform().map(text()->scenePos());
+    return m_view->viewport()->mapToGlobal(QPoint(qRound(corner.x()), qRound(corner.y())));
+}
+
+int Tst_FloatingTextPopup::boxEnd() const {
+    return boxCorner().y() + qRound(text()->boundingRect().height());
+}
+
 /// Left as the box, its bottom ten pixels above it.
 bool Tst_FloatingTextPopup::isInPlace() const {
-    const QPointF corner = m_view->viewportTransform().map(text()->scenePos());
-    const QPoint box = m_view->viewport()->mapToGlobal(QPoint(qRound(corner.x()), qRound(corner.y())));
+    const QPoint box = boxCorner();
     const QRect popup = m_popup->frameGeometry();
     return popup.left() == box.x() && popup.top() + popup.height() + Gap == box.y() && popup.height() > 20;
 }
@@ -142,6 +158,65 @@ void Tst_FloatingTextPopup::appearsAboveTheText() {
     QVERIFY(open({120, 90}));
     QVERIFY(m_popup->isVisible());
     QVERIFY(isInPlace());
+}
+
+void Tst_FloatingTextPopup::staysOnTheScreen_data() {
+    QTest::addColumn<QPoint>("window");
+    QTest::addColumn<QPoint>("click");
+    QTest::addColumn<int>("letters");
+    QTest::addColumn<int>("left");   // -1: as the box
+    QTest::addColumn<int>("bottom"); // -1: ten pixels above the box, -2: the top ten pixels below it
+    const QRect all = screen();
+    const int left = all.left(), right = all.x() + all.width(), bottom = all.y() + all.height();
+    const auto row = [](const char *name, const QPoint &window, const QPoint &click, int letters, int x,
+                        int y) { QTest::newRow(name) << window << click << letters << x << y; };
+    constexpr int asBox = -1, above = -1, below = -2;
+    row("right", {right - 400, 200}, {390, 150}, 0, right, above);
+    row("left, scrolled", {left, 200}, {100, 150}, 60, left, above);
+    row("top", {100, all.y()}, {120, 20}, 0, asBox, below);
+    row("bottom", {100, bottom - 100}, {120, 190}, 0, asBox, bottom);
+    row("upper right", {right - 400, all.y()}, {390, 20}, 0, right, below);
+}
+
+void Tst_FloatingTextPopup::staysOnTheScreen() {
+    QFETCH(QPoint, window);
+    QFETCH(QPoint, click);
+    QFETCH(int, letters);
+    QFETCH(int, left);
+    QFETCH(int, bottom);
+    m_view->move(window);
+    open(click);
+    for (int i = 0; i < letters; ++i)
+        type('a');
+    QVERIFY(m_popup->isVisible());
+    const QRect popup = m_popup->frameGeometry();
+    QVERIFY2(screen().contains(popup), QTest::toString(popup));
+    if (left == screen().left()) {
+        QVERIFY(boxCorner().x() < left);
+        QCOMPARE(popup.left(), left);
+    } else {
+        QCOMPARE(popup.left(), left < 0 ? boxCorner().x() : left - popup.width());
+    }
+    if (bottom == -2)
+        QCOMPARE(popup.top(), boxEnd() + Gap);
+    else
+        QCOMPARE(popup.top() + popup.height(), bottom < 0 ? boxCorner().y() - Gap : bottom);
+}
+
+void Tst_FloatingTextPopup::leavesTheLinesBelowInSight() {
+    m_view->move(100, screen().y());
+    open({120, 20});
+    type('a');
+    const int before = boxEnd();
+    QTest::keyClick(m_view.get(), Qt::Key_Return);
+    QTest::keyClick(m_view.get(), Qt::Key_Return);
+    QVERIFY(boxEnd() > before);
+    QTRY_COMPARE(m_popup->frameGeometry().top(), boxEnd() + Gap);
+    // A box that fills the screen leaves no room but over its first lines.
+    for (int i = 0; i < 100; ++i)
+        QTest::keyClick(m_view.get(), Qt::Key_Return);
+    QVERIFY(boxEnd() > screen().y() + screen().height());
+    QTRY_COMPARE(m_popup->frameGeometry().top(), screen().top());
 }
 
 void Tst_FloatingTextPopup::hasItsPlaceBeforeItIsSeen() {
