@@ -53,6 +53,9 @@ void ColorPicker::build() {
     m_preview->setObjectName(QStringLiteral("preview_"));
     for (QPushButton *button : {m_ok, m_cancel})
         button->setCursor(Qt::PointingHandCursor);
+    const QVector<QWidget *> tabOrder{m_square, m_slider, m_hexEdit, m_ok, m_cancel};
+    for (int i = 1; i < tabOrder.size(); ++i)
+        setTabOrder(tabOrder[i - 1], tabOrder[i]);
 
     auto *colors = new QHBoxLayout;
     colors->setObjectName(QStringLiteral("colorLayout_"));

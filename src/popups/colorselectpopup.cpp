@@ -28,7 +28,7 @@ bool isSame(const QColor &a, const QColor &b) {
 
 ColorSelectPopup::ColorSelectPopup(QWidget *parent)
     : Popup(parent), m_group(new QButtonGroup(this)), m_grid(new QGridLayout), m_customRow(new QHBoxLayout),
-      m_pickerButton(new QPushButton(this)), m_picker(new ColorPicker) {
+      m_picker(new ColorPicker) {
     build();
     m_pickerMenu = m_picker->toMenu(m_pickerButton);
     m_pickerMenu->installEventFilter(this);
@@ -57,6 +57,8 @@ void ColorSelectPopup::build() {
         m_customRow->addWidget(m_custom[i]);
     }
     m_customRow->addStretch();
+    // After the swatches, as Tab goes from widget to widget in the order in which they are made.
+    m_pickerButton = new QPushButton(this);
     m_pickerButton->setObjectName(QStringLiteral("picker_"));
     m_pickerButton->setText(tr("More colors"));
     m_pickerButton->setCursor(Qt::PointingHandCursor);

@@ -54,7 +54,7 @@ private:
     QButtonGroup *m_group;
     QGridLayout *m_grid;
     QHBoxLayout *m_customRow;
-    QPushButton *m_pickerButton;
+    QPushButton *m_pickerButton = nullptr;
     ColorPicker *m_picker;
     QMenu *m_pickerMenu = nullptr;
     QString m_customColorKey;

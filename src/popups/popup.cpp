@@ -6,6 +6,7 @@
 #include <QAbstractButton>
 #include <QActionEvent>
 #include <QApplication>
+#include <QButtonGroup>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -210,11 +211,25 @@ QList<QWidget *> Popup::focusChain() const {
     QList<QWidget *> chain;
     for (QWidget *widget = nextInFocusChain(); widget && widget != this;
          widget = widget->nextInFocusChain()) {
-        if (isAncestorOf(widget) && widget->isVisibleTo(this) && widget->isEnabled() &&
-            (widget->focusPolicy() & Qt::TabFocus) && !widget->focusProxy())
-            chain.append(widget);
+        if (!isAncestorOf(widget) || !isUsable(widget) || !(widget->focusPolicy() & Qt::TabFocus) ||
+            widget->focusProxy())
+            continue;
+        QWidget *chosen = chosenInPlaceOf(widget);
+        if (!chain.contains(chosen))
+            chain.append(chosen);
     }
     return chain;
+}
+
+bool Popup::isUsable(const QWidget *widget) const {
+    return widget->isVisibleTo(this) && widget->isEnabled();
+}
+
+QWidget *Popup::chosenInPlaceOf(QWidget *widget) const {
+    const auto *button = qobject_cast<QAbstractButton *>(widget);
+    const QButtonGroup *group = button ? button->group() : nullptr;
+    QAbstractButton *chosen = group && group->exclusive() ? group->checkedButton() : nullptr;
+    return chosen && isUsable(chosen) ? chosen : widget;
 }
 
 bool Popup::focusNextPrevChild(bool next) {
@@ -224,7 +239,7 @@ bool Popup::focusNextPrevChild(bool next) {
     const QList<QWidget *> chain = focusChain();
     if (chain.isEmpty())
         return false;
-    int index = chain.indexOf(QApplication::focusWidget());
+    int index = chain.indexOf(chosenInPlaceOf(QApplication::focusWidget()));
     if (index < 0)
         index = next ? -1 : 0;
     index = (index + (next ? 1 : -1) + chain.size()) % chain.size();

@@ -10,8 +10,8 @@ class QWidgetAction;
 ///
 /// Tells a choice, its cancelling and its closing by one signal each. In a menu it is shown and closed with
 /// the menu, follows the size of its contents while it is open, and takes the keyboard: Tab and Shift+Tab go
-/// round its widgets, the arrow keys from button to button without choosing, Space and Enter choose, Escape
-/// closes.
+/// round its widgets, coming to the chosen one of those that exclude each other, the arrow keys from button
+/// to button without choosing, Space and Enter choose, Escape closes.
 class Popup : public QWidget {
     Q_OBJECT
 public:
@@ -59,7 +59,10 @@ private:
     void onMenuAboutToHide();
     void closeMenu();
     void remeasureMenu();
+    /// Where Tab stops, in this order; of buttons that exclude each other at the chosen one.
     QList<QWidget *> focusChain() const;
+    bool isUsable(const QWidget *widget) const;
+    QWidget *chosenInPlaceOf(QWidget *widget) const;
     void moveFocus(QWidget *from, int key);
 
     int m_closeMode = Closed;

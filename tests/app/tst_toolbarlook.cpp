@@ -19,6 +19,8 @@ private slots:
     void everyPictureIsThere_data();
     void everyPictureIsThere();
     void statesLookDifferent();
+    void arrowsFadeWithTheirButtons_data();
+    void arrowsFadeWithTheirButtons();
     void smallestWindowShowsTheMenu();
     void textsOfTheMenusStandInOneColumn();
     void noButtonIsCutOffAtAnyWidth();
@@ -28,6 +30,8 @@ private:
     static int scaled(int size) { return static_cast<int>(size * scale()); }
     Toolbar *toolbar() const { return m_window->findChild<Toolbar *>(); }
     QImage look(QWidget *widget) const;
+    /// How dark the darkest pixel is in the strip of the drop-down arrow.
+    int inkOfArrow(ToolButton *button) const;
     void show(int width);
     /// Where the text of that menu's last entry begins, in the menu.
     static int textBegin(QMenu *menu);
@@ -124,6 +128,36 @@ void Tst_ToolbarLook::statesLookDifferent() {
     QVERIFY(checked != plain);
     QVERIFY(disabled != checked);
     QVERIFY(disabled != plain);
+}
+
+int Tst_ToolbarLook::inkOfArrow(ToolButton *button) const {
+    const QImage image = look(button);
+    int darkest = 255;
+    // Below the text and above the button's frame.
+    for (int y = image.height() - scaled(13); y < image.height() - scaled(3); ++y) {
+        for (int x = scaled(6); x < image.width() - scaled(6); ++x)
+            darkest = qMin(darkest, qGray(image.pixel(x, y)));
+    }
+    return darkest;
+}
+
+void Tst_ToolbarLook::arrowsFadeWithTheirButtons_data() {
+    QTest::addColumn<QString>("name");
+    for (const char *name : {"figure", "pen", "highlighter", "mosaic", "line"})
+        QTest::newRow(name) << QString::fromLatin1(name);
+}
+
+void Tst_ToolbarLook::arrowsFadeWithTheirButtons() {
+    QFETCH(QString, name);
+    show(scaled(1300));
+    ToolButton *tool = button(qPrintable(name));
+    // #222222, and thinner than a pixel here and there.
+    QVERIFY2(inkOfArrow(tool) < 110, qPrintable(QString::number(inkOfArrow(tool))));
+    emit m_window->emptyEditor(true);
+    QVERIFY(!tool->isEnabled());
+    // 35 % of #222222 on white are 178.
+    QVERIFY2(inkOfArrow(tool) > 150, qPrintable(QString::number(inkOfArrow(tool))));
+    QVERIFY(inkOfArrow(tool) < 220);
 }
 
 void Tst_ToolbarLook::smallestWindowShowsTheMenu() {

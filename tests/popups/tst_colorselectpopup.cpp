@@ -38,6 +38,7 @@ private slots:
     void tabShowsItsColour();
     void chosenSwatchClosesTheMenu();
     void everySwatchIsReachedByArrows();
+    void tabGoesFromTheChosenSwatchToThePicker();
 
 private:
     static QList<ColorSelectButton *> swatches(const ColorSelectPopup &popup, bool shownOnly = false);
@@ -405,6 +406,45 @@ void Tst_ColorSelectPopup::everySwatchIsReachedByArrows() {
     QTest::keyClick(menu->focusWidget(), Qt::Key_Space);
     QCOMPARE(selected.count(), 1);
     QCOMPARE(selected[0][0].value<QColor>(), QColor(10, 200, 190));
+}
+
+void Tst_ColorSelectPopup::tabGoesFromTheChosenSwatchToThePicker() {
+    QWidget parent;
+    auto *popup = new ColorSelectPopup;
+    popup->setBasicColors(BasicColors::text());
+    TindraPreferences::instance()->SetCustomColors(key(), {QColor(1, 2, 3)});
+    popup->setCustomColorKey(key());
+    Menu *menu = popup->toMenu(&parent);
+    parent.show();
+    // None is chosen.
+    menu->popup(QPoint(50, 50));
+    const auto list = swatches(*popup, true);
+    QCOMPARE(list.size(), 11);
+    QCOMPARE(menu->focusWidget(), list[0]);
+    QTest::keyClick(menu->focusWidget(), Qt::Key_Tab);
+    QCOMPARE(menu->focusWidget(), pickerButton(*popup));
+    menu->close();
+
+    for (const int chosen : {3, 10}) {
+        popup->selectColor(list[chosen]->color());
+        menu->popup(QPoint(50, 50));
+        QCOMPARE(menu->focusWidget(), list[chosen]);
+        for (const Qt::Key tab : {Qt::Key_Tab, Qt::Key_Backtab}) {
+            QTest::keyClick(menu->focusWidget(), tab);
+            QCOMPARE(menu->focusWidget(), pickerButton(*popup));
+            QTest::keyClick(menu->focusWidget(), tab);
+            QCOMPARE(menu->focusWidget(), list[chosen]);
+        }
+        // The arrows leave the choice, and Tab comes back to it.
+        for (const Qt::Key arrow : {Qt::Key_Left, Qt::Key_Up})
+            QTest::keyClick(menu->focusWidget(), arrow);
+        QVERIFY(menu->focusWidget() != list[chosen]);
+        QTest::keyClick(menu->focusWidget(), Qt::Key_Tab);
+        QCOMPARE(menu->focusWidget(), pickerButton(*popup));
+        QTest::keyClick(menu->focusWidget(), Qt::Key_Tab);
+        QCOMPARE(menu->focusWidget(), list[chosen]);
+        menu->close();
+    }
 }
 
 QTEST_MAIN(Tst_ColorSelectPopup)

@@ -4,6 +4,7 @@
 #include "popups/colorselecttabbutton.h"
 #include "popups/figurepopup.h"
 #include "preferences/tindrapreferences.h"
+#include "ui/menu.h"
 
 #include <QAbstractButton>
 #include <QButtonGroup>
@@ -46,6 +47,7 @@ private slots:
     void tabsShowTheirPages();
     void pagesAreFilled();
     void buttonsCanBeToldApart();
+    void tabGoesThroughTheChoices();
 
 private:
     static QButtonGroup *shapes(const FigurePopup &popup) {
@@ -230,6 +232,31 @@ void Tst_FigurePopup::buttonsCanBeToldApart() {
         names.insert(button->accessibleName());
     }
     QCOMPARE(names.size(), 10);
+}
+
+void Tst_FigurePopup::tabGoesThroughTheChoices() {
+    TindraPreferences::instance()->SetInt(TindraPreferences::FigureType, ShapeTypes::Circle);
+    store(TindraPreferences::FigureLineColor, Qt::red);
+    QWidget parent;
+    auto *popup = new FigurePopup;
+    Menu *menu = popup->toMenu(&parent);
+    parent.show();
+    menu->popup(QPoint(50, 50));
+    const auto nameOfFocus = [&] {
+        const QWidget *widget = menu->focusWidget();
+        return widget->objectName().isEmpty() ? widget->accessibleName() : widget->objectName();
+    };
+    // The chosen shape, tab and colour, of those that each row offers.
+    const QStringList order{QStringLiteral("circle_"), QStringLiteral("outline_"), QStringLiteral("red"),
+                            QStringLiteral("picker_")};
+    for (const QString &name : order) {
+        QCOMPARE(nameOfFocus(), name);
+        QTest::keyClick(menu->focusWidget(), Qt::Key_Tab);
+    }
+    for (int i = order.size() - 1; i >= 0; --i) {
+        QTest::keyClick(menu->focusWidget(), Qt::Key_Backtab);
+        QCOMPARE(nameOfFocus(), order[i]);
+    }
 }
 
 QTEST_MAIN(Tst_FigurePopup)

@@ -13,11 +13,14 @@
 #include "ui/coachmarkwidget.h"
 #include "ui/menu.h"
 
+#include <QAbstractButton>
 #include <QHBoxLayout>
 #include <QScreen>
+#include <QStyle>
 #include <QTest>
 
 #include <functional>
+#include <memory>
 
 using Maker = std::function<Popup *()>;
 Q_DECLARE_METATYPE(Maker)
@@ -33,8 +36,16 @@ private slots:
     void panelFitsItsMenu();
     void toolButton();
     void sizesOfTheSheet();
+    void pictureComesByTheName_data();
+    void pictureComesByTheName();
+    void focusIsSeenAsWellAsTheChoice();
 
 private:
+    using Panel = std::unique_ptr<Popup>;
+    static Panel makePanel(const QByteArray &name);
+    static QImage look(QWidget *widget);
+    static QColor frameOf(QWidget *widget);
+
     /// The scale that the screen of this run asks for.
     static double scale();
     static void picture(QWidget *widget, const QString &name);
@@ -175,6 +186,117 @@ void Tst_PopupLook::sizesOfTheSheet() {
              QSize(int(132 * scale()), int(100 * scale())));
     QCOMPARE(picker.findChild<QWidget *>(QStringLiteral("colorSlider_"))->size(),
              QSize(int(16 * scale()), int(100 * scale())));
+}
+
+Tst_PopupLook::Panel Tst_PopupLook::makePanel(const QByteArray &name) {
+    if (name == "figure")
+        return std::make_unique<FigurePopup>();
+    if (name == "text")
+        return std::make_unique<TextPopup>();
+    return std::make_unique<MosaicPopup>();
+}
+
+QImage Tst_PopupLook::look(QWidget *widget) {
+    QWidget *window = widget->window();
+    return window->grab(QRect(widget->mapTo(window, QPoint()), widget->size())).toImage();
+}
+
+void Tst_PopupLook::pictureComesByTheName_data() {
+    QTest::addColumn<QByteArray>("panel");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("checked");
+    const auto row = [](const char *panel, const char *name, bool checked = false) {
+        QTest::addRow("%s%s%s", panel, name, checked ? "checked" : "")
+            << QByteArray(panel) << QString::fromLatin1(name) << checked;
+    };
+    for (const char *name : {"rectangle_", "circle_", "text_", "line_", "arrow_", "rectangle_dotted_",
+                             "circle_dotted_", "text_dotted_", "line_dotted_", "arrow_dotted_"})
+        row("figure", name);
+    for (const char *name : {"bold_", "italic_", "underline_"}) {
+        row("text", name);
+        row("text", name, true);
+    }
+    for (const char *name : {"original_", "weak_", "medium_", "strong_"})
+        row("mosaic", name);
+}
+
+// A rule and a widget that no longer have the same name leave the button without a word.
+void Tst_PopupLook::pictureComesByTheName() {
+    QFETCH(QByteArray, panel);
+    QFETCH(QString, name);
+    QFETCH(bool, checked);
+    const Panel popup = makePanel(panel);
+    popup->show();
+    QTest::qWait(10);
+    auto *widget = popup->findChild<QWidget *>(name);
+    QVERIFY(widget);
+    if (auto *button = qobject_cast<QAbstractButton *>(widget))
+        button->setChecked(checked);
+    const QImage own = look(widget);
+    const auto rename = [&](const QString &newName) {
+        widget->setObjectName(newName);
+        // The picture of a sample is that of a label inside.
+        QList<QWidget *> all = widget->findChildren<QWidget *>();
+        all.append(widget);
+        for (QWidget *part : qAsConst(all)) {
+            part->style()->unpolish(part);
+            part->style()->polish(part);
+        }
+        QTest::qWait(10);
+    };
+    rename(QStringLiteral("nameless"));
+    QVERIFY(look(widget) != own);
+    rename(name);
+    QCOMPARE(look(widget), own);
+    if (checked) {
+        // Not the plain picture on the ground of a chosen button either.
+        widget->setStyleSheet(QStringLiteral("image: url(:/res/popup/text/%1.svg)").arg(name.chopped(1)));
+        QTest::qWait(10);
+        QVERIFY(look(widget) != own);
+    }
+}
+
+/// In the middle of the upper edge, or of the lower one where there is none above.
+QColor Tst_PopupLook::frameOf(QWidget *widget) {
+    const QImage image = look(widget);
+    const QColor top = image.pixelColor(image.width() / 2, 0);
+    return widget->inherits("ColorSelectTabButton") ? image.pixelColor(image.width() - 2, image.height() - 1)
+                                                    : top;
+}
+
+void Tst_PopupLook::focusIsSeenAsWellAsTheChoice() {
+    const QColor chosen(0, 127, 245);
+    const QColor focused(34, 34, 34);
+    TindraPreferences::instance()->SetInt(TindraPreferences::FigureLineColor,
+                                          TindraPreferences::colorToInt(Qt::black));
+    QWidget holder;
+    auto *popup = new FigurePopup;
+    Menu *menu = popup->toMenu(&holder);
+    menu->popup(QPoint(10, 10));
+    QTest::qWait(20);
+    QList<QWidget *> swatches; // black first
+    for (auto *swatch : popup->findChildren<QAbstractButton *>()) {
+        if (swatch->inherits("ColorSelectButton") && swatch->isVisible())
+            swatches.append(swatch);
+    }
+    QCOMPARE(swatches.size(), 10);
+    const QList<QWidget *> tabs{popup->findChild<QWidget *>(QStringLiteral("outline_")),
+                                popup->findChild<QWidget *>(QStringLiteral("fill_"))};
+    for (const QList<QWidget *> &pair : {swatches.mid(0, 2), tabs}) {
+        pair[1]->setFocus();
+        QCOMPARE(frameOf(pair[0]), chosen);
+        QCOMPARE(frameOf(pair[1]), focused);
+        const QImage other = look(pair[1]);
+        pair[0]->setFocus();
+        QCOMPARE(frameOf(pair[0]), focused);
+        QVERIFY(frameOf(pair[1]) != focused && frameOf(pair[1]) != chosen);
+        QVERIFY(look(pair[1]) != other);
+    }
+    // With the frame alike, the ground tells the chosen one.
+    const QPoint inside(int(3 * scale()), int(3 * scale()));
+    QCOMPARE(look(swatches[0]).pixelColor(inside), QColor(230, 243, 254));
+    swatches[1]->setFocus();
+    QCOMPARE(look(swatches[1]).pixelColor(inside), QColor(Qt::white));
 }
 
 QTEST_MAIN(Tst_PopupLook)
