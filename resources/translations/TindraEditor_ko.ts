@@ -17,6 +17,29 @@
     </message>
 </context>
 <context>
+    <name>AiTools</name>
+    <message>
+        <source>Tindra</source>
+        <translation>Tindra</translation>
+    </message>
+    <message>
+        <source>Updating Brindlehub (the management program of Brindle).
+Please try again later.</source>
+        <translation>Brindlehub(Brindle 관리 프로그램)를 업데이트하고 있습니다.
+잠시 후 다시 시도해 주세요.</translation>
+    </message>
+    <message>
+        <source>The AI features require Brindlehub (the management program of Brindle).
+Would you like to install Brindlehub now?</source>
+        <translation>AI 기능을 사용하려면 Brindlehub(Brindle 관리 프로그램)가 필요합니다.
+지금 Brindlehub를 설치하시겠습니까?</translation>
+    </message>
+    <message>
+        <source>An unexpected error occurred. Reinstalling the program may fix this problem. If the issue continues, please contact customer support.</source>
+        <translation>예기치 않은 오류가 발생했습니다. 프로그램을 다시 설치하면 문제가 해결될 수 있습니다. 문제가 계속되면 고객 지원에 문의해 주세요.</translation>
+    </message>
+</context>
+<context>
     <name>Application</name>
     <message>
         <source>WyvernC_EN.dll</source>
@@ -1206,6 +1229,23 @@ please change save folder.</source>
     </message>
 </context>
 <context>
+    <name>ManagementProgramOffer</name>
+    <message>
+        <source>Brindlehub (the management program of Brindle) is not installed.
+Would you like to install it now?</source>
+        <translation>Brindlehub(Brindle 관리 프로그램)가 설치되어 있지 않습니다.
+지금 설치하시겠습니까?</translation>
+    </message>
+    <message>
+        <source>Tindra</source>
+        <translation>Tindra</translation>
+    </message>
+    <message>
+        <source>https://www.brindle.example/download</source>
+        <translation>https://www.brindle.example/download</translation>
+    </message>
+</context>
+<context>
     <name>MessageDialog</name>
     <message>
         <source>Ok</source>
@@ -1935,6 +1975,14 @@ tindra-send --open FILE은 파일을 그대로 두고 그 사본을 엽니다.
     <message>
         <source>Options: %0</source>
         <translation>%0 옵션</translation>
+    </message>
+    <message>
+        <source>Enhance images beautifully with AI features!</source>
+        <translation>AI 기능으로 이미지를 아름답게 다듬어 보세요!</translation>
+    </message>
+    <message>
+        <source>AI tools</source>
+        <translation>AI 도구</translation>
     </message>
 </context>
 </TS>

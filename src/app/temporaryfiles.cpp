@@ -35,6 +35,12 @@ QStringList withoutNumbers(const QStringList &files) {
     return renamed;
 }
 
+/// Those that hold what the AI tools got to work on. A link leads to somebody else's.
+QStringList pluginFolders(const QDir &folder) {
+    return folder.entryList({QStringLiteral("capture_*"), QStringLiteral("AIRemoveBeta")},
+                            QDir::Dirs | QDir::NoSymLinks | QDir::Hidden);
+}
+
 } // namespace
 
 QStringList temporaryCaptures() {
@@ -67,5 +73,8 @@ void removeTemporaryFiles(const QStringList &files) {
         return;
     for (const QString &file : withoutNumbers(files))
         QFile::remove(file);
-    QDir(QDir(path).filePath(QStringLiteral("AIRemoveBeta"))).removeRecursively();
+    const QDir folder(path);
+    const QStringList folders = pluginFolders(folder);
+    for (const QString &name : folders)
+        QDir(folder.filePath(name)).removeRecursively();
 }

@@ -8,7 +8,7 @@ QStringList temporaryCaptures();
 /// Everything in the work folder that a normal exit deletes: the captures, links among them.
 QStringList filesToClear();
 
-/// Deletes those files and the AI tools' scratch folder from the work folder, and leaves the pinned
+/// Deletes those files and the AI tools' folders from the work folder, and leaves the pinned
 /// captures; does nothing while another editor has the folder. Part of a normal exit only: after any other
 /// end they are what the next start brings back.
 void removeTemporaryFiles(const QStringList &files);

@@ -1,5 +1,6 @@
 #include "app/tindraeditor.h"
 
+#include "app/aitools.h"
 #include "app/application.h"
 #include "app/boundservices.h"
 #include "app/capturefitting.h"
@@ -7,7 +8,9 @@
 #include "app/commandline.h"
 #include "app/exitroutine.h"
 #include "app/keyboardactions.h"
+#include "app/managementprogramoffer.h"
 #include "app/preferencesflow.h"
+#include "app/showsteps.h"
 #include "app/temporaryfiles.h"
 #include "app/toolbar.h"
 #include "canvas/editorview.h"
@@ -79,7 +82,8 @@ QStringList without(const QStringList &paths, const QStringList &known) {
 
 TindraEditor::TindraEditor(QWidget *parent)
     : QMainWindow(parent), m_services(new BoundServices(Application::olderCrashClient())),
-      m_view(new EditorView), m_history(new HistoryWidget), m_toolbar(nullptr), m_tools(m_view),
+      m_aiTools(new AiTools(this)), m_view(new EditorView(nullptr, m_aiTools->isAvailable())),
+      m_history(new HistoryWidget), m_toolbar(nullptr), m_tools(m_view),
       m_exit(new ExitRoutine(this, m_history)), m_preferences(new PreferencesFlow(this)),
       m_fitting(new CaptureFitting(this)) {
     buildLayout();
@@ -97,6 +101,7 @@ TindraEditor::TindraEditor(QWidget *parent)
 
     buildToolbar();
     connectPanels();
+    connectAiTools();
     connectView();
     connectHistory();
     emit m_history->itemSelectionChanged(nullptr);
@@ -136,9 +141,10 @@ void TindraEditor::buildLayout() {
 }
 
 void TindraEditor::buildToolbar() {
-    m_toolbar = new Toolbar(this);
+    m_toolbar = new Toolbar(this, m_aiTools->isAvailable() ? m_aiTools->menu() : nullptr);
     m_toolbar->setWindowTitle(tr("toolBar"));
     addToolBar(Qt::TopToolBarArea, m_toolbar);
+    m_shows = new ShowSteps(this, m_toolbar);
     connect(this, &TindraEditor::emptyEditor, m_toolbar, &Toolbar::onEmptyEditor);
     // Another scale gives the buttons another width, whether the window's changes or not.
     UIStyler::setScaleCallback(m_toolbar, [this](double) { m_toolbar->layOut(NoBanner); });
@@ -156,6 +162,12 @@ void TindraEditor::connectPanels() {
     m_view->setHighlighterMenu(panels->menu(ToolPanels::Highlighter));
     m_view->setLineWidthMenu(panels->menu(ToolPanels::LineWidth));
     m_view->setMosaicMenu(panels->menu(ToolPanels::Mosaic));
+}
+
+void TindraEditor::connectAiTools() {
+    connect(m_aiTools, &AiTools::chosen, this, &TindraEditor::onAiToolsAction);
+    connect(this, &TindraEditor::leaving, m_aiTools, &AiTools::onLeaving);
+    m_view->setAiToolsMenu(m_aiTools->menu());
 }
 
 void TindraEditor::connectView() {
@@ -402,6 +414,10 @@ void TindraEditor::onClickReset() {
     recordUsage("cap_30_09");
 }
 
+void TindraEditor::onAiToolsAction(QString pluginId) {
+    m_aiTools->run(pluginId, m_view);
+}
+
 void TindraEditor::onFigureSelected(Editor::ShapeType shapeType, Qt::PenStyle lineType, QColor fillColor,
                                     QColor lineColor) {
     m_toolbar->checkEntry(shapeType);
@@ -494,6 +510,7 @@ void TindraEditor::onClickPrint() {
 }
 
 void TindraEditor::onClickUpdate() {
+    ManagementProgramOffer::makeIfMissed(this);
     PostMessageToTindra(CaptureMessage::OnlineUpdate, 0, 0);
 }
 
@@ -547,6 +564,7 @@ void TindraEditor::closeEvent(QCloseEvent *event) {
 }
 
 void TindraEditor::showEvent(QShowEvent *event) {
+    m_shows->onShow();
     QMainWindow::showEvent(event);
     bringToFront(this);
     PostMessageToTindra(CaptureMessage::Shown, 0, 0);

@@ -8,6 +8,7 @@
 
 #include <memory>
 
+class AiTools;
 class BoundServices;
 class CaptureFitting;
 class EditorView;
@@ -16,6 +17,7 @@ class History;
 class HistoryWidget;
 class PreferencesFlow;
 class QSessionManager;
+class ShowSteps;
 class Toolbar;
 
 /// The one top-level window: takes command lines, owns toolbar, canvas and recent captures, mirrors the tool
@@ -66,6 +68,7 @@ public slots:
     void onClickUndo();
     void onClickRedo();
     void onClickReset();
+    void onAiToolsAction(QString pluginId);
     void onFigureSelected(Editor::ShapeType shapeType, Qt::PenStyle lineType, QColor fillColor,
                           QColor lineColor);
     void onPenSelected(QColor lineColor);
@@ -106,6 +109,7 @@ private:
     void buildLayout();
     void buildToolbar();
     void connectPanels();
+    void connectAiTools();
     void connectView();
     void connectHistory();
     /// Brings back the pinned captures and what an end other than an exit left in the work folder.
@@ -123,6 +127,7 @@ private:
     void fitTo(const QSize &image, const QPoint &point);
 
     std::unique_ptr<BoundServices> m_services;
+    AiTools *m_aiTools; ///< ahead of those that ask whether there are any
     EditorView *m_view;
     HistoryWidget *m_history;
     Toolbar *m_toolbar;
@@ -130,6 +135,7 @@ private:
     ExitRoutine *m_exit;
     PreferencesFlow *m_preferences;
     CaptureFitting *m_fitting;
+    ShowSteps *m_shows = nullptr;
     bool m_isEmpty = false; ///< as last told; before that, nobody knows
     QTimer m_hideBlock;
     bool m_capturesRestored = false;

@@ -6,6 +6,7 @@
 #include "app/tindraeditor.h"
 #include "popups/popup.h"
 #include "popups/toolbutton.h"
+#include "services/usagestatistics.h"
 #include "ui/uistyler.h"
 
 #include <QButtonGroup>
@@ -18,7 +19,7 @@
 /// One place of the toolbar. What it does is one of a slot, a panel and the help menu.
 struct ToolbarRow {
     using Slot = void (TindraEditor::*)();
-    enum Kind { Separator, LastSeparator, Function, Tool, Setting, Help };
+    enum Kind { Separator, LastSeparator, Function, AiTools, Tool, Setting, Help };
 
     Kind kind;
     const char *name = nullptr; ///< of the button, and translated its label
@@ -53,6 +54,8 @@ constexpr Row Rows[] = {
     {Row::Function, QT_TRANSLATE_NOOP("Toolbar", "reset"), QT_TRANSLATE_NOOP("Toolbar", "Reset all works"),
      &TindraEditor::onClickReset},
     {Row::Separator},
+    {Row::AiTools, "aitools", QT_TRANSLATE_NOOP("Toolbar", "Enhance images beautifully with AI features!")},
+    {Row::Separator},
     {Row::Tool, QT_TRANSLATE_NOOP("Toolbar", "figure"),
      QT_TRANSLATE_NOOP("Toolbar", "Draw figure on current image"), nullptr, ToolPanels::Figure},
     {Row::Tool, QT_TRANSLATE_NOOP("Toolbar", "pen"),
@@ -79,6 +82,8 @@ constexpr Row Rows[] = {
      Row::EndsGroup},
 };
 
+/// The label of the one button whose name would not do.
+const char *const aiToolsLabel = QT_TRANSLATE_NOOP("Toolbar", "AI tools");
 const char *const menuName = QT_TRANSLATE_NOOP("Toolbar", "menu");
 
 const char *buttonOf(ShapeTypes::ShapeType shape) {
@@ -122,9 +127,9 @@ int naturalWidth(QWidget *widget) {
 
 } // namespace
 
-Toolbar::Toolbar(TindraEditor *window)
-    : QToolBar(window), m_window(window), m_panels(new ToolPanels(this)), m_overflow(new OverflowMenu(this)),
-      m_tools(new QButtonGroup(this)) {
+Toolbar::Toolbar(TindraEditor *window, Menu *aiTools)
+    : QToolBar(window), m_window(window), m_aiTools(aiTools), m_panels(new ToolPanels(this)),
+      m_overflow(new OverflowMenu(this)), m_tools(new QButtonGroup(this)) {
     setObjectName(QStringLiteral("toolbar_"));
     setMovable(false);
     setContextMenuPolicy(Qt::NoContextMenu);
@@ -139,23 +144,30 @@ Toolbar::Toolbar(TindraEditor *window)
 
 void Toolbar::addRows() {
     for (const Row &row : Rows) {
-        if (row.kind == Row::Separator)
-            m_separatorOfNext = addSeparator();
-        else if (row.kind == Row::LastSeparator)
+        if (row.kind == Row::Separator) {
+            // A group that is not there leaves one separator, not two.
+            if (!m_separatorOfNext)
+                m_separatorOfNext = addSeparator();
+        } else if (row.kind == Row::LastSeparator) {
             m_lastSeparator = addSeparator();
-        else
+        } else if (row.kind != Row::AiTools || m_aiTools) {
             addButton(row);
+        }
     }
 }
 
 void Toolbar::addButton(const Row &row) {
     auto *button = new ToolButton(this);
     button->setObjectName(QLatin1String(row.name));
-    button->setText(tr(row.name));
+    button->setText(tr(row.kind == Row::AiTools ? aiToolsLabel : row.name));
     button->setToolTip(tr(row.toolTip));
     Entry entry{&row, button, addWidget(button), nullptr};
     entry.action->setText(button->text());
+    // Ahead of the menu, which a press opens at once and which returns when it closes.
+    if (row.kind == Row::AiTools)
+        connect(button, &QPushButton::pressed, button, [] { recordUsage("cap_320_01"); });
     addMenuOf(row, entry);
+    addToOverflow(row, entry);
     if (row.clicked)
         connect(button, &QPushButton::clicked, m_window, row.clicked);
     // A press of a setting chooses nothing: its panel may show a fallback for a stored width that it does
@@ -174,15 +186,29 @@ void Toolbar::addButton(const Row &row) {
     m_entries.append(entry);
 }
 
+QMenu *Toolbar::menuOf(const Row &row) {
+    switch (row.kind) {
+    case Row::Help:
+        return new HelpMenu(m_window, this);
+    case Row::AiTools:
+        return m_aiTools;
+    default:
+        return m_panels->menu(row.panel);
+    }
+}
+
 // Panels of tools open from a half of their button, the rest of which chooses the tool.
 void Toolbar::addMenuOf(const Row &row, Entry &entry) {
-    QMenu *menu = row.kind == Row::Help ? new HelpMenu(m_window, this) : m_panels->menu(row.panel);
-    if (menu) {
-        entry.button->setShowMenuButton(row.kind == Row::Tool);
-        entry.button->setMenuAccessibleName(tr("Options: %0").arg(entry.button->text()));
-        entry.button->setMenu(menu);
-        entry.action->setMenu(menu);
-    }
+    QMenu *menu = menuOf(row);
+    if (!menu)
+        return;
+    entry.button->setShowMenuButton(row.kind == Row::Tool);
+    entry.button->setMenuAccessibleName(tr("Options: %0").arg(entry.button->text()));
+    entry.button->setMenu(menu);
+    entry.action->setMenu(menu);
+}
+
+void Toolbar::addToOverflow(const Row &row, Entry &entry) {
     if (row.place == Row::StaysOut)
         return;
     entry.copy = m_overflow->addCopy(entry.button->objectName(), entry.action);
@@ -230,6 +256,11 @@ void Toolbar::showShape(ShapeTypes::ShapeType shape) {
     entry(buttonOf(shape))->button->setChecked(true);
 }
 
+ToolButton *Toolbar::aiToolsButton() const {
+    const Entry *aiTools = entry("aitools");
+    return aiTools ? aiTools->button : nullptr;
+}
+
 void Toolbar::checkEntry(const std::optional<ShapeTypes::ShapeType> &shape) {
     m_overflow->checkTool(shape);
 }
@@ -274,6 +305,7 @@ void Toolbar::layOut(int bannerWidth) {
         if (entry.copy)
             entry.copy->setVisible(!entry.action->isVisible());
     }
+    emit laidOut();
 }
 
 void Toolbar::onEmptyEditor(bool isEmpty) {

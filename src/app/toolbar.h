@@ -8,8 +8,10 @@
 
 #include <optional>
 
+class Menu;
 class OverflowMenu;
 class QButtonGroup;
+class QMenu;
 class TindraEditor;
 class ToolButton;
 struct ToolbarRow;
@@ -22,10 +24,13 @@ struct ToolbarRow;
 class Toolbar : public QToolBar {
     Q_OBJECT
 public:
-    /// Connects itself to the window's slots, which may be called from the first event on.
-    explicit Toolbar(TindraEditor *window);
+    /// Connects itself to the window's slots, which may be called from the first event on. `aiTools`: the
+    /// menu of the AI tools, which is not owned; without one they have no button.
+    Toolbar(TindraEditor *window, Menu *aiTools);
 
     const ToolPanels *panels() const { return m_panels; }
+    /// The button of the AI tools, or null.
+    ToolButton *aiToolsButton() const;
 
     /// Checks the button of a tool.
     void showShape(ShapeTypes::ShapeType shape);
@@ -34,6 +39,10 @@ public:
     /// Moves what does not fit into the menu and what fits back again. The banner lies over the right end;
     /// its width in device pixels is 0 while there is none.
     void layOut(int bannerWidth);
+
+signals:
+    /// Buttons and banner have their places.
+    void laidOut();
 
 public slots:
     /// Without a capture only what needs none stays usable.
@@ -52,7 +61,9 @@ private:
 
     void addRows();
     void addButton(const ToolbarRow &row);
+    QMenu *menuOf(const ToolbarRow &row);
     void addMenuOf(const ToolbarRow &row, Entry &entry);
+    void addToOverflow(const ToolbarRow &row, Entry &entry);
     void addShortcut(const ToolbarRow &row, ToolButton *button);
     void joinTools(const ToolbarRow &row, ToolButton *button);
     void addMenuButton();
@@ -61,6 +72,7 @@ private:
     const Entry *entry(const char *name) const;
 
     TindraEditor *m_window;
+    Menu *m_aiTools;
     ToolPanels *m_panels;
     OverflowMenu *m_overflow;
     QButtonGroup *m_tools;

@@ -37,9 +37,9 @@ int wheelDelta(const QWheelEvent &event) {
 
 } // namespace
 
-EditorView::EditorView(QWidget *parent)
+EditorView::EditorView(QWidget *parent, bool withAiTools)
     : QGraphicsView(parent), m_viewport(new CanvasViewport), m_historyShow(new ItemButton(this)),
-      m_imageTool(new ImageToolWidget(this)), m_contextMenu(new CanvasMenu(false, this)),
+      m_imageTool(new ImageToolWidget(this)), m_contextMenu(new CanvasMenu(withAiTools, this)),
       m_gestures(new CanvasGestures(this)), m_textPopup(std::make_unique<FloatingTextPopup>(this)),
       m_cropPopup(std::make_unique<FloatingCropPopup>(this)) {
     setViewport(m_viewport);

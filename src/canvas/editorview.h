@@ -33,7 +33,8 @@ class QMenu;
 class EditorView : public QGraphicsView {
     Q_OBJECT
 public:
-    explicit EditorView(QWidget *parent = nullptr);
+    /// The context menu has an entry for the AI tools only `withAiTools`.
+    explicit EditorView(QWidget *parent = nullptr, bool withAiTools = false);
     ~EditorView() override;
 
     /// Shows another capture, or none.

@@ -36,6 +36,10 @@ public:
     /// Whether the system is of the generation that only the maker's older crash client serves.
     virtual bool usesOlderCrashClient() const { return false; }
 
+    /// Whether this process is one that the host of the AI tools' plug-ins was made for; whether it is
+    /// installed is another question.
+    virtual bool canHostPlugins() const = 0;
+
     /// The one platform of the process; the operating system's own is made at first use.
     static Platform &instance();
     /// Replaces it; null brings the operating system's own back at the next use.

@@ -12,7 +12,7 @@ constexpr unsigned TokenSize = 4096;
 
 using Action = bool (*)();
 using Number = unsigned (*)();
-using Refresh = bool (*)(unsigned kind);
+using Refresh = bool (*)(unsigned reason);
 using Text = bool (*)(wchar_t *buffer, unsigned size);
 
 /// The library while it is loaded.
@@ -66,8 +66,8 @@ bool refreshUser() {
     return call(&Account::refreshUser);
 }
 
-bool refreshUserGrade(unsigned kind) {
-    return call(&Account::refreshUserGrade, kind);
+bool refreshUserGrade(unsigned reason) {
+    return call(&Account::refreshUserGrade, reason);
 }
 
 QString userName() {

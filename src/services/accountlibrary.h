@@ -8,15 +8,17 @@
 /// Without the library or the function the answer is false, 0 or an empty text. GUI thread only.
 namespace AccountLibrary {
 
+/// Why the user's grade is asked for, as the library numbers it.
+constexpr unsigned AtFirstShow = 1;
+
 bool signIn();
 bool signOut();
 /// How the last sign-in ended, as the library numbers it.
 unsigned fetchSignInResult();
 bool isSignIn();
-/// Has the library ask the maker's service anew about the user, or about what the user may do: `kind` is 1
-/// for the start of a program.
+/// Has the library ask the maker's service anew about the user, or about what the user may do.
 bool refreshUser();
-bool refreshUserGrade(unsigned kind);
+bool refreshUserGrade(unsigned reason);
 
 QString userName();
 QString userLoginId();

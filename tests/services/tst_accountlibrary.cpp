@@ -39,7 +39,7 @@ QVector<Forwarder> forwarders() {
         {"FetchSignInResult", fetchSignInResult, 7U, "FetchSignInResult", 0U},
         {"IsSignIn", isSignIn, true, "IsSignIn", false},
         {"RefreshUser", refreshUser, true, "RefreshUser", false},
-        {"RefreshUserGrade", [] { return refreshUserGrade(1); }, true, "RefreshUserGrade 1", false},
+        {"RefreshUserGrade", [] { return refreshUserGrade(AtFirstShow); }, true, "RefreshUserGrade 1", false},
         {"UserName", userName, QString::fromUtf8("홍길동"), "UserName 100", QString()},
         {"UserLoginId", userLoginId, "gildong"_qs, "UserLoginId 100", QString()},
         {"TokenGrantType", tokenGrantType, "refresh"_qs, "TokenGrantType 100", QString()},

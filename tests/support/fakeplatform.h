@@ -48,6 +48,7 @@ public:
     int broughtToFront = 0;
     bool nativeShadow = false;
     bool olderCrashClient = false;
+    bool pluginsCanBeHosted = true;
     QVector<QWindow *> shadowed; ///< windows that got the desktop's shadow
     std::function<void()> terminate;
 
@@ -60,6 +61,7 @@ public:
     SessionEnd &sessionEnd() override { return *this; }
     bool hasNativePopupShadow() const override { return nativeShadow; }
     bool usesOlderCrashClient() const override { return olderCrashClient; }
+    bool canHostPlugins() const override { return pluginsCanBeHosted; }
     void addPopupShadow(QWindow *window) override { shadowed.append(window); }
 
     /// The numbers of the posted events, in order.
