@@ -98,7 +98,6 @@ void setTraceOutput(bool on) {
 }
 
 TraceScope::TraceScope(const QString &tag) : m_tag(tag) {
-    m_timer.start();
     traceMessage(m_tag, OrdinaryLevel, bracket('<').constData());
 }
 

@@ -57,9 +57,7 @@ public:
     TraceScope &operator=(const TraceScope &) = delete;
 
 private:
-    QElapsedTimer m_timer;
     QString m_tag;
-    qint64 m_limit = 0;
 };
 
 /// Logs a scope that took longer than its limit in milliseconds.
