@@ -9,6 +9,8 @@
 #include <QSettings>
 #include <QTextCodec>
 
+#include <algorithm>
+
 namespace {
 
 /// Far above any real settings file: what is larger is not one, and would be read into memory.
@@ -160,17 +162,37 @@ QVariant ConfigurationLocation::value(const QString &name) const {
     if (!m_settings)
         return QVariant();
     const QVariant value = m_settings->value(name);
-    return value.type() == QVariant::StringList ? textOfList(name, value.toStringList()) : value;
+    return value.type() == QVariant::StringList ? joined(value.toStringList(), separatorsOf(name)) : value;
 }
 
 // A text with a comma that somebody wrote without quotes, such as a path, reads as a list, and the blanks at
 // the commas are lost.
-QString ConfigurationLocation::textOfList(const QString &name, const QStringList &parts) const {
+QStringList ConfigurationLocation::separatorsOf(const QString &name) const {
     QStringList components =
         (m_settings->group() + QLatin1Char('/') + name).split(QLatin1Char('/'), Qt::SkipEmptyParts);
     const QString section = components.size() > 1 ? components.takeFirst() : QStringLiteral("General");
     const QByteArray key = components.join(QLatin1Char('\\')).toUtf8();
-    return joined(parts, separatorsIn(rawValue(m_fileName, section, key)));
+    return separatorsIn(rawValue(m_fileName, section, key));
+}
+
+// Saving puts a comma and a blank between the parts of every list in the file. What stands there otherwise is
+// a text, and is stored as one from now on.
+void ConfigurationLocation::keepTextsWithCommas() {
+    const QString group = m_settings->group();
+    m_settings->endGroup();
+    const QStringList names = m_settings->allKeys();
+    for (const QString &name : names) {
+        const QVariant value = m_settings->value(name);
+        if (value.type() != QVariant::StringList)
+            continue;
+        const QStringList parts = value.toStringList();
+        const QStringList separators = separatorsOf(name);
+        const bool isList = std::all_of(separators.begin(), separators.end(),
+                                        [](const QString &text) { return text == QLatin1String(", "); });
+        if (!isList && separators.size() == parts.size() - 1)
+            m_settings->setValue(name, joined(parts, separators));
+    }
+    m_settings->beginGroup(group);
 }
 
 void ConfigurationLocation::setValue(const QString &name, const QVariant &value) {
@@ -207,7 +229,9 @@ bool ConfigurationLocation::prepareToWrite() {
     // A file system without access rights cannot make a folder private; that is no reason to lose settings.
     platform::makePrivateFolder(QFileInfo(m_fileName).path());
     m_isWritable = isLockAvailable(m_fileName);
-    if (m_isWritable)
+    if (m_isWritable) {
         keepCopyOfDamagedFile(m_fileName);
+        keepTextsWithCommas();
+    }
     return m_isWritable;
 }

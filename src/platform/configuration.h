@@ -43,7 +43,8 @@ public:
     QString fileName() const;
 
 private:
-    QString textOfList(const QString &name, const QStringList &parts) const;
+    QStringList separatorsOf(const QString &name) const;
+    void keepTextsWithCommas();
     bool prepareToWrite();
 
     QString m_fileName;

@@ -67,6 +67,7 @@ private slots:
     void fileIsReadableText();
     void nestedGroups();
     void valuesOfOthersSurviveASave();
+    void unquotedCommasSurviveASave();
     void savingThePresentValueLeavesTheFileAlone();
     void removingWhatIsMissingLeavesTheFileAlone();
     void newFileAndFolderArePrivate();
@@ -231,6 +232,20 @@ void Tst_Configuration::valuesOfOthersSurviveASave() {
     write(QStringLiteral("TrayMode"), 0);
     QCOMPARE(readFile(settingsPath()),
              QByteArray("[Capture]\nDelay=3\nPath=\"a,b\"\n\n[Config]\nTrayMode=0\nUnknown=x\n"));
+}
+
+void Tst_Configuration::unquotedCommasSurviveASave() {
+    writeFile(settingsPath(),
+              "[Capture]\nFolder=/a,b\nSizes=1, 2, 3\n[Config]\nFilePath=/c , d,  e\nTrayMode=1\n"
+              "Lists\\0\\Text=x,y\n");
+    write(QStringLiteral("TrayMode"), 0);
+    QCOMPARE(read(QStringLiteral("TrayMode")), QStringLiteral("0"));
+    QCOMPARE(read(QStringLiteral("FilePath")), QStringLiteral("/c , d,  e"));
+    QCOMPARE(read(QStringLiteral("Lists/0/Text")), QStringLiteral("x,y"));
+    QCOMPARE(read(QStringLiteral("Folder"), QStringLiteral("SOFTWARE\\Norvane\\Tindra\\Capture")),
+             QStringLiteral("/a,b"));
+    // What another program stores as a list stays one.
+    QVERIFY(readFile(settingsPath()).contains("\nSizes=1, 2, 3\n"));
 }
 
 void Tst_Configuration::savingThePresentValueLeavesTheFileAlone() {
