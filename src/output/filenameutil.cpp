@@ -16,6 +16,8 @@ constexpr int MaxUniqueNumber = 5000;
 constexpr int ShuffleSides = 24;
 constexpr int ShuffleMiddle = 12;
 constexpr unsigned long BatchPollMilliseconds = 2;
+/// In bytes of UTF-8: a file system takes 255, less a number (" (5000)" behind "_9999") and an ending.
+constexpr int LongestText = 230;
 
 const char *const Suffixes[] = {"png", "jpg", "bmp", "gif", "webp"};
 
@@ -139,6 +141,30 @@ bool isUnusableFolder(const QString &folder) {
     return folder.isEmpty() || folder.at(0).isNull();
 }
 
+/// Cuts between two characters, so that none is torn.
+QString shortened(const QString &text) {
+    const QByteArray bytes = text.toUtf8();
+    if (bytes.size() <= LongestText)
+        return text;
+    const auto isInsideCharacter = [&bytes](int at) {
+        return (static_cast<quint8>(bytes[at]) & 0xC0) == 0x80;
+    };
+    int end = LongestText;
+    while (end > 0 && isInsideCharacter(end))
+        --end;
+    return QString::fromUtf8(bytes.left(end));
+}
+
+/// The text as the name of one file. Nobody can type a separator into the settings dialog, but the stored
+/// text may come from elsewhere, and then it must not lead out of the folder.
+QString asName(QString text) {
+    for (QChar &c : text) {
+        if (c == QLatin1Char('/') || c == QLatin1Char('\\') || c.category() == QChar::Other_Control)
+            c = QLatin1Char('_');
+    }
+    return shortened(text);
+}
+
 /// How files are named now, from the settings.
 struct NameStyle {
     int type;
@@ -163,9 +189,9 @@ QString styledFileName(const NameStyle &style, const QString &folder, bool numbe
         return FileNameUtil::serialFileName(folder);
     switch (style.type) {
     case FileNameUtil::Custom:
-        return joined(folder, style.text);
+        return joined(folder, asName(style.text));
     case FileNameUtil::Date:
-        return joined(folder, now().toString(style.text));
+        return joined(folder, asName(now().toString(style.text)));
     case FileNameUtil::Bird:
         return FileNameUtil::birdFileName(folder, numbered);
     default:

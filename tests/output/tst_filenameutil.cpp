@@ -43,6 +43,9 @@ private slots:
     void indexOfFormat();
     void generatesByStyle_data();
     void generatesByStyle();
+    void textIsOneNameInTheFolder_data();
+    void textIsOneNameInTheFolder();
+    void longTextLeavesRoomForNumbersAndEnding();
     void styleWithNothingToSayFallsBack_data();
     void styleWithNothingToSayFallsBack();
     void folderWithPlaceholdersStaysAsItIs();
@@ -261,6 +264,49 @@ void Tst_FileNameUtil::generatesByStyle() {
     QFETCH(QString, folder);
     use(type, text);
     QTEST(FileNameUtil::generateFileName(folder, false), "expected");
+}
+
+void Tst_FileNameUtil::textIsOneNameInTheFolder_data() {
+    QTest::addColumn<int>("type");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("out of the folder") << 0 << "../../x"
+                                       << ".._.._x";
+    QTest::newRow("from the root") << 0 << "/etc/x"
+                                   << "_etc_x";
+    QTest::newRow("separators of the other platform") << 0 << "..\\a\\b"
+                                                      << ".._a_b";
+    QTest::newRow("control characters")
+        << 0 << QStringLiteral("a\nb\x7f") + QChar(0) + QLatin1Char('c') << "a_b__c";
+    QTest::newRow("date in folders") << 1 << "yyyy/MM/dd"
+                                     << "2024_01_02";
+    QTest::newRow("quoted in a date") << 1 << "'../'yyyy"
+                                      << ".._2024";
+    QTest::newRow("what a name may have") << 0 << "a:b*c ~.\"<|>?%"
+                                          << "a:b*c ~.\"<|>?%";
+}
+
+void Tst_FileNameUtil::textIsOneNameInTheFolder() {
+    QFETCH(int, type);
+    QFETCH(QString, text);
+    QFETCH(QString, name);
+    use(type, text);
+    const QString base = FileNameUtil::generateFileName(QStringLiteral("/f"), false);
+    QCOMPARE(base, QStringLiteral("/f/") + name);
+    QCOMPARE(FileNameUtil::batchFileName(base, {}), QStringLiteral("/f/%1_1.png").arg(name));
+}
+
+void Tst_FileNameUtil::longTextLeavesRoomForNumbersAndEnding() {
+    // Three bytes each, behind one: the limit lies within a character.
+    use(0, QLatin1Char('a') + QString(1000, QChar(0xD55C)), 4);
+    const QString name = QFileInfo(FileNameUtil::generateFileName(m_folder->path(), false)).fileName();
+    QCOMPARE(name, QLatin1Char('a') + QString(76, QChar(0xD55C)));
+    touch(name + QStringLiteral("_9999 (5000).webp"));
+
+    use(0, QString(230, QLatin1Char('x')));
+    QCOMPARE(FileNameUtil::generateFileName(QStringLiteral("/f"), false).size(), 3 + 230);
+    use(0, QString(231, QLatin1Char('x')));
+    QCOMPARE(FileNameUtil::generateFileName(QStringLiteral("/f"), false).size(), 3 + 230);
 }
 
 void Tst_FileNameUtil::styleWithNothingToSayFallsBack_data() {
