@@ -15,6 +15,8 @@ constexpr int ColorResolutionBits = 8;
 constexpr int MillisecondsPerTick = 10;
 /// Sizes and offsets are 16 bits wide in the file.
 constexpr int MaxExtent = 65535;
+constexpr int MaxTicks = 65535;
+constexpr int MaxColors = 256;
 
 /// Where the library's bytes go. The library overlooks some failing writes, so the first one is kept here.
 struct Sink {
@@ -143,7 +145,7 @@ bool GifImageWriter::save(const QString &path, int flags) const {
 
 bool GifImageWriter::save(QIODevice *device, int flags) const {
     const QSize canvas = m_canvasSize.isValid() ? m_canvasSize : boundingSize(m_frames);
-    if (!fitsFormat(canvas, m_frames))
+    if (!fitsFormat(canvas, m_frames) || m_globalColorTable.size() > MaxColors)
         return false;
     SavedImages images(m_frames.size());
     const ColorMap globalMap = m_globalColorTable.isEmpty() ? nullptr : makeColorMap(m_globalColorTable);
@@ -183,7 +185,7 @@ bool GifImageWriter::addSavedImage(GifFileType *gif, int index, Qt::ImageConvers
     SavedImage &saved = gif->SavedImages[index];
     const QImage image = reduceColors(frame.image, m_globalColorTable, flags);
     const QVector<QRgb> table = image.colorTable();
-    if (image.isNull())
+    if (image.isNull() || table.size() > MaxColors || (table.isEmpty() && m_globalColorTable.isEmpty()))
         return false;
 
     saved.ImageDesc.Left = frame.xOffset;
@@ -205,6 +207,7 @@ bool GifImageWriter::addSavedImage(GifFileType *gif, int index, Qt::ImageConvers
     control.TransparentColor =
         indexOfColor(frame.transparentColor.isValid() ? frame.transparentColor : m_defaultTransparentColor,
                      table.isEmpty() ? m_globalColorTable : table);
-    control.DelayTime = (frame.delay == -1 ? m_defaultDelay : frame.delay) / MillisecondsPerTick;
+    const int delay = frame.delay == -1 ? m_defaultDelay : frame.delay;
+    control.DelayTime = qBound(0, delay / MillisecondsPerTick, MaxTicks);
     return EGifGCBToSavedExtension(&control, gif, index) == GIF_OK;
 }

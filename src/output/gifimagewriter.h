@@ -22,8 +22,9 @@ struct GifFrame {
 /// Writes GIF files with the loop extension.
 ///
 /// Images that are not indexed are reduced to 256 colours by Qt's own conversion. The format carries sizes
-/// up to 65535; larger ones, null images and a writer without frames give false. Any thread, one writer per
-/// thread.
+/// up to 65535 and tables up to 256 colours; more than that, images that are null or have no colours and a
+/// writer without frames give false. A delay is kept as far as its 16 bits of hundredths go. Any thread, one
+/// writer per thread.
 class GifImageWriter {
 public:
     void setCanvasSize(const QSize &size) { m_canvasSize = size; }

@@ -208,6 +208,7 @@ private slots:
     void transparentIndex_data();
     void transparentIndex();
     void globalTable();
+    void refusesTablesBeyondTheFormat();
     void localTableOnlyWhenItDiffers();
     void canvasSize();
     void offsetsWidenTheCanvas();
@@ -282,6 +283,10 @@ void Tst_GifImageWriter::delays_data() {
     QTest::newRow("truncated") << 1000 << 79 << 7;
     QTest::newRow("none") << 1000 << 0 << 0;
     QTest::newRow("two bytes") << 1000 << 70000 << 7000;
+    QTest::newRow("longest") << 1000 << 655350 << 65535;
+    QTest::newRow("longer than the format tells") << 1000 << 700000 << 65535;
+    QTest::newRow("negative") << 1000 << -20 << 0;
+    QTest::newRow("negative default") << -1000 << -1 << 0;
 }
 
 void Tst_GifImageWriter::delays() {
@@ -338,6 +343,26 @@ void Tst_GifImageWriter::globalTable() {
 
     writer.setBackgroundColor(Qt::cyan);
     QCOMPARE(GifBlocks::parse(saved(writer)).background, 0);
+}
+
+void Tst_GifImageWriter::refusesTablesBeyondTheFormat() {
+    QVector<QRgb> table;
+    for (int i = 0; i < 256; ++i)
+        table.append(qRgb(i, 0, 0));
+    GifImageWriter writer;
+    writer.addFrame(fewColors(5, 5), -1);
+    writer.setGlobalColorTable(table);
+    QCOMPARE(GifBlocks::parse(saved(writer)).globalTable, table);
+    table.append(qRgb(0, 255, 0));
+    writer.setGlobalColorTable(table);
+    QVERIFY(saved(writer).isEmpty());
+
+    QImage image(5, 5, QImage::Format_Indexed8);
+    image.fill(0);
+    image.setColorTable(table);
+    GifImageWriter withLocalTable;
+    withLocalTable.addFrame(image, -1);
+    QVERIFY(saved(withLocalTable).isEmpty());
 }
 
 void Tst_GifImageWriter::localTableOnlyWhenItDiffers() {
@@ -416,6 +441,7 @@ void Tst_GifImageWriter::refuses_data() {
     QTest::addColumn<QImage>("image");
     QTest::addColumn<int>("offset");
     QTest::newRow("null image") << QImage() << 0;
+    QTest::newRow("no colours") << QImage(5, 5, QImage::Format_Indexed8) << 0;
     QTest::newRow("too wide") << QImage(65536, 1, QImage::Format_Mono) << 0;
     QTest::newRow("too high") << QImage(1, 65536, QImage::Format_Mono) << 0;
     QTest::newRow("negative offset") << fewColors(5, 5) << -1;
