@@ -63,7 +63,9 @@ int depthOf(QImage::Format format) {
 Claim claimOf(QImageReader &reader) {
     if (QImageReader::imageFormat(reader.device()) == "ico")
         return claimInsideIcon(reader.device());
-    return {reader.size(), depthOf(reader.imageFormat())};
+    const QSize size = reader.size();
+    // Behind a torn header the readers' answer is whatever stood in memory.
+    return {size, size.isEmpty() ? UsualDepth : depthOf(reader.imageFormat())};
 }
 
 } // namespace

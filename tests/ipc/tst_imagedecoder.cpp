@@ -227,6 +227,7 @@ void Tst_ImageDecoder::refusesWhatIsNoImage_data() {
     QTest::newRow("nothing") << QByteArray();
     QTest::newRow("text") << QByteArray("capture me if you can");
     QTest::newRow("zeros") << QByteArray(4096, '\0');
+    QTest::newRow("jpeg without a header") << QByteArray("\xff\xd8\x02\x02\0\0", 6);
     QTest::newRow("png of no width") << png(0, 10);
     QTest::newRow("png of negative width") << png(0xffffff00, 10);
     QTest::newRow("icon without a picture") << icon(QByteArray());
