@@ -24,6 +24,9 @@ QColor colorFromStyleValue(const QString &value) {
     const QStringList parts = value.mid(open + 1, close - open - 1).split(QLatin1Char(','));
     if (parts.size() != 3 && parts.size() != 4)
         return QColor();
-    const int alpha = parts.size() == 4 ? static_cast<int>(parts[3].toDouble() * 255.0) : 255;
-    return QColor(parts[0].toInt(), parts[1].toInt(), parts[2].toInt(), alpha);
+    const double opacity = parts.size() == 4 ? parts[3].toDouble() : 1.0;
+    // Asked this way, what is no number is out of range too.
+    if (!(opacity >= 0.0 && opacity <= 1.0))
+        return QColor();
+    return QColor(parts[0].toInt(), parts[1].toInt(), parts[2].toInt(), static_cast<int>(opacity * 255.0));
 }

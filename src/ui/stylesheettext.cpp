@@ -2,7 +2,13 @@
 
 #include <QRegularExpression>
 
+#include <algorithm>
+#include <limits>
+
 namespace {
+
+/// In pixels; beyond it a number would wrap.
+constexpr double LargestSize = std::numeric_limits<int>::max();
 
 /// Replaces each match of `pattern` by what `replacement` makes of its first group. The text put in is
 /// not searched again by the same pass, so a value that holds its own key cannot run for ever.
@@ -25,6 +31,6 @@ QString preprocessStyleSheet(const QString &text, const StyleVariableLookup &var
     static const QRegularExpression scaleCall(QStringLiteral("scale\\(([0-9]+)\\)"));
     const QString withValues = replaceCalls(text, varCall, variable);
     return replaceCalls(withValues, scaleCall, [scale](const QString &digits) {
-        return QString::number(static_cast<int>(digits.toInt() * scale));
+        return QString::number(static_cast<int>(std::min(digits.toInt() * scale, LargestSize)));
     });
 }

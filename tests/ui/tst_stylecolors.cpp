@@ -22,6 +22,10 @@ void Tst_StyleColors::valuesBecomeColours_data() {
     QTest::newRow("0.07 is truncated") << QStringLiteral("rgba(0, 0, 0, 0.07)") << QColor(0, 0, 0, 17);
     QTest::newRow("two parts") << QStringLiteral("rgb(1, 2)") << QColor();
     QTest::newRow("five parts") << QStringLiteral("rgba(1, 2, 3, 1, 1)") << QColor();
+    QTest::newRow("opacity beyond a number's range") << QStringLiteral("rgba(0, 0, 0, 1e300)") << QColor();
+    QTest::newRow("opacity above 1") << QStringLiteral("rgba(0, 0, 0, 1.001)") << QColor();
+    QTest::newRow("opacity below 0") << QStringLiteral("rgba(0, 0, 0, -0.001)") << QColor();
+    QTest::newRow("opacity that is no number") << QStringLiteral("rgba(0, 0, 0, nan)") << QColor();
     QTest::newRow("name") << QStringLiteral("#ff8000") << QColor(255, 128, 0);
     QTest::newRow("upper case is no function") << QStringLiteral("RGB(1, 2, 3)") << QColor();
     QTest::newRow("empty") << QString() << QColor();

@@ -43,6 +43,8 @@ void Tst_StyleSheetText::preprocesses_data() {
     row("scale truncates", "scale(3)px", 1.25, "3px");
     row("scale at 96 DPI", "scale(12)px", 1.0, "12px");
     row("scale at 192 DPI", "scale(12)px", 2.0, "24px");
+    row("largest size", "scale(2147483647)px", 1.5, "2147483647px");
+    row("more digits than a number has", "scale(2147483648)px", 1.5, "0px");
     row("sign outside", "margin: -scale(5)px;", 1.5, "margin: -7px;");
     row("several", "scale(2)px scale(4)px", 1.5, "3px 6px");
     row("not all digits", "scale(num) scale(-1) scale(1.5)", 2.0, "scale(num) scale(-1) scale(1.5)");
