@@ -2,6 +2,7 @@
 
 option(TINDRA_TESTS "Build the tests" ON)
 option(TINDRA_BENCH "Build the benchmarks" OFF)
+option(TINDRA_FUZZ "Build the fuzzers, which need clang, instead of the replay of their inputs" OFF)
 option(TINDRA_PCH "Use one precompiled header for Qt" ON)
 option(TINDRA_COVERAGE "Instrument for line coverage" OFF)
 option(TINDRA_OPTIMISE_DEBUG "Optimise lightly in debug builds" OFF)
@@ -59,6 +60,11 @@ if(TINDRA_SANITIZE)
   target_compile_options(tindra_options INTERFACE
     -fsanitize=${TINDRA_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(tindra_options INTERFACE -fsanitize=${TINDRA_SANITIZE})
+endif()
+if(TINDRA_FUZZ)
+  # For the table of fuzz/run; the fuzzers' own counters take each check of the sanitizers for a branch of ours.
+  target_compile_options(tindra_options INTERFACE -fprofile-instr-generate -fcoverage-mapping)
+  target_link_options(tindra_options INTERFACE -fprofile-instr-generate)
 endif()
 if(TINDRA_COVERAGE)
   target_compile_options(tindra_options INTERFACE --coverage -O0)
