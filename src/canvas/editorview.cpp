@@ -235,6 +235,7 @@ void EditorView::onCreateCropItem(DrawingCropItem *item) {
     const QRect image = m_editor->imageRect();
     setSceneRect(QRectF(image));
     m_cropItem = item;
+    m_shownCropFrame = item ? item->frame() : QRect();
     m_cropPopup->open(item);
     if (width() >= image.width() && height() >= image.height())
         return;
@@ -246,8 +247,8 @@ void EditorView::onCreateCropItem(DrawingCropItem *item) {
 
 void EditorView::onMoveCropItem(DrawingCropItem *) {
     m_cropPopup->place();
-    // The frame lies over the picture that is kept, which is still good.
-    viewport()->update();
+    if (m_cropItem)
+        updateCropFrame();
 }
 
 void EditorView::onFinishCropItem() {

@@ -128,6 +128,8 @@ private:
     QRegion withReachingItems(QRegion region) const;
     void paintScene(QImage &target, const QRegion &region);
     QRect deviceRect(const QRectF &sceneArea) const;
+    /// Has the screen follow the frame of the open crop.
+    void updateCropFrame();
     void forwardWheel(const QWheelEvent &event, const QPoint &angleDelta, Qt::KeyboardModifiers modifiers);
 
     CanvasViewport *m_viewport;
@@ -148,4 +150,5 @@ private:
     std::unique_ptr<FloatingTextPopup> m_textPopup;
     std::unique_ptr<FloatingCropPopup> m_cropPopup;
     QPointer<DrawingCropItem> m_cropItem; ///< the open crop
+    QRect m_shownCropFrame;               ///< its frame as the screen has it, or will after the next paint
 };

@@ -2,6 +2,7 @@
 #include "canvas/canvasviewport.h"
 #include "canvas/editorview.h"
 #include "canvas/flagguard.h"
+#include "canvas/imagecropper.h"
 #include "canvas/items/drawingcropitem.h"
 #include "canvas/items/drawingfigureitem.h"
 #include "canvas/items/drawingfreehanditem.h"
@@ -131,6 +132,16 @@ void EditorView::refreshUnderlay(DrawingFigureItem *item, const QRect &area) {
     item->setOmitted(true);
     renderParts(m_frame.underlay(), withReachingItems(stale));
     item->setOmitted(false);
+}
+
+// The frame lies over the picture that is kept, which is still good.
+void EditorView::updateCropFrame() {
+    const QRect frame = m_cropItem->frame();
+    QRegion changed;
+    for (const QRect &rect : ImageCropper::changedRegion(m_shownCropFrame, frame))
+        changed += deviceRect(rect);
+    m_shownCropFrame = frame;
+    viewport()->update(changed);
 }
 
 void EditorView::scrollContentsBy(int dx, int dy) {

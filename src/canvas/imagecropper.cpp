@@ -5,6 +5,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QRegion>
 
 namespace {
 
@@ -31,29 +32,43 @@ QPoint truncated(const QPointF &point) {
     return QPoint(static_cast<int>(point.x()), static_cast<int>(point.y()));
 }
 
-QPainterPath cornerMark(const QPoint &outerTopLeft, const QPoint &innerTopLeft) {
+/// The mark of one corner, with its outer square at the origin. At the right and the bottom the inner square
+/// reaches out by one pixel on its side, which leaves the same thickness there.
+QPainterPath cornerMark(bool right, bool bottom) {
     QPainterPath outer;
-    outer.addRect(QRect(outerTopLeft, QSize(MarkOuter, MarkOuter)));
+    outer.addRect(0, 0, MarkOuter, MarkOuter);
     QPainterPath inner;
-    inner.addRect(QRect(innerTopLeft, QSize(MarkInner, MarkInner)));
+    inner.addRect(right ? -1 : MarkThickness, bottom ? -1 : MarkThickness, MarkInner, MarkInner);
     return outer.subtracted(inner);
 }
 
-/// The marks lie inside the line of the frame; at the right and the bottom the inner square reaches out by
-/// one pixel on its side, which leaves the same thickness there.
+/// The marks lie inside the line of the frame.
 void paintCornerMarks(QPainter *painter, const QRect &frame) {
-    const int nearLeft = frame.left() + MarkThickness;
-    const int nearTop = frame.top() + MarkThickness;
-    const int outerLeft = frame.right() - MarkOuter + 1;
-    const int outerTop = frame.bottom() - MarkOuter + 1;
-    const int innerLeft = frame.right() - MarkOuter;
-    const int innerTop = frame.bottom() - MarkOuter;
+    // Taking one path from another is most of the work, and it is the same for each frame.
+    static const QPainterPath marks[2][2] = {{cornerMark(false, false), cornerMark(false, true)},
+                                             {cornerMark(true, false), cornerMark(true, true)}};
     painter->setPen(thinPen(MarkBorderColor));
     painter->setBrush(MarkColor);
-    painter->drawPath(cornerMark(frame.topLeft(), {nearLeft, nearTop}));
-    painter->drawPath(cornerMark({outerLeft, frame.top()}, {innerLeft, nearTop}));
-    painter->drawPath(cornerMark({frame.left(), outerTop}, {nearLeft, innerTop}));
-    painter->drawPath(cornerMark({outerLeft, outerTop}, {innerLeft, innerTop}));
+    for (const bool bottom : {false, true}) {
+        for (const bool right : {false, true}) {
+            const QPoint place(right ? frame.right() - MarkOuter + 1 : frame.left(),
+                               bottom ? frame.bottom() - MarkOuter + 1 : frame.top());
+            painter->drawPath(marks[right][bottom].translated(place));
+        }
+    }
+}
+
+/// The line of the frame and its corner marks, with the width of their lines.
+QRegion markedRegion(const QRect &frame) {
+    const QRect outer = frame.adjusted(-1, -1, 1, 1);
+    QRegion region = QRegion(outer) - frame.adjusted(2, 2, -2, -2);
+    const QSize mark(MarkOuter + 3, MarkOuter + 3);
+    const int right = outer.right() - mark.width() + 1;
+    const int bottom = outer.bottom() - mark.height() + 1;
+    for (const QPoint &corner :
+         {outer.topLeft(), QPoint(right, outer.top()), QPoint(outer.left(), bottom), QPoint(right, bottom)})
+        region += QRect(corner, mark);
+    return region;
 }
 
 } // namespace
@@ -205,6 +220,10 @@ void ImageCropper::paintEvent(QPaintEvent *event) {
     paintFrame(&painter);
 }
 
+QRegion ImageCropper::changedRegion(const QRect &before, const QRect &after) {
+    return QRegion(before).xored(after) + markedRegion(before) + markedRegion(after);
+}
+
 void ImageCropper::paintFrame(QPainter *painter) const {
     // A path ends one pixel further than a rectangle of pixels.
     const QRect frame = m_cropRect.adjusted(0, 0, -1, -1);
@@ -214,5 +233,10 @@ void ImageCropper::paintFrame(QPainter *painter) const {
     overlay.addRect(rect());
     painter->fillPath(overlay.subtracted(frameLine), DimColor);
     painter->strokePath(frameLine, thinPen(FrameColor));
+    painter->save();
+    // Where the frame is smaller than its marks.
+    if (frame.width() < MarkOuter || frame.height() < MarkOuter)
+        painter->setClipRect(rect(), Qt::IntersectClip);
     paintCornerMarks(painter, frame);
+    painter->restore();
 }

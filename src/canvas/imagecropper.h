@@ -36,6 +36,9 @@ public:
 
     /// Paints what the widget shows, with its top left at the painter's origin.
     void paintFrame(QPainter *painter) const;
+    /// Where `paintFrame` gives another picture after the frame has gone from one place to another: what has
+    /// become dim or bright, and the lines and marks at both places.
+    static QRegion changedRegion(const QRect &before, const QRect &after);
 
     static CursorPosition regionAt(const QPoint &point, const QRect &frame);
     static QCursor cursorOf(CursorPosition region, bool moving);

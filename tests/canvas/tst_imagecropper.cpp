@@ -60,6 +60,8 @@ private slots:
     void frameLineSurroundsTheFrame();
     void cornerMarks_data();
     void cornerMarks();
+    void changedRegionHoldsEveryOtherPixel_data();
+    void changedRegionHoldsEveryOtherPixel();
 
 private:
     QVector<Qt::CursorShape> cursorsShown(const std::function<void()> &action);
@@ -483,6 +485,40 @@ void Tst_ImageCropper::cornerMarks() {
         QCOMPARE(at(17, distance), QColor(Qt::black));
         QCOMPARE(at(distance, 17), QColor(Qt::black));
     }
+}
+
+void Tst_ImageCropper::changedRegionHoldsEveryOtherPixel_data() {
+    QTest::addColumn<QRect>("after");
+    QTest::addColumn<double>("most"); // of the picture
+    QTest::newRow("the same") << Frame << 0.03;
+    QTest::newRow("one pixel to the right") << Frame.translated(1, 0) << 0.05;
+    QTest::newRow("a little up and left") << Frame.translated(-7, -5) << 0.15;
+    QTest::newRow("corner moved") << Frame.adjusted(0, 0, 9, -4) << 0.1;
+    QTest::newRow("far away") << QRect(0, 0, 60, 50) << 0.35;
+    QTest::newRow("smaller than its marks") << QRect(150, 150, 12, 9) << 0.3;
+    QTest::newRow("a pixel") << QRect(150, 150, 1, 1) << 0.3;
+    QTest::newRow("at the border") << QRect(200, 180, 200, 120) << 0.4;
+    QTest::newRow("beyond the border") << QRect(350, 260, 100, 90) << 0.35;
+}
+
+void Tst_ImageCropper::changedRegionHoldsEveryOtherPixel() {
+    QFETCH(QRect, after);
+    QFETCH(double, most);
+    const QImage old = painted();
+    m_cropper->setCropRect(after);
+    const QImage now = painted();
+    const QRegion changed = ImageCropper::changedRegion(Frame, after);
+    int inRegion = 0;
+    for (int y = 0; y < now.height(); ++y) {
+        for (int x = 0; x < now.width(); ++x) {
+            const bool listed = changed.contains(QPoint(x, y));
+            QVERIFY2(listed || now.pixel(x, y) == old.pixel(x, y),
+                     qPrintable(QStringLiteral("%1, %2").arg(x).arg(y)));
+            inRegion += listed;
+        }
+    }
+    // Not just everything.
+    QVERIFY2(inRegion < most * now.width() * now.height(), qPrintable(QString::number(inRegion)));
 }
 
 QTEST_MAIN(Tst_ImageCropper)

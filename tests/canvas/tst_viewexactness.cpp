@@ -3,6 +3,7 @@
 #include "canvas/fakeitems.h"
 #include "canvas/imagetoolwidget.h"
 #include "ipc/imageprovider.h"
+#include "popups/croppopup.h"
 #include "preferences/tindrapreferences.h"
 #include "support/imagecompare.h"
 
@@ -392,6 +393,11 @@ void Tst_ViewExactness::oneCropDrag(QRandomGenerator &random, const QString &nam
     }
     mouse.release(pos);
     compare(name + QStringLiteral(" release"));
+    // Typed sizes can be smaller than the marks of the corners.
+    const int longest = random.bounded(2) ? 30 : 300;
+    QSize typed(1 + random.bounded(longest), 1 + random.bounded(longest));
+    emit m_view->findChild<CropPopup *>()->sizeChanged(typed);
+    compare(name + QStringLiteral(" typed"));
 }
 
 void Tst_ViewExactness::randomCropDrags() {

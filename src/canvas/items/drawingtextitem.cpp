@@ -118,6 +118,13 @@ bool DrawingTextItem::isInside(const QPointF &pos) const {
     return boundingRect().toRect().adjusted(Border, Border, -Border, -Border).contains(pos.toPoint());
 }
 
+// A line one device pixel wide, whatever the scale.
+QRect DrawingTextItem::lowerLine(const QGraphicsView &view) const {
+    const QRectF box = sceneBoundingRect();
+    const QRectF line(box.bottomLeft(), QSizeF(box.width(), 0));
+    return view.viewportTransform().mapRect(line).toAlignedRect().adjusted(-1, -1, 1, 1);
+}
+
 // The box is as wide as its longest line, which nothing breaks, but never narrower than the minimum.
 void DrawingTextItem::applyWidthRule() {
     setTextWidth(-1);
@@ -281,7 +288,7 @@ void DrawingTextItem::paint(QPainter *painter, const QStyleOptionGraphicsItem *o
         painter->drawRects(&frame, 1);
         // The frame's lower line lies outside the box, which is all that a view is told to paint anew.
         if (const QGraphicsView *view = firstView())
-            view->viewport()->update();
+            view->viewport()->update(lowerLine(*view));
     }
     painter->restore();
 }

@@ -61,6 +61,8 @@ private:
     bool isInside(const QPointF &pos) const;
     /// The view that shows the text, or null.
     QGraphicsView *firstView() const;
+    /// Where the lower line of the open box's frame is in the viewport of a view.
+    QRect lowerLine(const QGraphicsView &view) const;
     void applyFont(int fontSize, const QColor &color, int format);
     void applyWidthRule();
     void showPopup();
