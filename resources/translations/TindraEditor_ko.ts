@@ -1792,6 +1792,10 @@ tindra-send --open FILE은 파일을 그대로 두고 그 사본을 엽니다.
         <source>font color</source>
         <translation>글꼴 색</translation>
     </message>
+    <message>
+        <source>font size (F6)</source>
+        <translation>글꼴 크기 (F6)</translation>
+    </message>
 </context>
 <context>
     <name>TindraEditor</name>

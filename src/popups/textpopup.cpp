@@ -14,6 +14,14 @@
 #include <QSignalBlocker>
 #include <QWindow>
 
+namespace {
+
+bool isEnter(int key) {
+    return key == Qt::Key_Return || key == Qt::Key_Enter;
+}
+
+} // namespace
+
 TextPopup::TextPopup(QWidget *parent) : Popup(parent) {
     setWindowFlag(Qt::WindowDoesNotAcceptFocus);
     auto *row = new QHBoxLayout(this);
@@ -42,6 +50,7 @@ void TextPopup::addSizeBox(QHBoxLayout *row) {
     m_size = new ComboBox(this);
     m_size->setObjectName(QStringLiteral("size_"));
     m_size->setAccessibleName(tr("font size"));
+    m_size->setToolTip(tr("font size (F6)"));
     m_size->setEditable(true);
     m_size->setInsertPolicy(QComboBox::NoInsert);
     // A completer would add digits that nobody typed.
@@ -101,19 +110,19 @@ void TextPopup::showSize(const QString &size) {
 }
 
 void TextPopup::onClickBoldButton() {
-    stopTyping();
+    onChosen();
     recordUsage("cap_303_18");
     onChanged();
 }
 
 void TextPopup::onClickItalicButton() {
-    stopTyping();
+    onChosen();
     recordUsage("cap_303_19");
     onChanged();
 }
 
 void TextPopup::onClickUnderlineButton() {
-    stopTyping();
+    onChosen();
     recordUsage("cap_303_20");
     onChanged();
 }
@@ -121,7 +130,7 @@ void TextPopup::onClickUnderlineButton() {
 void TextPopup::onColorSelected(const QColor &color) {
     if (!color.isValid())
         return;
-    stopTyping();
+    onChosen();
     m_colorButton->setColor(color);
     recordUsage("cap_303_17");
     onChanged();
@@ -148,6 +157,18 @@ bool TextPopup::isTyping() const {
     return windowHandle() && !windowHandle()->flags().testFlag(Qt::WindowDoesNotAcceptFocus);
 }
 
+void TextPopup::onChosen() {
+    if (!m_walkedByKeys)
+        stopTyping();
+}
+
+void TextPopup::takeKeyboard() {
+    startTyping();
+    m_walkedByKeys = isTyping();
+    m_size->setFocus(Qt::ShortcutFocusReason);
+    m_size->lineEdit()->selectAll();
+}
+
 void TextPopup::startTyping() {
     if (isTyping() || !windowHandle())
         return;
@@ -159,8 +180,10 @@ void TextPopup::startTyping() {
 void TextPopup::stopTyping() {
     if (!isTyping())
         return;
+    m_walkedByKeys = false;
     windowHandle()->setFlag(Qt::WindowDoesNotAcceptFocus, true);
-    m_size->clearFocus();
+    if (QWidget *focused = focusWidget())
+        focused->clearFocus();
     QWidget *target = m_windowBefore ? m_windowBefore.data() : parentWidget();
     if (target)
         target->activateWindow();
@@ -174,7 +197,7 @@ void TextPopup::hideEvent(QHideEvent *event) {
 
 bool TextPopup::typeKey(QKeyEvent *event, bool announced) {
     const int key = event->key();
-    const bool ends = key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Escape;
+    const bool ends = isEnter(key) || key == Qt::Key_Escape || key == EnteringKey;
     if (announced) {
         // Shortcuts of the window behind: they would close the text or walk through the captures.
         if (ends || key == Qt::Key_Up || key == Qt::Key_Down)
@@ -188,13 +211,43 @@ bool TextPopup::typeKey(QKeyEvent *event, bool announced) {
     return ends;
 }
 
+bool TextPopup::pressKey(const QAbstractButton *button, QKeyEvent *event, bool announced) {
+    const int key = event->key();
+    if (announced) {
+        // As for the size box; and Delete would ask whether to delete the capture.
+        if (key == Qt::Key_Escape || key == Qt::Key_Delete)
+            event->accept();
+        return event->isAccepted();
+    }
+    if (key == EnteringKey) {
+        stopTyping();
+        return true;
+    }
+    // Enter presses the button as well, and that is the last choice unless it opens the colours.
+    if (isEnter(key) && button != m_colorButton)
+        m_walkedByKeys = false;
+    return false;
+}
+
+void TextPopup::cancelByKey() {
+    if (isTyping())
+        stopTyping();
+    else
+        Popup::cancelByKey();
+}
+
 bool TextPopup::eventFilter(QObject *watched, QEvent *event) {
-    if (watched == m_size->lineEdit() && event->type() == QEvent::MouseButtonPress)
-        startTyping();
-    if (watched == m_size && isTyping()) {
-        const bool announced = event->type() == QEvent::ShortcutOverride;
-        if (announced || event->type() == QEvent::KeyPress)
-            return typeKey(static_cast<QKeyEvent *>(event), announced) || Popup::eventFilter(watched, event);
+    if (event->type() == QEvent::MouseButtonPress) {
+        m_walkedByKeys = false;
+        if (watched == m_size->lineEdit())
+            startTyping();
+    }
+    const bool announced = event->type() == QEvent::ShortcutOverride;
+    if (isTyping() && (announced || event->type() == QEvent::KeyPress)) {
+        auto *key = static_cast<QKeyEvent *>(event);
+        const auto *button = qobject_cast<QAbstractButton *>(watched);
+        if ((watched == m_size && typeKey(key, announced)) || (button && pressKey(button, key, announced)))
+            return true;
     }
     return Popup::eventFilter(watched, event);
 }

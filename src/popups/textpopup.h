@@ -8,12 +8,14 @@ class ColorSelectButton;
 class ColorSelectPopup;
 class ComboBox;
 class ItemButton;
+class QAbstractButton;
 class QHBoxLayout;
 
 /// Size, colour and style of the text that is being written, floating above it.
 ///
-/// Takes no keyboard focus, so that typing stays in the text, but for the size box while the user types a
-/// size into it. Every change is stored in the preferences and reported at once.
+/// Takes no keyboard focus, so that typing stays in the text, but while the user types a size, and from
+/// `takeKeyboard` until Escape, Return or the same key again leads back to the text. Every change is stored
+/// in the preferences and reported at once.
 class TextPopup : public Popup {
     Q_OBJECT
 public:
@@ -26,6 +28,10 @@ public:
     static const QVector<int> &sizes();
     /// Takes the stored settings over without reporting them, for a text that is opened.
     void loadSettings();
+    /// For the key that leads here from the text, `EnteringKey`: the size box has the focus, and Tab goes on.
+    void takeKeyboard();
+
+    static constexpr Qt::Key EnteringKey = Qt::Key_F6;
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -40,6 +46,7 @@ signals:
 
 protected:
     void hideEvent(QHideEvent *event) override;
+    void cancelByKey() override;
 
 private:
     void addSizeBox(QHBoxLayout *row);
@@ -48,11 +55,15 @@ private:
     void onColorSelected(const QColor &color);
     void onChanged();
     void showSize(const QString &size);
+    /// A choice gives the keyboard back, unless the user walks through the panel by keys.
+    void onChosen();
     void startTyping();
     void stopTyping();
     bool isTyping() const;
-    /// A key for the size box; `announced`: only whether it is one for a shortcut. Gives whether it is done.
+    // A key for the size box, or for a button; `announced`: only whether it is one for a shortcut. Both give
+    // whether it is done.
     bool typeKey(QKeyEvent *event, bool announced);
+    bool pressKey(const QAbstractButton *button, QKeyEvent *event, bool announced);
 
     ComboBox *m_size = nullptr;
     ColorSelectButton *m_colorButton = nullptr;
@@ -61,4 +72,5 @@ private:
     ItemButton *m_italic = nullptr;
     ItemButton *m_underline = nullptr;
     QPointer<QWidget> m_windowBefore;
+    bool m_walkedByKeys = false;
 };

@@ -52,9 +52,15 @@ private:
         const char *name;
         void (Tst_Surfaces::*show)(const Visit &visit);
         const char *part; ///< of a surface that comes in several
+        /// That leads the keyboard there from the window, which has it until then; 0: the surface takes it.
+        int entering = 0;
     };
     static const QVector<Surface> &surfaces();
     static void addSurfaces();
+    /// Presses a key where the keyboard is now.
+    static void type(int key) { QTest::keyClick(QGuiApplication::focusWindow(), Qt::Key(key)); }
+    /// Leads the keyboard into the surface of the present row.
+    void enter(QWidget *window);
     // What is wrong in a window, each a list of widgets or texts.
     static QStringList cutOff(QWidget *window);
     static QStringList untranslated(QWidget *window);
@@ -249,7 +255,7 @@ const QVector<Tst_Surfaces::Surface> &Tst_Surfaces::surfaces() {
         {"menu-overflow", &Test::showOverflow, nullptr},
         {"menu-canvas", &Test::showCanvasMenu, nullptr},
         {"menu-row", &Test::showRowMenu, nullptr},
-        {"panel-text", &Test::showOpenText, nullptr},
+        {"panel-text", &Test::showOpenText, nullptr, Qt::Key_F6},
         {"panel-crop", &Test::showOpenCrop, nullptr},
         {"preferences-general", &Test::showPreferences, "0"},
         {"preferences-image", &Test::showPreferences, "1"},
@@ -391,6 +397,7 @@ void Tst_Surfaces::showOverflow(const Visit &visit) {
 
 void Tst_Surfaces::showOpenText(const Visit &visit) {
     m_window->onClickText();
+    view()->setFocus(Qt::MouseFocusReason);
     sendMouse(QEvent::MouseButtonPress, {60, 100});
     sendMouse(QEvent::MouseButtonRelease, {60, 100});
     settle();
@@ -589,8 +596,20 @@ void Tst_Surfaces::textsFitAreKoreanAndNameEveryControl() {
     });
 }
 
+void Tst_Surfaces::enter(QWidget *window) {
+    QFETCH(int, surface);
+    if (!surfaces().at(surface).entering)
+        return;
+    // Off screen each window that appears gets the keyboard; no window manager gives it to one that refuses.
+    m_window->activateWindow();
+    QTRY_COMPARE(QGuiApplication::focusWindow(), m_window->windowHandle());
+    type(surfaces().at(surface).entering);
+    QTRY_COMPARE(QGuiApplication::focusWindow(), window->windowHandle());
+}
+
 void Tst_Surfaces::keyboardReachesControlsAndShowsIt() {
-    present([](QWidget *window) {
+    present([this](QWidget *window) {
+        enter(window);
         QList<QWidget *> missing;
         for (QWidget *widget : partsOf(window)) {
             if (isControl(widget) && widget->isEnabled() && (widget->focusPolicy() & Qt::TabFocus))
@@ -598,7 +617,7 @@ void Tst_Surfaces::keyboardReachesControlsAndShowsIt() {
         }
         QStringList unseen;
         const auto press = [&](int key) {
-            QTest::keyClick(window->windowHandle(), Qt::Key(key));
+            type(key);
             QWidget *focused = QApplication::focusWidget();
             if (focused && missing.removeOne(focused) && !showsFocus(focused))
                 unseen << nameOf(focused);

@@ -64,6 +64,7 @@ private slots:
     void keysBelongToTheOpenText();
     void escapeThrowsTheTextAwayAndThenHidesTheWindow();
     void colorFromThePopup();
+    void panelIsUsedByKeysAlone();
     void boxIsDraggedByItsBorder();
     void otherProgramAndBack();
     void closingWhileASizeIsTyped();
@@ -301,6 +302,66 @@ void Tst_TextWindow::colorFromThePopup() {
     QTRY_VERIFY(text()->hasFocus());
     write("b"_qs);
     QTRY_COMPARE(written(), "ab"_qs);
+}
+
+void Tst_TextWindow::panelIsUsedByKeysAlone() {
+    addCapture("b"_qs);
+    settle();
+    const auto *list = m_window->findChild<HistoryListWidget *>();
+    openText(ClickedAt);
+    write("ab"_qs);
+    QTRY_COMPARE(written(), "ab"_qs);
+    const QPointer<DrawingTextItem> item = text();
+    const QWidget *size = popup()->findChild<ComboBox *>();
+
+    // The whole size is selected, so that digits replace it. Space chooses and stays.
+    keys({"F6"_qs});
+    QTRY_COMPARE(QApplication::activeWindow(), popup());
+    QTRY_COMPARE(QApplication::focusWidget(), size);
+    write("48"_qs);
+    QTRY_COMPARE(item->font().pointSize(), 48);
+    keys({"Tab"_qs, "Tab"_qs, "space"_qs});
+    QTRY_VERIFY(item->font().bold());
+    keys({"Right"_qs, "space"_qs});
+    QTRY_VERIFY(item->font().italic());
+    // No shortcut of the window behind.
+    keys({"Delete"_qs, "Down"_qs});
+    QCOMPARE(QApplication::activeWindow(), popup());
+    QCOMPARE(list->count(), 2);
+    // The colour, in a menu of its own, from which the keyboard comes back here.
+    keys({"Home"_qs, "shift+Tab"_qs, "shift+Tab"_qs, "space"_qs, "Right"_qs, "space"_qs});
+    QTRY_VERIFY(item->defaultTextColor() != QColor(Qt::red));
+    QTRY_COMPARE(QApplication::activeWindow(), popup());
+
+    // Enter chooses and leads back to the text.
+    keys({"Tab"_qs, "Return"_qs});
+    QTRY_VERIFY(!item->font().bold());
+    QTRY_COMPARE(QApplication::activeWindow(), m_window.get());
+    for (const QString &leaving : {"Escape"_qs, "Return"_qs, "F6"_qs}) {
+        keys({"F6"_qs});
+        QTRY_COMPARE(QApplication::activeWindow(), popup());
+        keys({leaving});
+        QTRY_COMPARE(QApplication::activeWindow(), m_window.get());
+        keys({"F6"_qs, "Tab"_qs, "Tab"_qs, "Tab"_qs});
+        QTRY_COMPARE(QApplication::focusWidget(), popup()->findChild<ItemButton *>("italic_"_qs));
+        if (leaving == "Return"_qs)
+            keys({"space"_qs}); // which Return takes back
+        keys({leaving});
+        QTRY_COMPARE(QApplication::activeWindow(), m_window.get());
+    }
+    QVERIFY(item->font().italic());
+    write("c"_qs);
+    QTRY_COMPARE(written(), "abc"_qs);
+    QCOMPARE(text(), item.data());
+    QCOMPARE(editor()->shapeType(), Editor::TextEditing);
+    QVERIFY(popup()->windowHandle()->flags() & Qt::WindowDoesNotAcceptFocus);
+
+    // After the keys the mouse has its own rule: a click on a setting gives the keyboard back.
+    keys({"F6"_qs});
+    QTRY_COMPARE(QApplication::activeWindow(), popup());
+    click(popup()->findChild<ItemButton *>("underline_"_qs));
+    QTRY_VERIFY(item->font().underline());
+    QTRY_COMPARE(QApplication::activeWindow(), m_window.get());
 }
 
 void Tst_TextWindow::boxIsDraggedByItsBorder() {

@@ -9,6 +9,7 @@
 #include <QGraphicsSceneMouseEvent>
 #include <QGraphicsView>
 #include <QInputMethod>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QStyleOptionGraphicsItem>
 #include <QTextBlock>
@@ -140,9 +141,18 @@ void DrawingTextItem::showPopup() {
     m_popup->raise();
 }
 
+bool DrawingTextItem::isForPopup(const QKeyEvent *event) const {
+    return m_popup && event->key() == TextPopup::EnteringKey && event->modifiers() == Qt::NoModifier;
+}
+
 bool DrawingTextItem::sceneEvent(QEvent *event) {
     switch (event->type()) {
     case QEvent::KeyPress: {
+        if (isForPopup(static_cast<QKeyEvent *>(event))) {
+            showPopup();
+            m_popup->takeKeyboard();
+            return true;
+        }
         const bool handled = QGraphicsTextItem::sceneEvent(event);
         showPopup();
         applyWidthRule();

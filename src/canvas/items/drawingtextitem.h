@@ -8,6 +8,7 @@
 #include <QGraphicsTextItem>
 
 class QGraphicsView;
+class QKeyEvent;
 class TextPopup;
 
 /// A text: opened by a press, written in place, and closed once, after which it is a step like any other.
@@ -66,6 +67,8 @@ private:
     void applyFont(int fontSize, const QColor &color, int format);
     void applyWidthRule();
     void showPopup();
+    /// Whether that key leads the keyboard to the popup.
+    bool isForPopup(const QKeyEvent *event) const;
     void takeComposedText();
     void close(bool accept, bool abort);
 
