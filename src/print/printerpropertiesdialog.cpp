@@ -1,5 +1,6 @@
 #include "print/printerpropertiesdialog.h"
 
+#include "ui/fieldlabel.h"
 #include "ui/negativebutton.h"
 #include "ui/positivebutton.h"
 
@@ -54,7 +55,7 @@ PrinterPropertiesDialog::PrinterPropertiesDialog(const QString &printerName, con
 QComboBox *PrinterPropertiesDialog::addRow(const QString &label, const QString &name) {
     auto *box = new QComboBox(this);
     box->setObjectName(name);
-    auto *buddy = new QLabel(label, this);
+    auto *buddy = new FieldLabel(label, box, this);
     buddy->setBuddy(box);
     const int row = m_form->rowCount();
     m_form->addWidget(buddy, row, 0);

@@ -2,7 +2,6 @@
 
 #include "preferences/tindrapreferences.h"
 #include "print/nativeprinter.h"
-#include "print/previewpicture.h"
 #include "services/tracelog.h"
 #include "ui/snaptoscreen.h"
 #include "ui/uistyler.h"
@@ -12,6 +11,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
+#include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
@@ -187,6 +187,9 @@ void PrintPreviewDialog::enableControls() {
              m_leftMarginValue, m_topMarginValue, m_rightMarginValue, m_bottomMarginValue, m_printGrayscale,
              m_printBorder, m_print})
         control->setEnabled(enabled);
+    const QList<QGroupBox *> groups = findChildren<QGroupBox *>();
+    for (QGroupBox *group : groups)
+        group->setEnabled(enabled); // dims the title
     m_printers->setEnabled(m_printers->count() > 0);
     // Loading and the choice of another scale disable the value where it has no effect; a refresh must not
     // offer it again.
@@ -368,12 +371,27 @@ void PrintPreviewDialog::onUpdatePreview() {
     const QSizeF available = QSizeF(m_previewLabel->size()) - QSizeF(room, room);
     const PreviewLayout layout =
         layOutPreview(pageSettings(), image.size(), m_printer->paperSize(), available);
-    m_previewPixmap = drawPreview(image, layout, m_printBorder->isChecked(), m_printGrayscale->isChecked());
+    m_previewPixmap =
+        m_preview.draw(image, layout, m_printBorder->isChecked(), m_printGrayscale->isChecked());
     m_previewLabel->setPixmap(m_previewPixmap);
     const QLatin1Char blank(' ');
-    m_pages->setText(tr("%0/%1 Pages").arg(m_pageIndex + 1, 0, 10, blank).arg(m_images.size(), 0, 10, blank));
+    const auto pages = [&](int page) {
+        return tr("%0/%1 Pages").arg(page, 0, 10, blank).arg(m_images.size(), 0, 10, blank);
+    };
+    m_pages->setText(pages(m_pageIndex + 1));
+    // The buttons beside it stay where they are while the user turns the pages.
+    m_pages->setMinimumWidth(m_pages->fontMetrics().horizontalAdvance(pages(m_images.size())));
     m_toPrevPage->setEnabled(m_pageIndex > 0);
     m_toNextPage->setEnabled(m_pageIndex + 1 < m_images.size());
+}
+
+// As high as the last one, which has a field to type in, and no lower than designed.
+void PrintPreviewDialog::evenScaleRows(int designed) {
+    const int last = m_scaleLayout->rowCount() - 1;
+    m_scaleCustomValue->ensurePolished();
+    const int height = std::max(designed, m_scaleCustomValue->sizeHint().height());
+    for (int row = 0; row <= last; ++row)
+        m_scaleLayout->setRowMinimumHeight(row, height);
 }
 
 void PrintPreviewDialog::onChangeUiScale(double scale) {
@@ -382,8 +400,7 @@ void PrintPreviewDialog::onChangeUiScale(double scale) {
     m_settings->verticalScrollBar()->setFixedWidth(scaled(ScrollBarWidth));
     m_settingsLayout->setContentsMargins(SettingsLeft, SettingsTop, scaled(SettingsRight),
                                          scaled(SettingsBottom));
-    for (int row = 0; row < m_scaleLayout->rowCount(); ++row)
-        m_scaleLayout->setRowMinimumHeight(row, scaled(ScaleRowHeight));
+    evenScaleRows(scaled(ScaleRowHeight));
     m_settings->viewport()->adjustSize();
     snapToScreen(this);
 }

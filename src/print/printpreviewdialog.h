@@ -1,6 +1,7 @@
 #pragma once
 
 #include "print/pagelayout.h"
+#include "print/previewpicture.h"
 
 #include <QDialog>
 #include <QPixmap>
@@ -84,12 +85,14 @@ private:
     void enableControls();
     void updateMarginRanges();
     PageSettings pageSettings() const;
+    void evenScaleRows(int designed);
     void onChangeUiScale(double scale);
 
     NativePrinter *m_printer = nullptr;
     QTimer m_updateTimer;
     QTimer m_lateTimer;            ///< runs while an answer of the printing system is awaited
     bool m_areSettingsDue = false; ///< the printer's remembered ones, once it is read
+    PreviewPicture m_preview;
     QPixmap m_previewPixmap;
     QVector<QPixmap> m_images;
     int m_pageIndex = 0;

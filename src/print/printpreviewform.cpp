@@ -1,6 +1,7 @@
 // The widgets of the dialog and where they stand; what they do is in printpreviewdialog.cpp.
 #include "print/openlistkeys.h"
 #include "print/printpreviewdialog.h"
+#include "ui/fieldlabel.h"
 #include "ui/negativebutton.h"
 #include "ui/positivebutton.h"
 #include "ui/wheeleater.h"
@@ -99,12 +100,12 @@ void PrintPreviewDialog::addPrinterRows(QVBoxLayout *column) {
     m_printerSettings = named(new QPushButton(tr("Printer settings")), "printerSettings_");
     m_pageSizes = named(new QComboBox, "pageSizes_");
     m_copies = newNumber("copies_", 1, MostCopies);
-    auto *copiesUnit = new QLabel(tr("sheet(s)"));
+    auto *copiesUnit = new FieldLabel(tr("sheet(s)"), m_copies);
     auto *rows = new QGridLayout;
     rows->setSpacing(Spacing);
     rows->setColumnStretch(2, 1);
     const auto addRow = [rows](int row, const QString &label, QWidget *field, int columns) {
-        auto *text = new QLabel(label);
+        auto *text = new FieldLabel(label, field);
         text->setBuddy(field);
         rows->addWidget(text, row, 0);
         rows->addWidget(field, row, 1, 1, columns);
@@ -149,14 +150,17 @@ QWidget *PrintPreviewDialog::buildScale() {
     m_scale->addButton(m_scaleCustom, PageSettings::Custom);
     m_scaleLayout = layoutOf<QGridLayout>(group);
     m_scaleLayout->setSpacing(Spacing / 2);
-    m_scaleLayout->setColumnStretch(1, 1);
-    m_scaleLayout->addWidget(m_scaleFit, 0, 0, 1, 2);
-    m_scaleLayout->addWidget(m_scaleActual, 1, 0, 1, 2);
-    m_scaleLayout->addWidget(m_scaleCustom, 2, 0, 1, 2);
-    auto *label = new QLabel(tr("Value (%)"));
+    m_scaleLayout->addWidget(m_scaleFit, 0, 0);
+    m_scaleLayout->addWidget(m_scaleActual, 1, 0);
+    m_scaleLayout->addWidget(m_scaleCustom, 2, 0);
+    auto *label = new FieldLabel(tr("Value (%)"), m_scaleCustomValue);
     label->setBuddy(m_scaleCustomValue);
-    m_scaleLayout->addWidget(label, 3, 0);
-    m_scaleLayout->addWidget(m_scaleCustomValue, 3, 1, Qt::AlignLeft | Qt::AlignVCenter);
+    auto *value = new QHBoxLayout;
+    value->setSpacing(Spacing);
+    value->addWidget(label);
+    value->addWidget(m_scaleCustomValue);
+    value->addStretch();
+    m_scaleLayout->addLayout(value, 3, 0);
     return group;
 }
 
@@ -181,7 +185,7 @@ QWidget *PrintPreviewDialog::buildMargins() {
     grid->setColumnStretch(3, 1);
     const auto add = [grid](int place, const QString &label, QSpinBox *box) {
         const int column = place % 2 * 2;
-        auto *text = new QLabel(label);
+        auto *text = new FieldLabel(label, box);
         text->setBuddy(box);
         grid->addWidget(text, place / 2, column);
         grid->addWidget(box, place / 2, column + 1);

@@ -20,15 +20,18 @@
 #include <QAbstractSpinBox>
 #include <QAccessible>
 #include <QComboBox>
+#include <QDir>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLibraryInfo>
 #include <QLineEdit>
 #include <QMenu>
+#include <QProcess>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTableWidget>
 #include <QTranslator>
+#include <QtMath>
 
 /// Every window, panel, menu and dialog of the program, in Korean and under the real style sheet at the scale
 /// of this run: no text is cut off, every control has a name for those who do not see it, every control is
@@ -89,6 +92,9 @@ private:
     void openMenu(QMenu *menu, const Visit &visit);
     void openDialog(QDialog &dialog, const Visit &visit);
     std::unique_ptr<QDialog> makeDialog(const QByteArray &name);
+    /// Two captures with something on them; around a part of the newest goes the pen.
+    void addSampleCaptures();
+    void circle(const QPointF &centre, double across, double down);
     std::unique_ptr<PrintPreviewDialog> makePrintDialog();
 
     const char *m_part = nullptr;
@@ -493,7 +499,35 @@ void Tst_Surfaces::showDialog(const Visit &visit) {
     openDialog(*dialog, visit);
 }
 
+void Tst_Surfaces::addSampleCaptures() {
+    const QString file = QDir::temp().filePath("sample.png"_qs);
+    if (!QFile::exists(file))
+        QCOMPARE(QProcess::execute(QStringLiteral(DRAW_SAMPLE), {file}), 0);
+    const QImage sample(file);
+    const QPair<QString, QRect> parts[] = {{"table"_qs, {350, 500, 800, 210}}, {"screen"_qs, sample.rect()}};
+    for (const auto &[name, part] : parts) {
+        const QString path = capture(name);
+        QVERIFY(sample.copy(part).save(path));
+        treat("/path \"%1\" /point 10 10"_qs.arg(path));
+    }
+    circle({1023, 372}, 50, 130);
+}
+
+void Tst_Surfaces::circle(const QPointF &centre, double across, double down) {
+    m_window->onPenSelected(QColor(226, 61, 61));
+    const auto at = [&](int degrees) {
+        const double angle = qDegreesToRadians(double(degrees));
+        return centre + QPointF(across * qCos(angle), down * qSin(angle));
+    };
+    sendMouse(QEvent::MouseButtonPress, at(0));
+    for (int degrees = 5; degrees <= 365; degrees += 5)
+        sendMouse(QEvent::MouseMove, at(degrees));
+    sendMouse(QEvent::MouseButtonRelease, at(365));
+    settle();
+}
+
 std::unique_ptr<PrintPreviewDialog> Tst_Surfaces::makePrintDialog() {
+    addSampleCaptures();
     auto dialog = std::make_unique<PrintPreviewDialog>(m_window.get());
     for (const int row : {0, 1})
         dialog->addImage(list()->rowItem(row)->editor()->flatten(true, false));
@@ -505,7 +539,6 @@ void Tst_Surfaces::showPrint(const Visit &visit) {
     FakePrinters &printers = m_session->platform->printerList;
     if (part != "none")
         printers.add("Office"_qs);
-    drawStroke();
     if (part == "settings") {
         const auto printer = printers.open("Office"_qs);
         PrinterPropertiesDialog dialog("Office"_qs, *printer, printer->defaultMode(), m_window.get());
@@ -519,8 +552,13 @@ void Tst_Surfaces::showPrint(const Visit &visit) {
         dialog->findChild<QAbstractButton *>("printBorder_"_qs)->click();
     }
     openDialog(*dialog, [&](QWidget *window) {
+        auto *pages = window->findChild<QLabel *>("pages_"_qs);
         if (part != "none")
-            QTRY_VERIFY(!window->findChild<QLabel *>("pages_"_qs)->text().isEmpty());
+            QTRY_VERIFY(pages->text().startsWith(QLatin1Char('1')));
+        if (part == "margins") {
+            window->findChild<QAbstractButton *>("toNextPage_"_qs)->click();
+            QTRY_VERIFY(pages->text().startsWith(QLatin1Char('2')));
+        }
         auto *bar = window->findChild<QScrollArea *>()->verticalScrollBar();
         bar->setValue(part == "margins" ? bar->maximum() : 0);
         settle();

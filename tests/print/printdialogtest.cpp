@@ -43,6 +43,14 @@ PrintPreviewDialog *PrintDialogTest::open(const QVector<QSize> &images) {
     return m_dialog.get();
 }
 
+QLabel *PrintDialogTest::labelOf(const char *field) const {
+    const QList<QLabel *> labels = m_dialog->findChildren<QLabel *>();
+    const auto found = std::find_if(labels.begin(), labels.end(), [&](const QLabel *label) {
+        return label->buddy() && label->buddy()->objectName() == QLatin1String(field);
+    });
+    return found == labels.end() ? (qFatal("no label of %s", field), nullptr) : *found;
+}
+
 QRect PrintDialogTest::shown(const QColor &color) const {
     const QImage image = preview();
     QRect area;

@@ -33,6 +33,7 @@ protected:
     QSpinBox *number(const char *name) const { return child<QSpinBox>(name); }
     QComboBox *list(const char *name) const { return child<QComboBox>(name); }
     QAbstractButton *button(const char *name) const { return child<QAbstractButton>(name); }
+    QLabel *labelOf(const char *field) const;
     QString pages() const { return child<QLabel>("pages_")->text(); }
     QImage preview() const { return child<QLabel>("previewLabel_")->pixmap(Qt::ReturnByValue).toImage(); }
     /// Where that colour is in the preview; null when it is nowhere.

@@ -45,7 +45,33 @@ PageSettings withMargins(PageSettings page, int left, int top, int right, int bo
 const QSizeF Paper(800, 1000);
 const QRectF Printable(20, 30, 740, 920);
 
+// Where an image of a row goes on the paper, or in the preview.
+
+void addPlacementColumns() {
+    QTest::addColumn<PageSettings>("page");
+    QTest::addColumn<QSizeF>("image");
+    QTest::addColumn<QRectF>("target");
+    QTest::addColumn<QRectF>("source");
+}
+
+void row(const char *name, const PageSettings &page, const QSizeF &image, const QRectF &target,
+         const QRectF &source) {
+    QTest::newRow(name) << page << image << target << source;
+}
+
+template <typename LayOut> void expectPlacement(LayOut layOut) {
+    QFETCH(PageSettings, page);
+    QFETCH(QSizeF, image);
+    QFETCH(QRectF, target);
+    QFETCH(QRectF, source);
+    const ImagePlacement placement = layOut(page, image);
+    QVERIFY2(isNear(placement.target, target), told(placement.target).constData());
+    QVERIFY2(isNear(placement.source, source), told(placement.source).constData());
+}
+
 } // namespace
+
+Q_DECLARE_METATYPE(PageSettings)
 
 class Tst_PageLayout : public QObject {
     Q_OBJECT
@@ -97,47 +123,35 @@ void Tst_PageLayout::scaleOfAnImage() {
 }
 
 void Tst_PageLayout::printedImage_data() {
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<int>("value");
-    QTest::addColumn<bool>("horizontal");
-    QTest::addColumn<bool>("vertical");
-    QTest::addColumn<QSizeF>("image");
-    QTest::addColumn<QRectF>("target");
-    QTest::addColumn<QRectF>("source");
-    const auto row = [](const char *name, int mode, int value, bool horizontal, bool vertical,
-                        const QSizeF &image, const QRectF &target, const QRectF &source) {
-        QTest::newRow(name) << mode << value << horizontal << vertical << image << target << source;
-    };
-    row("fit, wide", 0, 100, false, false, {1480, 460}, {0, 0, 740, 230}, {0, 0, 1480, 460});
-    row("fit, high", 0, 100, false, false, {100, 1840}, {0, 0, 50, 920}, {0, 0, 100, 1840});
-    row("fit enlarges", 0, 100, false, false, {74, 23}, {0, 0, 740, 230}, {0, 0, 74, 23});
-    row("fit, centred", 0, 100, true, true, {1480, 460}, {0, 345, 740, 230}, {0, 0, 1480, 460});
-    row("actual", 1, 100, false, false, {96, 48}, {0, 0, 96, 48}, {0, 0, 96, 48});
-    row("actual, centred", 1, 100, true, true, {100, 50}, {320, 435, 100, 50}, {0, 0, 100, 50});
-    row("actual, centred across", 1, 100, true, false, {100, 50}, {320, 0, 100, 50}, {0, 0, 100, 50});
-    row("actual, centred down", 1, 100, false, true, {100, 50}, {0, 435, 100, 50}, {0, 0, 100, 50});
-    row("actual, cropped", 1, 100, false, false, {1000, 2000}, {0, 0, 740, 920}, {0, 0, 740, 920});
-    row("actual, cropped, centred", 1, 100, true, true, {1000, 2000}, {0, 0, 740, 920}, {130, 540, 740, 920});
-    row("actual, cropped across only", 1, 100, true, true, {1000, 100}, {0, 410, 740, 100},
-        {130, 0, 740, 100});
-    row("custom, half", 2, 50, false, false, {100, 50}, {0, 0, 50, 25}, {0, 0, 100, 50});
-    row("custom, cropped", 2, 800, false, false, {100, 300}, {0, 0, 740, 920}, {0, 0, 92.5, 115});
-    row("custom, cropped, centred", 2, 800, true, true, {100, 300}, {0, 0, 740, 920},
-        {3.75, 92.5, 92.5, 115});
+    addPlacementColumns();
+    row("fit, wide", settings(PageSettings::Fit), {1480, 460}, {0, 0, 740, 230}, {0, 0, 1480, 460});
+    row("fit, high", settings(PageSettings::Fit), {100, 1840}, {0, 0, 50, 920}, {0, 0, 100, 1840});
+    row("fit enlarges", settings(PageSettings::Fit), {74, 23}, {0, 0, 740, 230}, {0, 0, 74, 23});
+    row("fit, centred", settings(PageSettings::Fit, 100, true, true), {1480, 460}, {0, 345, 740, 230},
+        {0, 0, 1480, 460});
+    row("actual", settings(PageSettings::Actual), {96, 48}, {0, 0, 96, 48}, {0, 0, 96, 48});
+    row("actual, centred", settings(PageSettings::Actual, 100, true, true), {100, 50}, {320, 435, 100, 50},
+        {0, 0, 100, 50});
+    row("actual, centred across", settings(PageSettings::Actual, 100, true, false), {100, 50},
+        {320, 0, 100, 50}, {0, 0, 100, 50});
+    row("actual, centred down", settings(PageSettings::Actual, 100, false, true), {100, 50},
+        {0, 435, 100, 50}, {0, 0, 100, 50});
+    row("actual, cropped", settings(PageSettings::Actual), {1000, 2000}, {0, 0, 740, 920}, {0, 0, 740, 920});
+    row("actual, cropped, centred", settings(PageSettings::Actual, 100, true, true), {1000, 2000},
+        {0, 0, 740, 920}, {130, 540, 740, 920});
+    row("actual, cropped across only", settings(PageSettings::Actual, 100, true, true), {1000, 100},
+        {0, 410, 740, 100}, {130, 0, 740, 100});
+    row("custom, half", settings(PageSettings::Custom, 50), {100, 50}, {0, 0, 50, 25}, {0, 0, 100, 50});
+    row("custom, cropped", settings(PageSettings::Custom, 800), {100, 300}, {0, 0, 740, 920},
+        {0, 0, 92.5, 115});
+    row("custom, cropped, centred", settings(PageSettings::Custom, 800, true, true), {100, 300},
+        {0, 0, 740, 920}, {3.75, 92.5, 92.5, 115});
 }
 
 void Tst_PageLayout::printedImage() {
-    QFETCH(int, mode);
-    QFETCH(int, value);
-    QFETCH(bool, horizontal);
-    QFETCH(bool, vertical);
-    QFETCH(QSizeF, image);
-    QFETCH(QRectF, target);
-    QFETCH(QRectF, source);
-    const PageSettings page = settings(static_cast<PageSettings::Scale>(mode), value, horizontal, vertical);
-    const ImagePlacement placement = layOutPage(page, image, Printable, Paper);
-    QVERIFY2(isNear(placement.target, target), told(placement.target).constData());
-    QVERIFY2(isNear(placement.source, source), told(placement.source).constData());
+    expectPlacement([](const PageSettings &page, const QSizeF &image) {
+        return layOutPage(page, image, Printable, Paper);
+    });
 }
 
 void Tst_PageLayout::printedMargins_data() {
@@ -244,42 +258,27 @@ void Tst_PageLayout::previewMargins() {
 }
 
 void Tst_PageLayout::previewedImage_data() {
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<int>("value");
-    QTest::addColumn<bool>("horizontal");
-    QTest::addColumn<bool>("vertical");
-    QTest::addColumn<QSizeF>("image");
-    QTest::addColumn<QRectF>("target");
-    QTest::addColumn<QRectF>("source");
-    const auto row = [](const char *name, int mode, int value, bool horizontal, bool vertical,
-                        const QSizeF &image, const QRectF &target, const QRectF &source) {
-        QTest::newRow(name) << mode << value << horizontal << vertical << image << target << source;
-    };
+    addPlacementColumns();
     // A square sheet of 1000 at half its size: 500 by 500.
-    row("fit", 0, 100, false, false, {1000, 500}, {0.5, 0.5, 499, 249}, {0, 0, 1000, 500});
-    row("fit, centred", 0, 100, true, true, {1000, 500}, {0.5, 125.5, 499, 249}, {0, 0, 1000, 500});
-    row("actual", 1, 100, false, false, {200, 100}, {0.5, 0.5, 99, 49}, {0, 0, 200, 100});
-    row("actual, centred", 1, 100, true, true, {200, 100}, {200.5, 225.5, 99, 49}, {0, 0, 200, 100});
-    row("actual, cropped", 1, 100, false, false, {2000, 100}, {0.5, 0.5, 499, 49}, {0, 0, 1000, 100});
-    row("actual, cropped, centred", 1, 100, true, true, {2000, 3000}, {0.5, 0.5, 499, 499},
-        {500, 1000, 1000, 1000});
-    row("custom", 2, 50, false, false, {200, 100}, {0.5, 0.5, 49, 24}, {0, 0, 200, 100});
-    row("custom, cropped, centred", 2, 800, true, true, {200, 100}, {0.5, 50.5, 499, 399},
-        {37.5, 0, 125, 100});
+    row("fit", settings(PageSettings::Fit), {1000, 500}, {0.5, 0.5, 499, 249}, {0, 0, 1000, 500});
+    row("fit, centred", settings(PageSettings::Fit, 100, true, true), {1000, 500}, {0.5, 125.5, 499, 249},
+        {0, 0, 1000, 500});
+    row("actual", settings(PageSettings::Actual), {200, 100}, {0.5, 0.5, 99, 49}, {0, 0, 200, 100});
+    row("actual, centred", settings(PageSettings::Actual, 100, true, true), {200, 100},
+        {200.5, 225.5, 99, 49}, {0, 0, 200, 100});
+    row("actual, cropped", settings(PageSettings::Actual), {2000, 100}, {0.5, 0.5, 499, 49},
+        {0, 0, 1000, 100});
+    row("actual, cropped, centred", settings(PageSettings::Actual, 100, true, true), {2000, 3000},
+        {0.5, 0.5, 499, 499}, {500, 1000, 1000, 1000});
+    row("custom", settings(PageSettings::Custom, 50), {200, 100}, {0.5, 0.5, 49, 24}, {0, 0, 200, 100});
+    row("custom, cropped, centred", settings(PageSettings::Custom, 800, true, true), {200, 100},
+        {0.5, 50.5, 499, 399}, {37.5, 0, 125, 100});
 }
 
 void Tst_PageLayout::previewedImage() {
-    QFETCH(int, mode);
-    QFETCH(int, value);
-    QFETCH(bool, horizontal);
-    QFETCH(bool, vertical);
-    QFETCH(QSizeF, image);
-    QFETCH(QRectF, target);
-    QFETCH(QRectF, source);
-    const PageSettings page = settings(static_cast<PageSettings::Scale>(mode), value, horizontal, vertical);
-    const PreviewLayout layout = layOutPreview(page, image, {1000, 1000}, {500, 600});
-    QVERIFY2(isNear(layout.image.target, target), told(layout.image.target).constData());
-    QVERIFY2(isNear(layout.image.source, source), told(layout.image.source).constData());
+    expectPlacement([](const PageSettings &page, const QSizeF &image) {
+        return layOutPreview(page, image, {1000, 1000}, {500, 600}).image;
+    });
 }
 
 void Tst_PageLayout::sameProportionsWhereTheUsersMarginsAreWider() {

@@ -20,6 +20,8 @@ private slots:
 
     void texts();
     void window();
+    void rowsOfTheScaleAreEven_data();
+    void rowsOfTheScaleAreEven();
     void rangesOfNumbers();
     void wheelScrollsNothing_data();
     void wheelScrollsNothing();
@@ -35,6 +37,7 @@ private slots:
     void cancelledPropertiesChangeNothing();
     void oneImageHasOnePage();
     void pagesAreTurned();
+    void buttonsStayWhilePagesAreTurned();
     void anotherPrinterBeginsAtTheFirstPage();
     void previewShowsTheImage();
     void borderIsShown();
@@ -94,9 +97,26 @@ void Tst_PrintPreviewDialog::window() {
     QCOMPARE(m_dialog->size(), QSize(670, 550));
     QCOMPARE(child("print_")->width(), 120 + 2); // and the border
     QCOMPARE(child("cancel_")->width(), 120 + 2);
-    const int distance = child("scaleActual_")->y() - child("scaleFit_")->y();
-    QVERIFY2(distance >= 24, qPrintable(QString::number(distance)));
-    QCOMPARE(child("scaleCustom_")->y() - child("scaleActual_")->y(), distance);
+}
+
+void Tst_PrintPreviewDialog::rowsOfTheScaleAreEven_data() {
+    QTest::addColumn<double>("scale");
+    QTest::newRow("100 %") << 1.0;
+    QTest::newRow("150 %") << 1.5;
+    QTest::newRow("200 %") << 2.0;
+}
+
+void Tst_PrintPreviewDialog::rowsOfTheScaleAreEven() {
+    QFETCH(double, scale);
+    open();
+    UIStyler::applyScale(m_dialog.get(), scale);
+    settle();
+    const auto middle = [this](const char *name) { return child(name)->geometry().center().y(); };
+    const int distance = middle("scaleActual_") - middle("scaleFit_");
+    QVERIFY2(distance >= int(24 * scale), qPrintable(QString::number(distance)));
+    QVERIFY2(distance >= number("scaleCustomValue_")->height(), qPrintable(QString::number(distance)));
+    QVERIFY(qAbs(middle("scaleCustom_") - middle("scaleActual_") - distance) <= 1);
+    QVERIFY(qAbs(middle("scaleCustomValue_") - middle("scaleCustom_") - distance) <= 1);
 }
 
 void Tst_PrintPreviewDialog::rangesOfNumbers() {
@@ -235,9 +255,12 @@ void Tst_PrintPreviewDialog::grayReachesThePrinterAndThePreview() {
 
 void Tst_PrintPreviewDialog::customValueNeedsCustomScale() {
     open();
+    const QLabel *name = labelOf("scaleCustomValue_");
     QVERIFY(!number("scaleCustomValue_")->isEnabled());
+    QVERIFY(!name->isEnabled());
     button("scaleCustom_")->click();
     QVERIFY(number("scaleCustomValue_")->isEnabled());
+    QVERIFY(name->isEnabled());
     const int width = shown(Qt::red).width();
     number("scaleCustomValue_")->setValue(50);
     QVERIFY(shown(Qt::red).width() < width); // at once
@@ -309,6 +332,19 @@ void Tst_PrintPreviewDialog::pagesAreTurned() {
     button("toPrevPage_")->click();
     QMetaObject::invokeMethod(m_dialog.get(), "onClickToPrevPage");
     expect("1/3 Pages", Qt::red, false, true);
+}
+
+void Tst_PrintPreviewDialog::buttonsStayWhilePagesAreTurned() {
+    open(QVector<QSize>(100, {10, 10}));
+    settle();
+    const QPoint next = button("toNextPage_")->pos();
+    for (const char *page : {"10/100 Pages", "100/100 Pages"}) {
+        while (pages() != QLatin1String(page)) {
+            button("toNextPage_")->click();
+            settle();
+        }
+        QCOMPARE(button("toNextPage_")->pos(), next);
+    }
 }
 
 void Tst_PrintPreviewDialog::anotherPrinterBeginsAtTheFirstPage() {

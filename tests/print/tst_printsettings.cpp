@@ -3,6 +3,8 @@
 #include "services/tracelog.h"
 #include "support/modalanswers.h"
 
+#include <QGroupBox>
+
 namespace {
 
 const QVector<const char *> Settings = {"pageSizes_",
@@ -132,6 +134,10 @@ void Tst_PrintSettings::noPrinterLeavesOnlyCancel() {
     for (const char *name : Settings)
         QVERIFY2(!child(name)->isEnabled(), name);
     QVERIFY(!list("printers_")->isEnabled());
+    for (const char *name : {"printers_", "pageSizes_", "copies_", "bottomMarginValue_"})
+        QVERIFY2(!labelOf(name)->isEnabled(), name);
+    for (const QGroupBox *group : m_dialog->findChildren<QGroupBox *>())
+        QVERIFY(!group->isEnabled());
     QVERIFY(!number("scaleCustomValue_")->isEnabled());
     QVERIFY(button("scaleFit_")->isChecked());
     for (const char *margin : Margins)
