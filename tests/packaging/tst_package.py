@@ -115,6 +115,7 @@ class Package(unittest.TestCase):
     def test_they_run(self):
         self.assertEqual(output(self.root / "usr/bin/tindra-editor", "--version"), f"Tindra {VERSION}\n")
         self.assertIn("--open", self.help_of("tindra-send"))
+        self.assertEqual((self.root / "usr/bin/tindra-send").read_text().splitlines()[0], "#!/usr/bin/python3")
 
     def test_the_program_finds_its_companions_beside_itself(self):
         link = self.root / "usr/bin/tindra-editor"
