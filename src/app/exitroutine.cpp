@@ -4,7 +4,6 @@
 #include "history/historywidget.h"
 #include "ipc/capturemessages.h"
 #include "preferences/tindrapreferences.h"
-#include "services/workfolder.h"
 #include "ui/messagedialog.h"
 #include "ui/windowplacement.h"
 
@@ -89,6 +88,11 @@ void ExitRoutine::endSession() {
     leave(End::Session);
 }
 
+QStringList ExitRoutine::keptPictures() {
+    const QStringList notWritten = m_history->SavePinnedHistories();
+    return notWritten + m_history->pinnedFilePaths();
+}
+
 // Pinned captures are written before the files that they come from go. Order matters to those who watch too:
 // first nothing more is taken on, then files, then the settings, then the services, then the end of the loop.
 // A desktop that ends may not wait that long, so there the settings come first: files that are left over come
@@ -96,11 +100,10 @@ void ExitRoutine::endSession() {
 void ExitRoutine::leave(End end) {
     m_left = true;
     // Listed before the door closes: what comes into the folder afterwards is the next editor's.
-    const QStringList files = end == End::Kill ? QStringList() : filesToClear();
+    QStringList files = end == End::Kill ? QStringList() : filesToClear() + m_history->imageFiles();
     emit leaving();
-    // The folder's content is that of another editor otherwise.
-    if (end != End::Kill && ownsWorkFolder())
-        m_history->SavePinnedHistories();
+    if (end != End::Kill)
+        files = withoutFiles(files, keptPictures());
     if (end == End::Exit)
         removeTemporaryFiles(files);
     TindraPreferences::instance()->SaveAll();

@@ -42,6 +42,8 @@ private:
     bool confirm();
     bool askAboutUnsavedImages();
     void leave(End end);
+    /// Writes the pinned captures. Returns the files from which the next start, or the user, gets them back.
+    QStringList keptPictures();
 
     QWidget *m_window;
     HistoryWidget *m_history;

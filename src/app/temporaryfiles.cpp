@@ -41,6 +41,13 @@ QStringList pluginFolders(const QDir &folder) {
                             QDir::Dirs | QDir::NoSymLinks | QDir::Hidden);
 }
 
+/// Whether the file lies in the folder, of which the canonical path is given, or below it. A link counts
+/// where it lies itself.
+bool liesIn(const QString &folder, const QString &file) {
+    const QString own = QFileInfo(QFileInfo(file).absolutePath()).canonicalFilePath();
+    return !folder.isEmpty() && (own == folder || own.startsWith(folder + QLatin1Char('/')));
+}
+
 } // namespace
 
 QStringList temporaryCaptures() {
@@ -67,12 +74,40 @@ QStringList filesToClear() {
     return files;
 }
 
+QStringList withoutFiles(const QStringList &paths, const QStringList &known) {
+    if (known.isEmpty())
+        return paths;
+    const QStringList knownFiles = canonicalFiles(known);
+    QStringList others;
+    for (const QString &path : paths) {
+        const QString file = QFileInfo(path).canonicalFilePath();
+        if (file.isEmpty() || !knownFiles.contains(file))
+            others.append(path);
+    }
+    return others;
+}
+
+QStringList canonicalFiles(const QStringList &paths) {
+    QStringList files;
+    for (const QString &path : paths)
+        files.append(QFileInfo(path).canonicalFilePath());
+    return files;
+}
+
 void removeTemporaryFiles(const QStringList &files) {
     const QString path = workFolder();
-    if (path.isEmpty() || !ownsWorkFolder())
-        return;
-    for (const QString &file : withoutNumbers(files))
+    const bool clearsFolder = !path.isEmpty() && ownsWorkFolder();
+    const QString realFolder = QFileInfo(path).canonicalFilePath();
+    QStringList inFolder;
+    QStringList removable;
+    for (const QString &file : files)
+        (liesIn(realFolder, file) ? inFolder : removable).append(file);
+    if (clearsFolder)
+        removable += withoutNumbers(inFolder);
+    for (const QString &file : qAsConst(removable))
         QFile::remove(file);
+    if (!clearsFolder)
+        return;
     const QDir folder(path);
     const QStringList folders = pluginFolders(folder);
     for (const QString &name : folders)

@@ -58,26 +58,6 @@ QRect availableAt(const QPoint &point) {
     return (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry();
 }
 
-QStringList canonical(const QStringList &paths) {
-    QStringList files;
-    for (const QString &path : paths)
-        files.append(QFileInfo(path).canonicalFilePath());
-    return files;
-}
-
-/// The paths that name none of the files `known`, however those are spelled.
-QStringList without(const QStringList &paths, const QStringList &known) {
-    if (known.isEmpty())
-        return paths;
-    const QStringList knownFiles = canonical(known);
-    QStringList others;
-    for (const QString &path : paths) {
-        if (!knownFiles.contains(QFileInfo(path).canonicalFilePath()))
-            others.append(path);
-    }
-    return others;
-}
-
 } // namespace
 
 TindraEditor::TindraEditor(QWidget *parent)
@@ -249,7 +229,7 @@ void TindraEditor::restoreHistories() {
     // The first command line may have brought a capture already; it lies in the work folder too, and it
     // stays in front.
     HistoryListWidgetItem *const shown = m_history->currentItem();
-    QStringList leftOvers = without(temporaryCaptures(), m_history->imageKeys());
+    QStringList leftOvers = withoutFiles(temporaryCaptures(), m_history->imageKeys());
     if (!leftOvers.isEmpty())
         m_capturesRestored = true;
 
@@ -259,7 +239,7 @@ void TindraEditor::restoreHistories() {
     // Where the oldest captures make room for new ones, the newest are those that stay in the end.
     if (TindraPreferences::instance()->GetBool(TindraPreferences::AutoHistoryDelete, false))
         leftOvers = leftOvers.mid(qMax(0, leftOvers.size() - m_history->freeRows()));
-    m_leftOvers = canonical(leftOvers.mid(0, m_history->freeRows()));
+    m_leftOvers = canonicalFiles(leftOvers.mid(0, m_history->freeRows()));
     allRead = restoreCaptures(leftOvers) && allRead;
 
     if (shown)

@@ -3,6 +3,7 @@
 #include "canvas/editor.h"
 #include "history/historybuttonwidget.h"
 #include "history/historylistwidgetitem.h"
+#include "ipc/imageprovider.h"
 #include "output/clipboard.h"
 #include "output/confirmdeletedialog.h"
 #include "preferences/tindrapreferences.h"
@@ -11,6 +12,7 @@
 #include "ui/uistyler.h"
 
 #include <QDesktopServices>
+#include <QFileInfo>
 #include <QPointer>
 #include <QSignalBlocker>
 #include <QUrl>
@@ -55,6 +57,11 @@ HistoryButtonWidget *HistoryListWidget::rowWidget(const HistoryListWidgetItem *i
 void HistoryListWidget::insertImage(const QString &key, bool selected, int row) {
     auto *editor = new Editor(this);
     editor->setImageKey(key);
+    connect(editor, &Editor::imageSaved, this, [this, editor](bool saved) {
+        const QString file = QFileInfo(editor->savedPath()).canonicalFilePath();
+        if (saved && !file.isEmpty())
+            m_savedFiles.insert(file);
+    });
     insertHistory(History(editor), selected, row);
 }
 
@@ -140,18 +147,29 @@ bool HistoryListWidget::confirmRemoval(HistoryListWidgetItem *item) {
 // nobody asked for.
 void HistoryListWidget::takeRow(HistoryListWidgetItem *item, bool destroy) {
     const QSignalBlocker oneChangeOnly(this);
-    if (destroy) {
-        // It deletes its file itself, after it has closed what is open in it.
-        Editor *editor = item->editor();
-        editor->setParent(nullptr);
-        delete editor;
-    }
+    if (destroy)
+        endScene(item->editor());
     if (HistoryButtonWidget *widget = rowWidget(item)) {
         widget->detach();
         widget->close();
     }
     removeItemWidget(item);
     delete takeItem(row(item));
+}
+
+void HistoryListWidget::endScene(Editor *editor) {
+    if (!ownsImageFile(editor)) {
+        ImageProvider::instance()->forget(editor->imageKey());
+        editor->abandonImage();
+    }
+    // It deletes its file itself, after it has closed what is open in it.
+    editor->setParent(nullptr);
+    delete editor;
+}
+
+bool HistoryListWidget::ownsImageFile(const Editor *editor) const {
+    const QFileInfo file(editor->imageKey());
+    return file.isAbsolute() && !m_savedFiles.contains(file.canonicalFilePath());
 }
 
 int HistoryListWidget::pinnedCount(const HistoryListWidgetItem *ignoredItem) const {

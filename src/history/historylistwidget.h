@@ -4,6 +4,7 @@
 #include "history/historyselectmode.h"
 
 #include <QListWidget>
+#include <QSet>
 #include <QVector>
 
 class Editor;
@@ -13,9 +14,9 @@ class HistoryListWidgetItem;
 /// The list of captures: rows, their order, selection, check boxes and pins.
 ///
 /// Every row owns its scene: `insertImage` makes it, `removeItem` with `destroy` ends it and its image
-/// file. When the list itself goes, the scenes go and the files stay, because only a normal exit clears
-/// them away. Pinned rows stand first, the others follow, newest first. An item may vanish while a dialog
-/// is open; keep its `Editor` in a `QPointer` and ask `itemOf`.
+/// file, unless a save has written over that. When the list itself goes, the scenes go and the files stay,
+/// because only a normal exit clears them away. Pinned rows stand first, the others follow, newest first. An
+/// item may vanish while a dialog is open; keep its `Editor` in a `QPointer` and ask `itemOf`.
 class HistoryListWidget : public QListWidget {
     Q_OBJECT
 public:
@@ -43,6 +44,9 @@ public:
     /// The first selected row, or null.
     HistoryListWidgetItem *selectedItem() const;
     HistoryButtonWidget *rowWidget(const HistoryListWidgetItem *item) const;
+    /// Whether the image of that scene is a file that goes with its row. One that was saved to is the user's,
+    /// though a capture came from it.
+    bool ownsImageFile(const Editor *editor) const;
 
 signals:
     void changeSelectionMode(HistorySelectMode mode);
@@ -73,7 +77,9 @@ private:
     void connectRow(HistoryButtonWidget *widget, Editor *editor);
     bool confirmRemoval(HistoryListWidgetItem *item);
     void takeRow(HistoryListWidgetItem *item, bool destroy);
+    void endScene(Editor *editor);
     void replaceRow(HistoryListWidgetItem *item, int target);
 
     HistorySelectMode m_selectionMode = HistorySelectModes::Normal;
+    QSet<QString> m_savedFiles; ///< canonical paths, also of rows that are gone
 };

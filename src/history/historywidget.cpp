@@ -161,6 +161,16 @@ QStringList HistoryWidget::imageKeys() const {
     return keys;
 }
 
+QStringList HistoryWidget::imageFiles() const {
+    QStringList files;
+    for (int row = 0; row < m_historyListWidget->count(); ++row) {
+        const Editor *editor = m_historyListWidget->rowItem(row)->editor();
+        if (m_historyListWidget->ownsImageFile(editor))
+            files.append(editor->imageKey());
+    }
+    return files;
+}
+
 void HistoryWidget::removeOldestImage() {
     m_historyListWidget->removeItem(m_historyListWidget->rowItem(m_historyListWidget->count() - 1), false,
                                     true);

@@ -39,6 +39,8 @@ public:
     HistoryListWidgetItem *itemOfFile(const QString &file) const;
     /// Of all rows, top to bottom.
     QStringList imageKeys() const;
+    /// The files that go with their rows, wherever they lie.
+    QStringList imageFiles() const;
     /// Takes the last row away without asking.
     void removeOldestImage();
     void clearSelection();
@@ -60,8 +62,10 @@ public:
 
     /// Writes the picture of each pinned row, without drawings and crop, to the folder of pinned captures,
     /// which holds nothing else afterwards. Where that cannot be written, the capture's own file is moved
-    /// there; what cannot be read is left out.
-    void SavePinnedHistories();
+    /// there; what cannot be read is left out. Does nothing while another editor has the work folder.
+    ///
+    /// Returns the files of those pinned captures that could not be kept so: the only place where they are.
+    QStringList SavePinnedHistories();
     /// The files in the folder of pinned captures.
     QStringList pinnedFilePaths() const;
     void removePinnedFiles();
@@ -107,6 +111,9 @@ private:
     bool confirmDeletion();
     /// What a command for many captures means now: the checked rows in select mode, else all of them.
     QVector<QPointer<Editor>> capturesMeant() const;
+    /// The folder of pinned captures, ready for new ones; empty when it cannot be had.
+    QString emptiedPinFolder();
+    bool savePin(Editor *editor, const QString &path) const;
     void deleteCaptures(const QVector<QPointer<Editor>> &captures);
 
     SaveFlow m_saveFlow;

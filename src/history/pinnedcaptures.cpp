@@ -15,6 +15,7 @@
 namespace {
 
 const QLatin1String PinFolder("/pin");
+const auto SaveTag = QStringLiteral("SavePinnedHistories");
 constexpr QFileDevice::Permissions PrivateFile = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 
 QString numberedPath(const QString &folder, int number) {
@@ -30,37 +31,54 @@ QStringList unfinishedFiles(const QDir &folder) {
     return paths;
 }
 
-/// The picture as it was captured becomes the pinned one, for which even a full disk has room.
-void keepAsPin(const Editor *editor, const QString &path) {
-    if (!editor->imageExists() || editor->imageRect().isEmpty())
-        return;
-    if (QFile::rename(editor->imageKey(), path))
-        QFile::setPermissions(path, PrivateFile);
+/// Whether there is a picture in the capture's file; a broken one is nothing to come back to.
+bool hasReadableFile(const Editor *editor) {
+    return editor->imageExists() && !editor->imageRect().isEmpty();
+}
+
+bool moveToPin(const Editor *editor, const QString &path) {
+    if (!QFile::rename(editor->imageKey(), path))
+        return false;
+    QFile::setPermissions(path, PrivateFile);
+    return true;
 }
 
 } // namespace
 
-void HistoryWidget::SavePinnedHistories() {
-    const QString tag = QStringLiteral("SavePinnedHistories");
-    removePinnedFiles();
+QStringList HistoryWidget::SavePinnedHistories() {
+    const QString folder = emptiedPinFolder();
+    const int pinned = m_historyListWidget->pinnedCount(nullptr);
+    QStringList notKept;
+    for (int row = 0; row < pinned; ++row) {
+        Editor *editor = m_historyListWidget->rowItem(row)->editor();
+        const bool isKept = !folder.isEmpty() && savePin(editor, numberedPath(folder, row));
+        if (!isKept && hasReadableFile(editor))
+            notKept.append(editor->imageKey());
+    }
+    return notKept;
+}
+
+bool HistoryWidget::savePin(Editor *editor, const QString &path) const {
+    trace(2, SaveTag, "%ls", path.utf16());
+    if (editor->savePinImage(path))
+        return true;
+    trace(1, SaveTag, "Failed to save [%ls]", path.utf16());
+    // The picture as it was captured becomes the pinned one, for which even a full disk has room.
+    return m_historyListWidget->ownsImageFile(editor) && hasReadableFile(editor) && moveToPin(editor, path);
+}
+
+QString HistoryWidget::emptiedPinFolder() {
     const QString work = workFolder();
     if (work.isEmpty()) {
-        trace(1, tag, "Cannot access any temp path");
-        return;
+        trace(1, SaveTag, "Cannot access any temp path");
+        return QString();
     }
+    // The pictures there are those of another editor otherwise.
+    if (!ownsWorkFolder())
+        return QString();
+    removePinnedFiles();
     const QString folder = work + PinFolder;
-    if (!platform::makePrivateFolder(folder))
-        return;
-    const int pinned = m_historyListWidget->pinnedCount(nullptr);
-    for (int row = 0; row < pinned; ++row) {
-        const QString path = numberedPath(folder, row);
-        trace(2, tag, "%ls", path.utf16());
-        Editor *editor = m_historyListWidget->rowItem(row)->editor();
-        if (!editor->savePinImage(path)) {
-            trace(1, tag, "Failed to save [%ls]", path.utf16());
-            keepAsPin(editor, path);
-        }
-    }
+    return platform::makePrivateFolder(folder) ? folder : QString();
 }
 
 QStringList HistoryWidget::pinnedFilePaths() const {

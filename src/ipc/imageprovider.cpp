@@ -113,10 +113,14 @@ bool ImageProvider::remove(const QString &path) {
     // A relative one is the key of an image in memory; a file of that name is somebody else's.
     if (QFileInfo(path).isAbsolute())
         QFile::remove(path);
+    forget(path);
+    return true;
+}
+
+void ImageProvider::forget(const QString &path) {
     dropFromMemory(path);
     if (path == m_currentPath)
         forgetCurrent();
-    return true;
 }
 
 void ImageProvider::forgetCurrent() {

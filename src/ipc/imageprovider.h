@@ -29,6 +29,8 @@ public:
     bool insert(const QString &key, const QPixmap &pixmap);
     /// Forgets the image, and deletes the file when the path is an absolute one.
     bool remove(const QString &path);
+    /// Forgets the image and leaves its file where it is.
+    void forget(const QString &path);
     /// Forgets an image held in memory; false if there is none.
     bool dropFromMemory(const QString &path);
     /// Whether the key is an absolute path of an existing file.

@@ -15,6 +15,8 @@ private slots:
     void exitKeepsPinnedCapturesOnly();
     void orderOfPinsTurnsAtEachRestart();
     void endOfTheSessionKeepsPins();
+    void pinsOfCapturesFromElsewhereComeBack();
+    void pinsOutliveARowThatShowsOneOfTheirFiles();
     void killKeepsTheFilesAndTheOldPins();
     void crashBringsEverythingBack();
     void unpinnedCaptureIsGoneAfterAnExit();
@@ -127,6 +129,41 @@ void Tst_CaptureRecovery::endOfTheSessionKeepsPins() {
     quietStart();
     QCOMPARE(widths(), Widths{12});
     QVERIFY(isPinned(0));
+}
+
+void Tst_CaptureRecovery::pinsOfCapturesFromElsewhereComeBack() {
+    addWide(11);
+    pin(0);
+    const QString outside = m_target->filePath("outside.png"_qs);
+    QVERIFY(QFile::rename(capture("x"_qs, {12, 5}), outside));
+    treat("/skip /path "_qs + outside);
+    pin(1);
+    QCOMPARE(widths(), (Widths{12, 11}));
+    // Twice: what comes back is a copy in the work folder, and its picture has to be kept again.
+    for (const Widths &expected : {Widths{11, 12}, Widths{12, 11}}) {
+        exit();
+        QVERIFY(!QFile::exists(outside));
+        QCOMPARE(filesIn({}), QStringList());
+        QCOMPARE(filesIn("/pin"_qs), (QStringList{"0.png"_qs, "1.png"_qs}));
+        quietStart();
+        QCOMPARE(widths(), expected);
+        QCOMPARE(pinnedRows(), 2);
+    }
+}
+
+// Under the name of such a row's file another picture stands by the time the rows' files go.
+void Tst_CaptureRecovery::pinsOutliveARowThatShowsOneOfTheirFiles() {
+    addWide(11);
+    pin(0);
+    exit();
+    start();
+    treat("/skip /path "_qs + workFolder() + "/pin/../pin/0.png"_qs);
+    QCOMPARE(widths(), (Widths{11, 11}));
+    QCOMPARE(pinnedRows(), 1);
+    exit();
+    quietStart();
+    QCOMPARE(widths(), Widths{11});
+    QCOMPARE(pinnedRows(), 1);
 }
 
 void Tst_CaptureRecovery::killKeepsTheFilesAndTheOldPins() {

@@ -1,4 +1,5 @@
 #include "app/windowtest.h"
+#include "history/historybuttonwidget.h"
 #include "support/tracedby.h"
 
 #include <QLockFile>
@@ -41,6 +42,11 @@ private slots:
     void killAsksNothingAndKeepsTheFiles_data();
     void killAsksNothingAndKeepsTheFiles();
     void exitClearsTheWorkFolder();
+    void rowsFileGoesWhereverItLies_data();
+    void rowsFileGoesWhereverItLies();
+    void savedFileOutlivesTheExit_data();
+    void savedFileOutlivesTheExit();
+    void pinThatCannotBeWrittenKeepsItsFile();
     void everyEndSavesThePreferences_data();
     void everyEndSavesThePreferences();
     void endOfTheSessionSavesThePreferencesFirst();
@@ -54,6 +60,27 @@ private slots:
     void killInsideTheQuestionEndsOnce();
     void leavingIsToldBeforeTheFilesGo();
     void exitIsRememberedOutsideTheLoop();
+
+private:
+    /// A capture that lies where the capture side put it, in whatever format.
+    QString captureAt(const QString &path) {
+        QDir().mkpath(QFileInfo(path).path());
+        QImage image(40, 30, QImage::Format_RGB32);
+        image.fill(Qt::red);
+        image.save(path);
+        treat("/skip /path \"%1\""_qs.arg(path));
+        return path;
+    }
+    QString elsewhere(const QString &name) const { return m_target->filePath(name); }
+    void pin(int row) { list()->rowWidget(list()->rowItem(row))->setPinned(true); }
+    bool ends(const QString &way) {
+        return quits([this, way] {
+            if (way.isEmpty())
+                endSession();
+            else
+                treat(way);
+        });
+    }
 };
 
 void Tst_ExitRoutine::closeOnlyHidesInTrayMode() {
@@ -225,6 +252,92 @@ void Tst_ExitRoutine::exitClearsTheWorkFolder() {
     QVERIFY(!work.exists("AIRemoveBeta"_qs));
     QVERIFY(work.exists("pin"_qs));
     QVERIFY(QFile::exists(notes));
+}
+
+void Tst_ExitRoutine::rowsFileGoesWhereverItLies_data() {
+    QTest::addColumn<QString>("place"); // below the work folder, or elsewhere
+    QTest::addColumn<QString>("end");
+    QTest::addColumn<bool>("stays");
+    const QStringList places{"elsewhere/shot.png"_qs, "shot.jpg"_qs, "deeper/shot.png"_qs};
+    for (const QString &place : places) {
+        const QByteArray name = place.toUtf8();
+        QTest::addRow("%s, exit", name.constData()) << place << "/close" << false;
+        QTest::addRow("%s, end of the session", name.constData()) << place << "" << false;
+        QTest::addRow("%s, kill", name.constData()) << place << "/kill" << true;
+    }
+}
+
+void Tst_ExitRoutine::rowsFileGoesWhereverItLies() {
+    QFETCH(QString, place);
+    QFETCH(QString, end);
+    QFETCH(bool, stays);
+    const bool isElsewhere = place.startsWith("elsewhere"_qs);
+    const QString file = captureAt(isElsewhere ? elsewhere(place) : workFolder() + "/"_qs + place);
+    const QString neighbour = QFileInfo(file).path() + "/neighbour.jpg"_qs;
+    QVERIFY(QFile::copy(file, neighbour));
+    QCOMPARE(list()->count(), 1);
+    markSaved();
+    QVERIFY(ends(end));
+    m_window.reset();
+    QCOMPARE(QFile::exists(file), stays);
+    QVERIFY(QFile::exists(neighbour));
+}
+
+void Tst_ExitRoutine::savedFileOutlivesTheExit_data() {
+    QTest::addColumn<QString>("target");
+    QTest::addColumn<bool>("drawsAfterwards");
+    QTest::addColumn<bool>("removesRow");
+    QTest::addColumn<QString>("end");
+    QTest::newRow("beside the capture") << "saved.png" << false << false << "/close";
+    QTest::newRow("beside, end of the session") << "saved.png" << false << false << "";
+    QTest::newRow("over the capture's own file") << "shot.png" << false << false << "/close";
+    QTest::newRow("over it, end of the session") << "shot.png" << false << false << "";
+    QTest::newRow("over it through a link") << "link.png" << false << false << "/close";
+    QTest::newRow("over it, then drawn on") << "shot.png" << true << false << "/close";
+    QTest::newRow("over it, row deleted") << "shot.png" << false << true << "/close";
+}
+
+// The user's own file, even where a capture was.
+void Tst_ExitRoutine::savedFileOutlivesTheExit() {
+    QFETCH(QString, target);
+    QFETCH(bool, drawsAfterwards);
+    QFETCH(bool, removesRow);
+    QFETCH(QString, end);
+    const QString file = captureAt(elsewhere("shot.png"_qs));
+    QVERIFY(QFile::link(file, elsewhere("link.png"_qs)));
+    const QString saved = elsewhere(target);
+    QVERIFY(list()->rowItem(0)->editor()->saveFlattened(saved, true, -1));
+    ModalAnswers answers;
+    if (drawsAfterwards) {
+        treat("/show"_qs);
+        drawStroke();
+        QVERIFY(!list()->rowItem(0)->editor()->isSaved());
+        answers.addPress("Yes"_qs);
+    }
+    if (removesRow)
+        list()->removeItem(list()->rowItem(0), false, true);
+    QVERIFY(ends(end));
+    QVERIFY(answers.isDone());
+    m_window.reset();
+    QCOMPARE(QImage(saved).size(), QSize(40, 30));
+    QCOMPARE(QFile::exists(file), target != "saved.png"_qs);
+}
+
+// The next start does not get it back, but it is not lost.
+void Tst_ExitRoutine::pinThatCannotBeWrittenKeepsItsFile() {
+    QVERIFY(QFile(workFolder() + "/pin"_qs).open(QIODevice::WriteOnly)); // where the folder would be
+    const QString unpinned = captureAt(elsewhere("unpinned.png"_qs));
+    const QStringList pinned{captureAt(elsewhere("pinned.png"_qs)), capture("pinned"_qs)};
+    treat("/skip /path \"%1/./pinned.png\""_qs.arg(workFolder()));
+    pin(0);
+    pin(1);
+    for (int row = 0; row < list()->count(); ++row)
+        markSaved(row);
+    QVERIFY(ends("/close"_qs));
+    m_window.reset();
+    for (const QString &file : pinned)
+        QVERIFY2(QFile::exists(file), qPrintable(file));
+    QVERIFY(!QFile::exists(unpinned));
 }
 
 void Tst_ExitRoutine::everyEndSavesThePreferences_data() {

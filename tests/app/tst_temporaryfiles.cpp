@@ -11,6 +11,7 @@ class Tst_TemporaryFiles : public QObject {
 private slots:
     void clearsWhatWasListedAndNothingThatCameLater();
     void noPinFindsItsNumberTakenWhileFilesGo();
+    void knownFilesAreLeftOutHoweverSpelled();
     void withoutAWorkFolderNothingIsTouched();
 };
 
@@ -47,9 +48,13 @@ void Tst_TemporaryFiles::noPinFindsItsNumberTakenWhileFilesGo() {
                             QStringLiteral("a.png")};
     for (const QString &name : names)
         QVERIFY(QFile(folder.filePath(name)).open(QIODevice::WriteOnly));
+    const QTemporaryDir elsewhere; // a pinned picture may have been there as well
+    const QString outside = elsewhere.filePath(QStringLiteral("outside.png"));
+    QVERIFY(QFile(outside).open(QIODevice::WriteOnly));
     const int watch = ::inotify_init1(IN_NONBLOCK);
     QVERIFY(::inotify_add_watch(watch, QFile::encodeName(folder.path()), IN_DELETE | IN_MOVED_FROM) >= 0);
-    removeTemporaryFiles(filesToClear());
+    QVERIFY(::inotify_add_watch(watch, QFile::encodeName(elsewhere.path()), IN_DELETE) >= 0);
+    removeTemporaryFiles(QStringList(outside) + filesToClear());
 
     QSet<QString> present(names.begin(), names.end());
     int deleted = 0;
@@ -65,8 +70,22 @@ void Tst_TemporaryFiles::noPinFindsItsNumberTakenWhileFilesGo() {
         ++deleted;
         QVERIFY2(!present.intersects({names.begin(), names.begin() + 3}), event->name);
     }
-    QCOMPARE(deleted, names.size());
+    QCOMPARE(deleted, names.size() + 1);
     QCOMPARE(folder.entryList({QStringLiteral("*.png")}), QStringList());
+}
+
+void Tst_TemporaryFiles::knownFilesAreLeftOutHoweverSpelled() {
+    const QTemporaryDir folder;
+    const auto path = [&folder](const char *name) { return folder.filePath(QString::fromLatin1(name)); };
+    for (const char *name : {"a.png", "b.png"})
+        QVERIFY(QFile(path(name)).open(QIODevice::WriteOnly));
+    QVERIFY(QFile::link(path("a.png"), path("link.png")));
+    const QStringList all{path("a.png"), path("link.png"), path("b.png"), path("missing.png")};
+    const QStringList rest{path("b.png"), path("missing.png")};
+    QCOMPARE(withoutFiles(all, {}), all);
+    QCOMPARE(withoutFiles(all, {path("./a.png")}), rest);
+    // What is missing is no known file, though another one is missing too.
+    QCOMPARE(withoutFiles(all, {path("link.png"), path("gone.png")}), rest);
 }
 
 // An empty path means the current directory to Qt.
@@ -84,7 +103,10 @@ void Tst_TemporaryFiles::withoutAWorkFolderNothingIsTouched() {
 
     QVERIFY(temporaryCaptures().isEmpty());
     QVERIFY(filesToClear().isEmpty());
-    removeTemporaryFiles(filesToClear());
+    const QString own = folder.filePath(QStringLiteral("own.png"));
+    QVERIFY(QFile(own).open(QIODevice::WriteOnly));
+    removeTemporaryFiles(filesToClear() + QStringList(own));
+    QVERIFY(!QFile::exists(own)); // of a row, so it goes all the same
     QVERIFY(QFile::exists(folder.filePath(QStringLiteral("holiday.png"))));
     QVERIFY(QFile::exists(folder.filePath(QStringLiteral("AIRemoveBeta"))));
     QDir::setCurrent(QDir::rootPath());

@@ -26,6 +26,7 @@ private slots:
     void unreadableRowIsSkipped();
     void unfinishedFilesGoAndDoNotComeBack();
     void fullDiskKeepsThePinnedCapture();
+    void fullDiskMovesNoSavedFile();
     void filesAreForTheUserAlone();
     void linkInTheFolderIsReplacedNotFollowed_data();
     void linkInTheFolderIsReplacedNotFollowed();
@@ -150,6 +151,23 @@ void Tst_PinnedCaptures::fullDiskKeepsThePinnedCapture() {
     QCOMPARE(m_panel->pinnedFilePaths(), (QStringList{pinFile(0), pinFile(1)}));
     QCOMPARE(widthsOf(m_panel->pinnedFilePaths()), (QVector<int>{11, 12}));
     QCOMPARE(int(QFile::permissions(pinFile(0))) & 0x7077, 0x6000);
+}
+
+// It is the user's, whose pin is lost rather than his file.
+void Tst_PinnedCaptures::fullDiskMovesNoSavedFile() {
+    add("a"_qs, 11);
+    m_panel->setPinnedImages(true);
+    const QString file = editor(0)->imageKey();
+    QVERIFY(editor(0)->saveFlattened(file, true, -1));
+    QCOMPARE(m_panel->imageFiles(), QStringList());
+    QStringList notKept;
+    {
+        const FileSizeLimit full(0);
+        notKept = m_panel->SavePinnedHistories();
+    }
+    QCOMPARE(m_panel->pinnedFilePaths(), QStringList());
+    QCOMPARE(notKept, QStringList{file});
+    QCOMPARE(widthsOf({file}), QVector<int>{11});
 }
 
 void Tst_PinnedCaptures::filesAreForTheUserAlone() {

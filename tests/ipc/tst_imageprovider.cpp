@@ -93,6 +93,7 @@ private slots:
     void removeDeletesFileAndMemory();
     void removeLeavesFilesOfRelativeNames();
     void removeOfNothing();
+    void forgottenImageLeavesItsFile();
     void dropFromMemory();
     void isFile_data();
     void isFile();
@@ -384,6 +385,17 @@ void Tst_ImageProvider::removeOfNothing() {
     QVERIFY(!provider().remove(QString()));
     QVERIFY(provider().remove(QStringLiteral("unknown")));
     QCOMPARE(provider().usedMegabytes(), 0.0);
+}
+
+void Tst_ImageProvider::forgottenImageLeavesItsFile() {
+    const QString path = writeFile(QStringLiteral("kept.png"), encoded(filled(QSize(5, 5), Qt::red)));
+    QVERIFY(provider().insert(path, QPixmap::fromImage(filled(QSize(512, 512), Qt::red))));
+    QCOMPARE(provider().pixmap(path).size(), QSize(5, 5));
+    provider().forget(path);
+    QCOMPARE(provider().usedMegabytes(), 0.0);
+    // It is read again, as what it is now.
+    writeFile(QStringLiteral("kept.png"), encoded(filled(QSize(7, 7), Qt::red)));
+    QCOMPARE(provider().pixmap(path).size(), QSize(7, 7));
 }
 
 void Tst_ImageProvider::dropFromMemory() {

@@ -194,9 +194,19 @@ class Start(EditorTest):
         substitute = Path(os.environ["TMPDIR"]) / f"tindra-{os.geteuid()}"
         second = self.start(environment=bare)
         self.assertTrue(wait_for((substitute / "TNDEMutex").exists), "the second editor does not listen")
+        seconds = self.capture("seconds.png")
+        elsewhere = RESULTS / "capture of the second.png"
+        elsewhere.write_bytes(picture().read_bytes())
+        for number, file in enumerate((seconds, elsewhere), 1):
+            self.send("--", "x", "/path", f'"{file}"', "/skip", "/autosave", environment=bare)
+            # The capture from elsewhere lies among what is saved.
+            self.assertTrue(wait_for(lambda files=number + 1: len(list(RESULTS.iterdir())) == files))
         self.send("--close", environment=bare)
         self.assertEqual(self.ended(second), 0)
-        self.assertTrue(copy.exists())
+        self.assertFalse(elsewhere.exists(), "its own capture, which nobody else clears")
+        for file in (copy, seconds):
+            self.assertTrue(file.exists())
+        self.assertEqual(len(list(RESULTS.iterdir())), 2)
         self.send("--kill")
         self.assertEqual(self.ended(first), 0)
         self.assertTrue(copy.exists())
