@@ -47,6 +47,20 @@ Would you like to install Brindlehub now?</source>
     </message>
 </context>
 <context>
+    <name>BannerFrame</name>
+    <message>
+        <source>Banner</source>
+        <translation>배너</translation>
+    </message>
+</context>
+<context>
+    <name>Banners</name>
+    <message>
+        <source>Close banner</source>
+        <translation>배너 닫기</translation>
+    </message>
+</context>
+<context>
     <name>BasicColor</name>
     <message>
         <source>black</source>

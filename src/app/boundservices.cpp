@@ -12,7 +12,6 @@ BoundServices::BoundServices(Wyvern *olderCrashClient)
     : m_olderCrashClient(olderCrashClient), m_update(libraryInProgramFolder(QStringLiteral("Freshet"))) {
     m_banner.start(programFolder());
     StatisticsLibrary::start(libraryInProgramFolder(QStringLiteral("Ostler")), QStringLiteral("Tindra"));
-    startCrashClient();
 }
 
 void BoundServices::startCrashClient() {

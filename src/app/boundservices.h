@@ -12,20 +12,21 @@ class Wyvern;
 /// Starts and ends those of them that run with the main window. GUI thread only.
 class BoundServices {
 public:
-    /// Looks for the libraries in the program's folder. `olderCrashClient` is the process's own, which
+    /// Starts the libraries of the program's folder. `olderCrashClient` is the process's own, which
     /// outlives this object, or null.
     explicit BoundServices(Wyvern *olderCrashClient);
     ~BoundServices() { end(); }
     BoundServices(const BoundServices &) = delete;
     BoundServices &operator=(const BoundServices &) = delete;
 
+    /// Begins to watch for crashes. Apart from the others, since the host of the AI tools starts ahead of it.
+    void startCrashClient();
+
     BannerLibrary &banner() { return m_banner; }
     /// Ends each service that runs; the order is what the libraries see of the program's end.
     void end();
 
 private:
-    void startCrashClient();
-
     Wyvern *m_olderCrashClient;
     BannerLibrary m_banner;
     OnlineUpdate m_update;

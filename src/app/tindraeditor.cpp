@@ -2,6 +2,7 @@
 
 #include "app/aitools.h"
 #include "app/application.h"
+#include "app/banners.h"
 #include "app/boundservices.h"
 #include "app/capturefitting.h"
 #include "app/commandexecutor.h"
@@ -25,7 +26,6 @@
 #include "ui/aboutdialog.h"
 #include "ui/menu.h"
 #include "ui/messagedialog.h"
-#include "ui/uistyler.h"
 #include "ui/windowplacement.h"
 
 #include <QCloseEvent>
@@ -45,7 +45,6 @@ namespace {
 constexpr QSize StartSize(430, 298);       // at 96 DPI
 constexpr int HistoryWidth = 172;          // at 96 DPI
 constexpr int HideBlockAfterCapture = 500; // milliseconds
-constexpr int NoBanner = 0;                // nothing lies over the toolbar's right end
 
 // Addresses come from the translation, so that each language can have pages of its own.
 void openPage(const QString &address) {
@@ -66,6 +65,7 @@ TindraEditor::TindraEditor(QWidget *parent)
       m_history(new HistoryWidget), m_toolbar(nullptr), m_tools(m_view),
       m_exit(new ExitRoutine(this, m_history)), m_preferences(new PreferencesFlow(this)),
       m_fitting(new CaptureFitting(this)) {
+    m_services->startCrashClient();
     buildLayout();
     // The session manager would be told to call the end of the session off, as no close is ever accepted.
     QGuiApplication::setFallbackSessionManagementEnabled(false);
@@ -73,7 +73,10 @@ TindraEditor::TindraEditor(QWidget *parent)
             Qt::DirectConnection);
     connect(this, &TindraEditor::commandArrived, this, &TindraEditor::treatCommand);
     connect(m_exit, &ExitRoutine::leaving, this, &TindraEditor::leaving);
-    connect(m_exit, &ExitRoutine::servicesEnding, this, [this] { m_services->end(); });
+    connect(m_exit, &ExitRoutine::servicesEnding, this, [this] {
+        m_services->end();
+        m_banners->forget();
+    });
     m_hideBlock.setSingleShot(true);
 
     TindraPreferences::instance()->Init();
@@ -124,10 +127,9 @@ void TindraEditor::buildToolbar() {
     m_toolbar = new Toolbar(this, m_aiTools->isAvailable() ? m_aiTools->menu() : nullptr);
     m_toolbar->setWindowTitle(tr("toolBar"));
     addToolBar(Qt::TopToolBarArea, m_toolbar);
-    m_shows = new ShowSteps(this, m_toolbar);
     connect(this, &TindraEditor::emptyEditor, m_toolbar, &Toolbar::onEmptyEditor);
-    // Another scale gives the buttons another width, whether the window's changes or not.
-    UIStyler::setScaleCallback(m_toolbar, [this](double) { m_toolbar->layOut(NoBanner); });
+    m_banners = new Banners(&m_services->banner(), m_toolbar, m_view, this);
+    m_shows = new ShowSteps(this, m_toolbar);
 }
 
 void TindraEditor::connectPanels() {
@@ -548,16 +550,19 @@ void TindraEditor::showEvent(QShowEvent *event) {
     QMainWindow::showEvent(event);
     bringToFront(this);
     PostMessageToTindra(CaptureMessage::Shown, 0, 0);
+    m_banners->show();
 }
 
 void TindraEditor::hideEvent(QHideEvent *event) {
     QMainWindow::hideEvent(event);
     postHidden();
+    m_banners->hide();
 }
 
 void TindraEditor::resizeEvent(QResizeEvent *event) {
     QMainWindow::resizeEvent(event);
-    m_toolbar->layOut(NoBanner);
+    m_banners->placeAtBottom();
+    m_banners->layOutToolbar();
 }
 
 void TindraEditor::moveEvent(QMoveEvent *event) {

@@ -9,6 +9,7 @@
 #include <memory>
 
 class AiTools;
+class Banners;
 class BoundServices;
 class CaptureFitting;
 class EditorView;
@@ -131,6 +132,7 @@ private:
     EditorView *m_view;
     HistoryWidget *m_history;
     Toolbar *m_toolbar;
+    Banners *m_banners = nullptr;
     ToolSelection m_tools;
     ExitRoutine *m_exit;
     PreferencesFlow *m_preferences;

@@ -110,6 +110,7 @@ void Tst_BoundServices::olderSystemHasTheOlderCrashClient() {
     m_libraries->forgetCalls();
     {
         BoundServices services(&client);
+        services.startCrashClient();
         QCOMPARE(m_libraries->calls(), QStringList{"WyvernCThreadInitializeW Tindra"_qs});
         services.end();
         QCOMPARE(m_libraries->calls(),
@@ -123,7 +124,8 @@ void Tst_BoundServices::onlyTheCrashClientOfTheSystemStarts() {
     Wyvern client;
     client.start(m_libraries->add("WyvernC"_qs), "t"_qs, "Tindra"_qs, "1"_qs);
     m_libraries->forgetCalls();
-    const BoundServices services(&client);
+    BoundServices services(&client);
+    services.startCrashClient();
     QCOMPARE(m_libraries->calls(), QStringList());
 }
 
@@ -208,6 +210,7 @@ void Tst_BoundServices::crashIsReportedAndEndsTheStatistics() {
     m_libraries->add("Ostler"_qs);
     m_libraries->forgetCalls();
     BoundServices services(&client);
+    services.startCrashClient();
     services.end();
     QCOMPARE(m_libraries->calls(),
              (QStringList{"Ostler_Initialize Tindra"_qs, "WyvernCThreadInitializeW Tindra"_qs,

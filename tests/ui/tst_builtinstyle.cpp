@@ -258,6 +258,7 @@ void Tst_BuiltInStyle::sectionsStandInTheirOrder() {
         QStringLiteral("ColorSelectPopup, ColorPicker"),
         QStringLiteral("EditorView"),
         QStringLiteral("HistoryWidget"),
+        QStringLiteral("BannerFrame"),
         QStringLiteral("ConfirmSaveDialog"),
         QStringLiteral("PreferencesDialog"),
         QStringLiteral("ImagePreferencesWidget"),
