@@ -14,6 +14,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <chrono>
 #include <thread>
 
 namespace {
@@ -46,6 +47,7 @@ private slots:
     void deliversTexts();
     void dropsUnreadableMessages_data();
     void dropsUnreadableMessages();
+    void laterPiecesAreNotAwaited();
     void clientThatClosedAtOnceIsReadAllTheSame();
     void probeIsDroppedWithoutWaiting();
     void silentClientHoldsUpOnlyForItsLimit();
@@ -140,6 +142,24 @@ void Tst_IpcServer::dropsUnreadableMessages() {
     QTest::qWait(50);
     bool closed = false;
     QVERIFY(client.readToEnd(5000, &closed).isEmpty());
+    QVERIFY(closed);
+    QVERIFY(IpcClient().Send(serverName(), QStringLiteral("next")));
+    QTRY_COMPARE(texts(), QStringList(QStringLiteral("next")));
+}
+
+void Tst_IpcServer::laterPiecesAreNotAwaited() {
+    QVERIFY(m_server->Listen(serverName()));
+    RawSocket client;
+    QVERIFY(client.connectTo(socketPath()));
+    QVERIFY(client.writeAll(hiMessage().left(8)));
+    std::thread writer([&client] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        client.writeAll(hiMessage().mid(8));
+    });
+    QTest::qWait(50); // the server reads in here
+    writer.join();
+    bool closed = false;
+    client.readToEnd(5000, &closed);
     QVERIFY(closed);
     QVERIFY(IpcClient().Send(serverName(), QStringLiteral("next")));
     QTRY_COMPARE(texts(), QStringList(QStringLiteral("next")));
