@@ -66,6 +66,7 @@ private slots:
     void terminationSignalBecomesAKillLine_data();
     void terminationSignalBecomesAKillLine();
     void silentHolderOfTheNameStopsOnlyRedirects();
+    void redirectWaitsForAnotherThatBuildsItsLine();
     void redirectThatHasToWaitHoldsNobodyUp();
     void startIsLoggedWhenTheSettingsSaySo();
 };
@@ -221,6 +222,24 @@ void Tst_SingleInstance::silentHolderOfTheNameStopsOnlyRedirects() {
     QTRY_VERIFY(second.endedWell());
     first.send(SIGCONT);
     QTRY_COMPARE(first.output().last(), lineOf({QStringLiteral("hello")}));
+}
+
+void Tst_SingleInstance::redirectWaitsForAnotherThatBuildsItsLine() {
+    Start first;
+    QTRY_VERIFY(first.isFirst());
+    platform::NamedLock other(QStringLiteral("TNDERedirectMutex"));
+    QVERIFY(other.lock());
+    QElapsedTimer waiting;
+    waiting.start();
+    Start second({QStringLiteral("hello")});
+    const auto hasArrived = [&first] { return first.output().size() > 1; };
+    // Not for ever: one that keeps the lock stops nobody.
+    const bool isEarly = QTest::qWaitFor(hasArrived, 700) && waiting.elapsed() < 1000;
+    other.unlock();
+    QVERIFY(!isEarly);
+    QTRY_VERIFY(hasArrived());
+    QCOMPARE(first.output().last(), lineOf({QStringLiteral("hello")}));
+    QTRY_VERIFY(second.endedWell());
 }
 
 void Tst_SingleInstance::redirectThatHasToWaitHoldsNobodyUp() {

@@ -35,6 +35,7 @@ private slots:
     void hideTells_data();
     void hideTells();
     void hideIsBlockedAfterACapture();
+    void blockedHideOfAHiddenWindowTellsNothing();
     void hideBlockHoldsFromTheLatestCapture();
     void preferenceValueIsChanged_data();
     void preferenceValueIsChanged();
@@ -208,6 +209,15 @@ void Tst_TindraEditor::hideIsBlockedAfterACapture() {
     QVERIFY2(timer.elapsed() >= HideBlock - 100, qPrintable(QString::number(timer.elapsed())));
     treat("/hide"_qs);
     QVERIFY(!m_window->isVisible());
+}
+
+void Tst_TindraEditor::blockedHideOfAHiddenWindowTellsNothing() {
+    m_window->BlockHide(HideBlock);
+    forgetMessages();
+    treat("/hide"_qs);
+    QVERIFY(m_window->isHideBlocked());
+    QVERIFY(!m_window->isVisible());
+    QCOMPARE(messages(), Messages{});
 }
 
 void Tst_TindraEditor::hideBlockHoldsFromTheLatestCapture() {

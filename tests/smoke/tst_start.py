@@ -12,7 +12,8 @@ import time
 import unittest
 from pathlib import Path
 
-from editorsession import (EDITOR, LIMIT, RESULTS, RUNTIME, SOCKET, WORK, EditorTest, held, wait_for, windows)
+from editorsession import (EDITOR, LIMIT, RESULTS, RUNTIME, SOCKET, WORK, EditorTest, held, main_window, wait_for,
+                           windows)
 
 TOP = Path(__file__).resolve().parents[2]
 
@@ -47,6 +48,19 @@ class Start(EditorTest):
         self.send("--close")
         self.assertEqual(self.ended(first), 0)
         self.assertFalse(SOCKET.exists())
+
+    def test_the_window_has_the_icon_of_the_program(self):
+        icon = (TOP / "resources/res/Tindra.ico").read_bytes()
+        count = struct.unpack_from("<H", icon, 4)[0]
+        # One byte for each side, where 0 stands for 256.
+        sizes = {tuple(side or 256 for side in icon[at:at + 2]) for at in range(6, 6 + 16 * count, 16)}
+        self.first("/show")
+        self.assertTrue(wait_for(windows))
+        # A window without one gets the window manager's, in one size.
+        told = subprocess.run(["xprop", "-len", "1000000", "-id", str(main_window()), "_NET_WM_ICON"],
+                              capture_output=True, text=True, check=True).stdout
+        shown = {(int(width), int(height)) for width, height in re.findall(r"Icon \((\d+) x (\d+)\)", told)}
+        self.assertEqual(shown, sizes)
 
     def test_a_redirect_that_fails_ends_with_0_too(self):
         with socket.socket(socket.AF_UNIX) as server, held("TNDERedirectMutex.lock"):
