@@ -13,7 +13,7 @@
 
 namespace {
 
-BannerSettings settings() {
+BannerSettings readSettings() {
     return BannerSettings::read(QDir(programFolder()).filePath(QStringLiteral("rconfig.json")));
 }
 
@@ -25,9 +25,10 @@ QRect inWindow(const QWidget *widget, const QWidget *window) {
 
 Banners::Banners(BannerLibrary *library, Toolbar *toolbar, QWidget *canvas, QMainWindow *window)
     : QObject(window), m_window(window), m_toolbar(toolbar), m_canvas(canvas),
-      m_toolbarBanner(new BannerFrame(BannerFrame::Toolbar, settings(), library, window)),
-      m_bottomBanner(new BannerFrame(BannerFrame::Bottom, settings(), library, window)),
       m_close(new QPushButton(window)) {
+    const BannerSettings settings = readSettings();
+    m_toolbarBanner = new BannerFrame(BannerFrame::Toolbar, settings, library, window);
+    m_bottomBanner = new BannerFrame(BannerFrame::Bottom, settings, library, window);
     m_close->setObjectName(QStringLiteral("bannerClose_"));
     m_close->setCursor(Qt::PointingHandCursor);
     m_close->setAccessibleName(tr("Close banner"));

@@ -37,7 +37,7 @@ private:
     QMainWindow *m_window;
     Toolbar *m_toolbar;
     QWidget *m_canvas;
+    QPushButton *m_close;
     BannerFrame *m_toolbarBanner;
     BannerFrame *m_bottomBanner;
-    QPushButton *m_close;
 };
