@@ -1,7 +1,10 @@
 #include "popups/toolbutton.h"
 
+#include <QCoreApplication>
+#include <QCursor>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QMenu>
 #include <QStyle>
 #include <QStyleOptionButton>
 #include <QStyleOptionFocusRect>
@@ -46,6 +49,21 @@ ToolButton::ToolButton(QWidget *parent)
 void ToolButton::setMenu(QMenu *menu) {
     m_menuButton->setMenu(m_showMenuButton ? menu : nullptr);
     QPushButton::setMenu(m_showMenuButton ? nullptr : menu);
+    if (menu)
+        connect(menu, &QMenu::aboutToHide, this, &ToolButton::unlightWhenLeft, Qt::UniqueConnection);
+}
+
+// An open menu takes the mouse, and nobody below it is told when the mouse leaves meanwhile.
+void ToolButton::unlightWhenLeft() {
+    const QPoint mouse = QCursor::pos();
+    for (QWidget *half : {static_cast<QWidget *>(m_menuButton), static_cast<QWidget *>(this)}) {
+        if (!half->underMouse() || half->rect().contains(half->mapFromGlobal(mouse)))
+            continue;
+        half->setAttribute(Qt::WA_UnderMouse, false);
+        QEvent leave(QEvent::Leave);
+        QCoreApplication::sendEvent(half, &leave);
+        half->update();
+    }
 }
 
 QMenu *ToolButton::menu() const {

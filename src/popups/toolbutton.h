@@ -39,6 +39,7 @@ protected:
 
 private:
     void setHover(int hover);
+    void unlightWhenLeft();
     void focusNeighbour(bool next);
 
     QPushButton *m_menuButton;

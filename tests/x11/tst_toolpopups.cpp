@@ -41,6 +41,8 @@ private slots:
     void linesAndMosaicByMouse();
     void panelAtTheEdgeStaysOnTheScreen();
     void outsideClickCloses();
+    void buttonOfAPanelThatClosesIsNoLongerLit_data();
+    void buttonOfAPanelThatClosesIsNoLongerLit();
     void textPanelLeavesTheKeyboardToTheText();
     void sizeIsTypedIntoTheTextPanel();
     void cropByKeyboard();
@@ -241,6 +243,35 @@ void Tst_ToolPopups::outsideClickCloses() {
     });
     QCOMPARE(closed.count(), 1);
     QCOMPARE(selected.count(), 0);
+}
+
+void Tst_ToolPopups::buttonOfAPanelThatClosesIsNoLongerLit_data() {
+    QTest::addColumn<bool>("chosen");
+    QTest::newRow("by a click on an entry") << true;
+    QTest::newRow("by a click elsewhere") << false;
+}
+
+void Tst_ToolPopups::buttonOfAPanelThatClosesIsNoLongerLit() {
+    QFETCH(bool, chosen);
+    auto *popup = new LinePopup;
+    drive(popup, [&] {
+        if (chosen)
+            click(popup->findChildren<QPushButton *>()[4]);
+        else
+            click(m_text, QPoint(m_text->width() - 20, m_text->height() - 20));
+        QTRY_VERIFY(!popup->isVisible());
+    });
+    click(m_text, QPoint(m_text->width() - 30, m_text->height() - 30));
+    auto *button = m_bar->findChild<ToolButton *>();
+    auto *arrow = button->findChild<QPushButton *>(QStringLiteral("menuBtn_"));
+    QTRY_VERIFY(!button->underMouse());
+    QVERIFY(!arrow->underMouse());
+    QCOMPARE(arrow->property("hover").toInt(), 0);
+    // The mouse that comes back lights it again.
+    const QPoint place = button->mapToGlobal(QPoint(5, 5));
+    outside({QStringLiteral("mousemove"), QString::number(place.x()), QString::number(place.y())});
+    QTRY_VERIFY(button->underMouse());
+    QTRY_COMPARE(arrow->property("hover").toInt(), 1);
 }
 
 void Tst_ToolPopups::textPanelLeavesTheKeyboardToTheText() {
