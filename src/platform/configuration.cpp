@@ -107,11 +107,19 @@ QStringList separatorsIn(const QByteArray &text) {
     return separators;
 }
 
-/// The parts of a list in one text again.
+/// What a save puts between the parts of a list.
+QString writtenSeparator() {
+    return QStringLiteral(", ");
+}
+
+/// The parts of a list in one text again. Separators that were not found in the file, as where a quote stays
+/// open, are taken for those of a save, so that the next one changes nothing.
 QString joined(const QStringList &parts, const QStringList &separators) {
-    QString text = parts.value(0);
+    if (separators.size() != parts.size() - 1)
+        return parts.join(writtenSeparator());
+    QString text = parts.first();
     for (int i = 1; i < parts.size(); ++i)
-        text += separators.value(i - 1, QStringLiteral(",")) + parts[i];
+        text += separators[i - 1] + parts[i];
     return text;
 }
 
@@ -162,21 +170,21 @@ QVariant ConfigurationLocation::value(const QString &name) const {
     if (!m_settings)
         return QVariant();
     const QVariant value = m_settings->value(name);
-    return value.type() == QVariant::StringList ? joined(value.toStringList(), separatorsOf(name)) : value;
+    return value.type() == QVariant::StringList ? textOfList(name, value.toStringList()) : value;
 }
 
 // A text with a comma that somebody wrote without quotes, such as a path, reads as a list, and the blanks at
 // the commas are lost.
-QStringList ConfigurationLocation::separatorsOf(const QString &name) const {
+QString ConfigurationLocation::textOfList(const QString &name, const QStringList &parts) const {
     QStringList components =
         (m_settings->group() + QLatin1Char('/') + name).split(QLatin1Char('/'), Qt::SkipEmptyParts);
     const QString section = components.size() > 1 ? components.takeFirst() : QStringLiteral("General");
     const QByteArray key = components.join(QLatin1Char('\\')).toUtf8();
-    return separatorsIn(rawValue(m_fileName, section, key));
+    return joined(parts, separatorsIn(rawValue(m_fileName, section, key)));
 }
 
-// Saving puts a comma and a blank between the parts of every list in the file. What stands there otherwise is
-// a text, and is stored as one from now on.
+// A save writes all lists of the file its own way. What stands there in any other is a text, and is stored as
+// one from now on.
 void ConfigurationLocation::keepTextsWithCommas() {
     const QString group = m_settings->group();
     m_settings->endGroup();
@@ -186,11 +194,9 @@ void ConfigurationLocation::keepTextsWithCommas() {
         if (value.type() != QVariant::StringList)
             continue;
         const QStringList parts = value.toStringList();
-        const QStringList separators = separatorsOf(name);
-        const bool isList = std::all_of(separators.begin(), separators.end(),
-                                        [](const QString &text) { return text == QLatin1String(", "); });
-        if (!isList && separators.size() == parts.size() - 1)
-            m_settings->setValue(name, joined(parts, separators));
+        const QString text = textOfList(name, parts);
+        if (text != parts.join(writtenSeparator()))
+            m_settings->setValue(name, text);
     }
     m_settings->beginGroup(group);
 }

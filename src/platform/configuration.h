@@ -43,7 +43,7 @@ public:
     QString fileName() const;
 
 private:
-    QStringList separatorsOf(const QString &name) const;
+    QString textOfList(const QString &name, const QStringList &parts) const;
     void keepTextsWithCommas();
     bool prepareToWrite();
 
