@@ -22,6 +22,7 @@ constexpr char DeepChannelBits = 16;
 constexpr int BitmapWidthOffset = 4;
 constexpr int BitmapHeightOffset = 8;
 constexpr int PictureHeaderSize = 25;
+constexpr int IconFirstPictureLength = 14;
 constexpr int IconFirstPictureOffset = 18;
 constexpr int IconHeaderSize = 22;
 
@@ -39,6 +40,10 @@ Claim claimInsideIcon(QIODevice *device) {
     if (directory.size() < IconHeaderSize)
         return {};
     const auto offset = qFromLittleEndian<quint32>(directory.constData() + IconFirstPictureOffset);
+    // The decoder makes room for as many bytes as the directory tells, before it reads one of them.
+    const auto length = qFromLittleEndian<quint32>(directory.constData() + IconFirstPictureLength);
+    if (length > device->size() - start)
+        return {};
     const bool found = device->seek(start + offset);
     const QByteArray header = found ? device->peek(PictureHeaderSize) : QByteArray();
     device->seek(start);

@@ -189,6 +189,8 @@ void Tst_ImageDecoder::refusesAbsurdSizesWithoutTakingMemory_data() {
     QTest::newRow("svg") << QByteArray("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"20000\" "
                                        "height=\"20000\"></svg>");
     QTest::newRow("icon with a huge png") << icon(png(20000, 20000));
+    QTest::newRow("icon whose picture is longer than the file")
+        << icon(png(16, 16)).replace(14, 4, "\xff\xff\xff\x7f");
     QTest::newRow("icon with a huge bitmap") << icon(dib(20000, 40000) + QByteArray(100, '\0'));
     QTest::newRow("animation that tells no size")
         << QByteArray("\x8aMNG\r\n\x1a\n") +
