@@ -9,10 +9,12 @@
 #include "print/nativeprinter.h"
 #include "print/printerpropertiesdialog.h"
 #include "print/printpreviewdialog.h"
+#include "services/workfolder.h"
 #include "ui/aboutdialog.h"
 #include "ui/builtinstyle.h"
 #include "ui/coachmarkwidget.h"
 #include "ui/debugdialog.h"
+#include "ui/filedownloaddialog.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -20,16 +22,21 @@
 #include <QAbstractSpinBox>
 #include <QAccessible>
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QDir>
+#include <QFileDialog>
 #include <QGroupBox>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLibraryInfo>
 #include <QLineEdit>
 #include <QMenu>
 #include <QProcess>
+#include <QProgressBar>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTableWidget>
+#include <QTcpServer>
 #include <QTranslator>
 #include <QtMath>
 
@@ -61,7 +68,9 @@ private:
     static const QVector<Surface> &surfaces();
     static void addSurfaces();
     /// Presses a key where the keyboard is now.
-    static void type(int key) { QTest::keyClick(QGuiApplication::focusWindow(), Qt::Key(key)); }
+    static void type(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::keyClick(QGuiApplication::focusWindow(), Qt::Key(key), modifiers);
+    }
     /// Leads the keyboard into the surface of the present row.
     void enter(QWidget *window);
     // What is wrong in a window, each a list of widgets or texts.
@@ -75,6 +84,7 @@ private:
     void showSmallestWindow(const Visit &visit);
     void showSelectMode(const Visit &visit);
     void showWithoutHistory(const Visit &visit);
+    void showEmptyWindow(const Visit &visit);
     void showCoachmark(const Visit &visit);
     void showMenuOfButton(const Visit &visit);
     void showColorPicker(const Visit &visit);
@@ -88,6 +98,11 @@ private:
     void showPrint(const Visit &visit);
     void showExitQuestion(const Visit &visit);
     void showFailedCapture(const Visit &visit);
+    void showRestoredCaptures(const Visit &visit);
+    void showDownload(const Visit &visit);
+    void showFileDialog(const Visit &visit);
+    /// Visits the modal dialog that comes up next, and closes it.
+    static void addVisit(ModalAnswers &answers, const Visit &visit);
 
     void openMenu(QMenu *menu, const Visit &visit);
     void openDialog(QDialog &dialog, const Visit &visit);
@@ -150,7 +165,8 @@ QList<QWidget *> partsOf(QWidget *window) {
 bool isControl(const QWidget *widget) {
     return qobject_cast<const QAbstractButton *>(widget) || qobject_cast<const QComboBox *>(widget) ||
            qobject_cast<const QAbstractSpinBox *>(widget) || qobject_cast<const QLineEdit *>(widget) ||
-           qobject_cast<const QAbstractSlider *>(widget) || qobject_cast<const QAbstractItemView *>(widget) ||
+           qobject_cast<const QAbstractSlider *>(widget) ||
+           (qobject_cast<const QAbstractItemView *>(widget) && !qobject_cast<const QHeaderView *>(widget)) ||
            widget->inherits("ColorSquare") || widget->inherits("ClickableLabel");
 }
 
@@ -173,6 +189,8 @@ bool textFits(const QWidget *widget) {
         const QSize text = metrics.size(Qt::TextShowMnemonic, button->text());
         return text.width() <= button->width() - 2 && text.height() <= button->height();
     }
+    if (widget->objectName() == "lookInCombo"_qs)
+        return true; // leaves the middle of a path out by itself
     if (const auto *box = qobject_cast<const QComboBox *>(widget))
         return metrics.horizontalAdvance(box->currentText()) <= box->width() - scaled(9 + 20) &&
                metrics.height() <= box->height();
@@ -249,6 +267,7 @@ const QVector<Tst_Surfaces::Surface> &Tst_Surfaces::surfaces() {
         {"window-smallest", &Test::showSmallestWindow, nullptr},
         {"window-select", &Test::showSelectMode, nullptr},
         {"window-without-history", &Test::showWithoutHistory, nullptr},
+        {"window-empty", &Test::showEmptyWindow, nullptr},
         {"coachmark", &Test::showCoachmark, nullptr},
         {"panel-figure", &Test::showMenuOfButton, "figure"},
         {"panel-pen", &Test::showMenuOfButton, "pen"},
@@ -285,6 +304,11 @@ const QVector<Tst_Surfaces::Surface> &Tst_Surfaces::surfaces() {
         {"dialog-debug", &Test::showDialog, "debug"},
         {"dialog-exit", &Test::showExitQuestion, nullptr},
         {"dialog-failed", &Test::showFailedCapture, nullptr},
+        {"dialog-restored", &Test::showRestoredCaptures, nullptr},
+        {"dialog-download", &Test::showDownload, nullptr},
+        {"files-save", &Test::showFileDialog, "save"},
+        {"files-overwrite", &Test::showFileDialog, "overwrite"},
+        {"files-folder", &Test::showFileDialog, "folder"},
     };
     return all;
 }
@@ -352,6 +376,17 @@ void Tst_Surfaces::showSelectMode(const Visit &visit) {
 void Tst_Surfaces::showWithoutHistory(const Visit &visit) {
     m_window->onClickHistoryHide();
     settle();
+    visit(m_window.get());
+}
+
+void Tst_Surfaces::showEmptyWindow(const Visit &visit) {
+    m_window.reset();
+    QVERIFY(QDir(workFolder()).removeRecursively());
+    start();
+    m_window->show();
+    m_window->resize(scaled(1300), scaled(560));
+    settle();
+    QVERIFY(!scene() && list()->count() == 0);
     visit(m_window.get());
 }
 
@@ -566,28 +601,87 @@ void Tst_Surfaces::showPrint(const Visit &visit) {
     });
 }
 
-void Tst_Surfaces::showExitQuestion(const Visit &visit) {
-    preferences()->SetBool(TindraPreferences::TrayMode, false);
-    ModalAnswers answers;
-    answers.add([&](QWidget *dialog) {
+void Tst_Surfaces::addVisit(ModalAnswers &answers, const Visit &visit) {
+    answers.add([visit](QWidget *dialog) {
         settle();
         visit(dialog);
         dialog->close();
     });
+}
+
+void Tst_Surfaces::showExitQuestion(const Visit &visit) {
+    preferences()->SetBool(TindraPreferences::TrayMode, false);
+    ModalAnswers answers;
+    addVisit(answers, visit);
     m_window->close();
     QTRY_VERIFY(answers.isDone());
 }
 
 void Tst_Surfaces::showFailedCapture(const Visit &visit) {
     ModalAnswers answers;
-    answers.add([&](QWidget *dialog) {
-        settle();
-        visit(dialog);
-        dialog->close();
-    });
+    addVisit(answers, visit);
     m_window->hide();
     treat("/path /nothing.png"_qs);
     QTRY_VERIFY(answers.isDone());
+}
+
+// As after a sudden end: the captures are left in the work folder.
+void Tst_Surfaces::showRestoredCaptures(const Visit &visit) {
+    m_window.reset();
+    start();
+    ModalAnswers answers;
+    addVisit(answers, visit);
+    treat("/path \"%1\" /point 10 10"_qs.arg(capture("d"_qs)));
+    QTRY_VERIFY(answers.isDone());
+}
+
+// From a server that accepts and says nothing.
+void Tst_Surfaces::showDownload(const Visit &visit) {
+    QTcpServer server;
+    QVERIFY(server.listen(QHostAddress::LocalHost));
+    FileDownloadDialog dialog("http://127.0.0.1:%1/file"_qs.arg(server.serverPort()),
+                              m_target->filePath("file"_qs), m_window.get());
+    // The transfer runs in an event loop of its own as soon as the dialog is seen.
+    bool isVisited = false;
+    QTimer::singleShot(100, &dialog, [&] {
+        isVisited = true;
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        dialog.findChild<QProgressBar *>()->setValue(40);
+        settle();
+        visit(&dialog);
+        dialog.close();
+    });
+    dialog.show();
+    QTRY_VERIFY(isVisited && !dialog.isVisible());
+}
+
+void Tst_Surfaces::showFileDialog(const Visit &visit) {
+    const QByteArray part(m_part);
+    const auto write = [this](const QString &name) {
+        QFile file(m_target->filePath(name));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+    };
+    write("2024-01-02 03;04;05.png"_qs);
+    ModalAnswers answers;
+    if (part == "folder") {
+        addVisit(answers, visit);
+        QFileDialog::getExistingDirectory(m_window.get(), QString(), m_target->path());
+    } else {
+        preferences()->SetString(TindraPreferences::FilePath, m_target->path());
+        addVisit(answers, [&](QWidget *dialog) {
+            if (part == "save") {
+                visit(dialog);
+                return;
+            }
+            write(dialog->findChild<QLineEdit *>("fileNameEdit"_qs)->text() + ".png"_qs);
+            ModalAnswers question;
+            addVisit(question, visit);
+            dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Save)->click();
+            QVERIFY(question.isDone());
+        });
+        m_window->onClickSave();
+    }
+    QVERIFY(answers.isDone());
 }
 
 QStringList Tst_Surfaces::cutOff(QWidget *window) {
@@ -654,8 +748,8 @@ void Tst_Surfaces::keyboardReachesControlsAndShowsIt() {
                 missing << widget;
         }
         QStringList unseen;
-        const auto press = [&](int key) {
-            type(key);
+        const auto press = [&](int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+            type(key, modifiers);
             QWidget *focused = QApplication::focusWidget();
             if (focused && missing.removeOne(focused) && !showsFocus(focused))
                 unseen << nameOf(focused);
@@ -668,6 +762,9 @@ void Tst_Surfaces::keyboardReachesControlsAndShowsIt() {
             if (button && (button->group() || button->autoExclusive()))
                 excluding << button;
         }
+        // The toolkit's own dialogs have controls that only the way back comes to.
+        for (int tabs = 0; tabs <= controls && !missing.isEmpty() && excluding.isEmpty(); ++tabs)
+            press(Qt::Key_Backtab, Qt::ShiftModifier);
         // Of buttons that exclude each other Tab comes to one, and the arrows to the others.
         for (QWidget *button : qAsConst(excluding)) {
             button->setFocus();

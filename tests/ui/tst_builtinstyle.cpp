@@ -4,12 +4,18 @@
 #include "ui/uistyler.h"
 #include "ui/uistylerproperties.h"
 
+#include <QDialogButtonBox>
+#include <QDirIterator>
 #include <QFile>
+#include <QFileDialog>
 #include <QFontDatabase>
 #include <QGlyphRun>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPixmap>
+#include <QProxyStyle>
+#include <QPushButton>
 #include <QRawFont>
 #include <QRegularExpression>
 #include <QSettings>
@@ -43,6 +49,12 @@ private slots:
     void supplementIsOneLineAroundWhatFloats();
     void looksOfTheBasicWidgets_data();
     void looksOfTheBasicWidgets();
+    void statesOfIndicators_data();
+    void statesOfIndicators();
+    void disabledPicturesAreThoseOfTheEnabled_data();
+    void disabledPicturesAreThoseOfTheEnabled();
+    void standardButtonsHaveNoIcons();
+    void questionsOfTheToolkitHaveOurPicture();
 
 private:
     /// One selector with all that its block declares.
@@ -304,9 +316,10 @@ void Tst_BuiltInStyle::declarationsStandInTheirOrder() {
 
 void Tst_BuiltInStyle::dialogsLookAlike_data() {
     QTest::addColumn<QString>("dialog");
-    for (const char *dialog : {"ConfirmSaveDialog", "PreferencesDialog", "FileNameFormatSettingDialog",
-                               "SizeInputDialog", "MessageDialog", "AboutDialog", "DebugDialog",
-                               "FileDownloadDialog", "PrintPreviewDialog", "PrinterPropertiesDialog"})
+    for (const char *dialog :
+         {"ConfirmSaveDialog", "PreferencesDialog", "FileNameFormatSettingDialog", "SizeInputDialog",
+          "MessageDialog", "AboutDialog", "DebugDialog", "FileDownloadDialog", "PrintPreviewDialog",
+          "PrinterPropertiesDialog", "QFileDialog", "QMessageBox"})
         QTest::newRow(dialog) << QString::fromLatin1(dialog);
 }
 
@@ -364,6 +377,7 @@ void Tst_BuiltInStyle::looksOfTheBasicWidgets_data() {
     add("QMenu::indicator", "height: scale(12)px");
     add("QRadioButton", "spacing: scale(6)px");
     add("QRadioButton::indicator", "width: scale(16)px");
+    add("QRadioButton::indicator", "height: scale(16)px");
     add("QComboBox", "border: scale(1)px solid var(color9)");
     add("QComboBox", "padding-left: scale(9)px");
     add("QComboBox", "min-height: scale(24)px");
@@ -373,6 +387,17 @@ void Tst_BuiltInStyle::looksOfTheBasicWidgets_data() {
     add("QScrollBar:vertical", "max-width: scale(18)px");
     add("QScrollBar:vertical", "margin: scale(5)px");
     add("QScrollBar:horizontal", "max-height: scale(18)px");
+    add("QScrollBar:horizontal", "margin: scale(5)px");
+    for (const char *hidden :
+         {"add-line", "sub-line", "up-arrow", "down-arrow", "left-arrow", "right-arrow"}) {
+        const QByteArray part = QByteArray("QScrollBar::") + hidden;
+        add(part, "width: 0px");
+        add(part, "height: 0px");
+    }
+    add("QProgressBar", "border: scale(1)px solid var(color9)");
+    add("QProgressBar", "border-radius: scale(3)px");
+    add("QProgressBar::chunk", "background-color: var(color13)");
+    add("QFileDialog QToolButton", "background-color: transparent");
     add("QScrollBar::handle", "background-color: var(color2)");
     add("QScrollBar::handle", "border: scale(1)px solid var(color20)");
     add("QScrollBar::handle", "border-radius: scale(3)px");
@@ -436,6 +461,100 @@ void Tst_BuiltInStyle::looksOfTheBasicWidgets() {
         }
     }
     QCOMPARE(last, declaration);
+}
+
+void Tst_BuiltInStyle::statesOfIndicators_data() {
+    QTest::addColumn<QString>("state");
+    QTest::addColumn<QString>("picture");
+    const auto row = [](const char *state, const char *picture) {
+        QTest::newRow(state) << QString::fromLatin1(state) << QString::fromLatin1(picture);
+    };
+    for (const char *kind : {"QCheckBox checkbox", "QRadioButton radio"}) {
+        const QList<QByteArray> names = QByteArray(kind).split(' ');
+        const QByteArray indicator = names[0] + "::indicator";
+        const QByteArray folder = ":/res/common/" + names[1] + "/";
+        row(indicator + ":unchecked", folder + "unchecked.svg");
+        row(indicator + ":unchecked:hover", folder + "unchecked_hover.svg");
+        row(indicator + ":unchecked:focus", folder + "unchecked_hover.svg");
+        row(indicator + ":unchecked:disabled", folder + "unchecked_disabled.svg");
+        row(indicator + ":checked", folder + "checked.svg");
+        row(indicator + ":checked:disabled", folder + "checked_disabled.svg");
+    }
+    row("QMenu::indicator:checked", ":/res/common/checkbox/menu_checked.svg");
+    row("QMenu::indicator:checked:disabled", ":/res/common/checkbox/menu_checked_disabled.svg");
+}
+
+void Tst_BuiltInStyle::statesOfIndicators() {
+    QFETCH(QString, state);
+    QFETCH(QString, picture);
+    QStringList declarations;
+    for (const Rule &rule : rules(mainSheet)) {
+        if (rule.selector == state)
+            declarations += rule.declarations;
+    }
+    QCOMPARE(declarations, QStringList{QStringLiteral("image: url(%1)").arg(picture)});
+}
+
+void Tst_BuiltInStyle::disabledPicturesAreThoseOfTheEnabled_data() {
+    QTest::addColumn<QString>("path");
+    const QString ending = QStringLiteral("_disabled.svg");
+    QDirIterator files(QStringLiteral(":/res"), {QLatin1Char('*') + ending}, QDir::Files,
+                       QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        const QString path = files.next();
+        QTest::newRow(qPrintable(path)) << path.chopped(ending.size());
+    }
+}
+
+// One pale ink for both tones, 35 % of it on white; white stays.
+void Tst_BuiltInStyle::disabledPicturesAreThoseOfTheEnabled() {
+    QFETCH(QString, path);
+    QString expected = sheet(path + QStringLiteral(".svg"));
+    QVERIFY(!expected.isEmpty());
+    static const QRegularExpression tone(QStringLiteral("#222222|#007FF5"));
+    static const QRegularExpression opacity(QStringLiteral(" (stroke|fill)-opacity=\"[0-9.]+\""));
+    QVERIFY(expected.contains(tone));
+    expected.replace(tone, QStringLiteral("#B2B2B2")).remove(opacity);
+    QCOMPARE(sheet(path + QStringLiteral("_disabled.svg")), expected);
+}
+
+// Most desktops have them, with a floppy disk and a red cross.
+void Tst_BuiltInStyle::standardButtonsHaveNoIcons() {
+    class Desktop : public QProxyStyle {
+    public:
+        int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                      QStyleHintReturn *data) const override {
+            return hint == SH_DialogButtonBox_ButtonsHaveIcons
+                       ? 1
+                       : QProxyStyle::styleHint(hint, option, widget, data);
+        }
+    };
+    QApplication::setStyle(new Desktop);
+    installBuiltInStyle(qApp);
+    QWidget window;
+    window.show();
+    QTest::qWait(10);
+    QFileDialog dialog(&window);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    const QMessageBox question(QMessageBox::Warning, QString(), QString(), QMessageBox::Yes | QMessageBox::No,
+                               &window);
+    const auto buttons = dialog.findChild<QDialogButtonBox *>()->buttons() + question.buttons();
+    QCOMPARE(buttons.size(), 4);
+    for (const QAbstractButton *button : buttons)
+        QVERIFY2(button->icon().isNull(), qPrintable(button->text()));
+}
+
+void Tst_BuiltInStyle::questionsOfTheToolkitHaveOurPicture() {
+    installBuiltInStyle(qApp);
+    QWidget window;
+    window.show();
+    QTest::qWait(10);
+    QMessageBox question(QMessageBox::Warning, QString(), QStringLiteral("?"), QMessageBox::Yes, &window);
+    question.show();
+    QTest::qWait(10);
+    const QIcon ours(QStringLiteral(":/res/MessageDialog/warning.svg"));
+    const int size = 28 * qRound(QGuiApplication::primaryScreen()->logicalDotsPerInchX()) / 96;
+    QCOMPARE(question.iconPixmap().toImage(), ours.pixmap(size).toImage());
 }
 
 QTEST_MAIN(Tst_BuiltInStyle)
