@@ -3,6 +3,7 @@
 #include "canvas/items/drawingcropitem.h"
 #include "canvas/items/drawingfigureitem.h"
 #include "canvas/items/drawingfreehanditem.h"
+#include "canvas/items/drawingtextitem.h"
 #include "canvas/itemtable.h"
 #include "canvas/toolusage.h"
 #include "ipc/imageprovider.h"
@@ -32,6 +33,13 @@ bool isDrawn(const QGraphicsItem *item) {
 QRectF paintedRect(const QGraphicsItem &item) {
     const auto *drawing = dynamic_cast<const DrawingItem *>(&item);
     return drawing ? drawing->paintedRect() : item.sceneBoundingRect();
+}
+
+QRectF extentOf(const QGraphicsItem &item) {
+    if (const auto *drawing = dynamic_cast<const DrawingItem *>(&item))
+        return drawing->extent();
+    const auto *text = dynamic_cast<const DrawingTextItem *>(&item);
+    return text ? text->extent() : item.sceneBoundingRect();
 }
 
 } // namespace
@@ -133,7 +141,7 @@ void Editor::startCrop() {
     m_currentItem = item.drawing;
     if (!item.drawing)
         return;
-    addItem(item.graphics);
+    putIntoScene(item.graphics);
     m_undoList.append(item.graphics);
 }
 
@@ -162,12 +170,13 @@ void Editor::toggle(QList<QGraphicsItem *> &from, QList<QGraphicsItem *> &to) {
     }
     to.append(item);
     if (item->scene()) {
+        m_index.remove(item);
         removeItem(item);
     } else {
         // Another one than when it left, if a crop was accepted since: that leaves what can be redone.
         if (auto *crop = dynamic_cast<DrawingCropItem *>(item))
             crop->setPreviousRect(m_cropRect);
-        addItem(item);
+        putIntoScene(item);
         m_currentOnTop = false;
     }
     from.removeLast();
@@ -224,14 +233,17 @@ void Editor::pressTool(const QGraphicsSceneMouseEvent *event) {
     if (!item.drawing)
         return;
     item.drawing->drawStart(pos);
-    addItem(item.graphics);
+    putIntoScene(item.graphics);
     m_currentOnTop = true;
 }
 
 void Editor::mouseMoveEvent(QGraphicsSceneMouseEvent *event) {
     // Only an open item wants to know of a mouse that passes over, and who that might be the base class finds
     // out by asking everything there for its shape.
-    if (event->buttons() || mouseGrabberItem() || m_shapeType == TextEditing || m_shapeType == Crop)
+    const bool wasOverText = m_overText;
+    m_overText = m_shapeType == TextEditing && m_currentItem &&
+                 graphicsItem(m_currentItem)->sceneBoundingRect().contains(event->scenePos());
+    if (event->buttons() || mouseGrabberItem() || m_overText || wasOverText || m_shapeType == Crop)
         QGraphicsScene::mouseMoveEvent(event);
     if (m_shapeType == Crop)
         return;
@@ -330,6 +342,7 @@ void Editor::finishStroke(QPoint pos, bool shift) {
     const int known = stroke ? stroke->segmentCount() : 0;
     const QRectF before = paintedRect(*item);
     m_currentItem->drawEnd(m_lastPos, pos, shift);
+    settle(item);
     m_undoList.append(item);
     emptyRedoList();
     m_currentItem = nullptr;
@@ -373,17 +386,34 @@ void Editor::announceGrowth(const DrawingFreehandItem &stroke, int firstSegment)
 QGraphicsItem *Editor::erasableAt(QPoint pos) const {
     const QRectF reach(pos.x() - EraserReach, pos.y() - EraserReach, 2 * EraserReach + 1,
                        2 * EraserReach + 1);
-    const QList<QGraphicsItem *> hit = items(reach, Qt::IntersectsItemShape, Qt::DescendingOrder);
-    if (m_cropRect.isEmpty() || QRectF(m_cropRect).contains(reach))
-        return hit.isEmpty() ? nullptr : hit.first();
-    // Outside the crop: the search above ends at the bounding rectangles, which end at the crop, but strokes
-    // can be erased there too.
-    for (QGraphicsItem *item : items(Qt::DescendingOrder)) {
-        const auto *stroke = dynamic_cast<DrawingFreehandItem *>(item);
-        if (hit.contains(item) || (stroke && stroke->isHit(reach)))
+    const bool outside = !m_cropRect.isEmpty() && !QRectF(m_cropRect).contains(reach);
+    QPainterPath path;
+    path.addRect(reach);
+    for (QGraphicsItem *item : itemsNear(reach)) {
+        if (item->collidesWithPath(item->mapFromScene(path), Qt::IntersectsItemShape))
+            return item;
+        // The test above ends at the bounding rectangles, which end at the crop, but strokes can be erased
+        // beyond it too.
+        const auto *stroke = outside ? dynamic_cast<DrawingFreehandItem *>(item) : nullptr;
+        if (stroke && stroke->isHit(reach))
             return item;
     }
     return nullptr;
+}
+
+QVector<QGraphicsItem *> Editor::itemsNear(const QRectF &area) const {
+    const QList<QGraphicsItem *> present = items();
+    if (present.size() < m_index.size())
+        m_index.keepOnly(present);
+    QVector<QGraphicsItem *> found = m_index.meeting(area);
+    if (present.size() == m_index.size())
+        return found;
+    // What others have put there, as the frame of an open crop, others take away; it came after the rest.
+    for (QGraphicsItem *item : present) {
+        if (!m_index.contains(item))
+            found.prepend(item);
+    }
+    return found;
 }
 
 bool Editor::eraseAt(QPoint pos) {
@@ -426,9 +456,21 @@ void Editor::markUnsaved() {
     emit imageSaved(false);
 }
 
+void Editor::putIntoScene(QGraphicsItem *item) {
+    m_index.add(item);
+    if (item != graphicsItem(m_currentItem))
+        settle(item);
+    addItem(item);
+}
+
+void Editor::settle(QGraphicsItem *item) {
+    m_index.place(item, extentOf(*item));
+}
+
 void Editor::takeOutOfScene(QGraphicsItem *item) {
     if (item->scene() != this)
         return;
+    m_index.remove(item);
     const QRectF area = paintedRect(*item);
     removeItem(item);
     update(area);
@@ -436,6 +478,7 @@ void Editor::takeOutOfScene(QGraphicsItem *item) {
 
 void Editor::onFinishTextEdit(bool succeed, bool abort) {
     if (succeed && m_currentItem) {
+        settle(graphicsItem(m_currentItem));
         m_undoList.append(graphicsItem(m_currentItem));
         emptyRedoList();
         reportToolUse();
@@ -448,10 +491,12 @@ void Editor::onFinishTextEdit(bool succeed, bool abort) {
 }
 
 void Editor::onFinishCrop(bool succeed) {
-    if (succeed)
+    if (succeed) {
+        settle(graphicsItem(m_currentItem));
         reportToolUse();
-    else
+    } else {
         rejectCurrentItem();
+    }
     m_currentItem = nullptr;
     emit finishCropItem();
     setShape(m_previousShapeType);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "canvas/itemindex.h"
 #include "canvas/shapetype.h"
 
 #include <QGraphicsScene>
@@ -61,6 +62,10 @@ public:
     void finishDrag();
     /// The item under construction or open; not owned.
     DrawingInterface *currentItem() const { return m_currentItem; }
+    /// Whether nothing lies over that item.
+    bool isCurrentOnTop() const { return m_currentOnTop; }
+    /// All items that may paint or be hit somewhere in that area of the scene, topmost first.
+    QVector<QGraphicsItem *> itemsNear(const QRectF &area) const;
 
     void undo();
     void redo();
@@ -174,7 +179,11 @@ private:
     /// Ends a drag and leaves nothing of it.
     void dropDrag();
     void toggle(QList<QGraphicsItem *> &from, QList<QGraphicsItem *> &to);
+    /// A current item grows on after this; any other one stays where it is.
+    void putIntoScene(QGraphicsItem *item);
     void takeOutOfScene(QGraphicsItem *item);
+    /// The item has its final place.
+    void settle(QGraphicsItem *item);
     void rejectCurrentItem();
     void emptyRedoList();
     void reportToolUse();
@@ -188,11 +197,13 @@ private:
     QPoint m_lastPos = NoPos;
     bool m_hasMoved = false;  ///< the mouse has left the place of the press since
     bool m_lastShift = false; ///< the Shift key of the last move
+    bool m_overText = false;  ///< the mouse was over the open text at the last move
     DrawingInterface *m_currentItem = nullptr;
     QString m_savedPath;
     int m_zoomStep = -1;
     QRect m_cropRect;
     bool m_currentOnTop = true; ///< nothing joined the scene since the item under construction
+    mutable ItemIndex m_index;  ///< of what is in the scene
     QSet<int> m_reportedTools;
     QList<QGraphicsItem *> m_undoList;
     QList<QGraphicsItem *> m_redoList;

@@ -20,6 +20,7 @@ class FloatingCropPopup;
 class FloatingTextPopup;
 class ImageToolWidget;
 class ItemButton;
+class Omittable;
 class QMenu;
 
 /// The canvas widget: shows one `Editor` at a time, paints its image as background, keeps zoom and scroll
@@ -122,7 +123,13 @@ private:
     /// Paints the scene's parts into `image`, a picture of the viewport: that region, or everything where
     /// there is no painting a part, which it tells.
     bool renderParts(QImage &image, const QRegion &stale);
-    void refreshUnderlay(DrawingFigureItem *item, const QRect &area);
+    /// Brings the frame's underlay, the picture without that item, up to date; nothing of it is known in
+    /// `unknown` if there is none yet.
+    void refreshUnderlay(QObject *object, Omittable *item, const QRegion &unknown);
+    /// The open text if nothing lies over it.
+    DrawingTextItem *textOnTop() const;
+    void paintTextOnTop(DrawingTextItem *text, const QRegion &stale);
+    void paintOverFrame(QGraphicsItem *item, QWidget *widget);
     /// Whether the toolkit would paint the item at all, were everything painted.
     bool isReached(const QGraphicsItem &item) const;
     QRegion withReachingItems(QRegion region) const;
@@ -142,9 +149,9 @@ private:
     DebounceFunc *m_backgroundDebounce = nullptr;
     SmoothBackground m_background;
     ViewFrame m_frame;
-    std::optional<qint64> m_frameImage;     ///< `QPixmap::cacheKey` of what the frame was painted from
-    QPointer<DrawingFigureItem> m_overlaid; ///< the figure that the frame's underlay goes without
-    QRegion m_rendered;                     ///< what of the frame is being painted, while it is
+    std::optional<qint64> m_frameImage; ///< `QPixmap::cacheKey` of what the frame was painted from
+    QPointer<QObject> m_overlaid;       ///< the item that the frame's underlay goes without
+    QRegion m_rendered;                 ///< what of the frame is being painted, while it is
     CanvasMenu *m_contextMenu;
     CanvasGestures *m_gestures;
     std::unique_ptr<FloatingTextPopup> m_textPopup;

@@ -6,6 +6,7 @@
 #include "canvas/items/drawingcropitem.h"
 #include "canvas/items/drawingfigureitem.h"
 #include "canvas/items/drawingfreehanditem.h"
+#include "canvas/items/drawingtextitem.h"
 #include "ui/debouncefunc.h"
 
 #include <QCoreApplication>
@@ -19,6 +20,8 @@ namespace {
 constexpr int BackgroundQuietTime = 66;
 /// How far, in device pixels, antialiasing and rounding can carry a mark beyond its exact outline.
 constexpr int DeviceMargin = 2;
+/// How far, in device pixels, what can meet a region is looked for: further than any margin goes.
+constexpr int ReachMargin = 2 * DeviceMargin;
 /// How far, in device pixels, the toolkit widens bounding rectangles before it leaves out what is not in
 /// view.
 constexpr int ToolkitMargin = 2;
@@ -41,8 +44,12 @@ void EditorView::paintEvent(QPaintEvent *event) {
         repaintAll();
         stale = m_frame.takeStale(event->region());
     }
-    if (!stale.isEmpty())
-        renderFrame(withReachingItems(stale));
+    if (!stale.isEmpty()) {
+        if (DrawingTextItem *text = textOnTop())
+            paintTextOnTop(text, stale);
+        else
+            renderFrame(withReachingItems(stale));
+    }
     QPainter painter(viewport());
     for (const QRect &rect : event->region())
         painter.drawImage(rect.topLeft(), m_frame.image(), rect);
@@ -69,10 +76,13 @@ void EditorView::repaintAll() {
 }
 
 void EditorView::onSceneChanged(const QList<QRectF> &areas) {
-    if (m_frame.hasUnderlay() && m_editor->currentItem() != m_overlaid) {
+    const auto *current = dynamic_cast<QObject *>(m_editor->currentItem());
+    if (m_frame.hasUnderlay() && (!current || current != m_overlaid)) {
         m_overlaid.clear();
         m_frame.endUnderlay();
     }
+    // While a text is open nothing below it changes but with the whole scene.
+    const bool onlyText = m_frame.hasUnderlay() && textOnTop();
     for (const QRectF &area : areas) {
         // Stands for everything: an open text may reach beyond the image.
         if (area.contains(scene()->sceneRect())) {
@@ -80,7 +90,10 @@ void EditorView::onSceneChanged(const QList<QRectF> &areas) {
             return;
         }
         const QRect rect = deviceRect(area);
-        m_frame.markStale(rect);
+        if (onlyText)
+            m_frame.markStaleAbove(rect);
+        else
+            m_frame.markStale(rect);
         viewport()->update(rect);
     }
 }
@@ -103,28 +116,49 @@ void EditorView::onFigureChanged(DrawingFigureItem *item, const QRectF &area) {
     if (rect.isEmpty())
         return;
     hearOfChanges();
-    refreshUnderlay(item, rect);
+    refreshUnderlay(item, item, rect);
     m_frame.uncover(rect);
-    if (isReached(*item)) {
-        QPainter painter(&m_frame.image());
-        painter.setWorldTransform(viewportTransform());
-        const QStyleOptionGraphicsItem option;
-        item->paint(&painter, &option, viewport());
-    }
+    paintOverFrame(item, viewport());
     viewport()->update(rect);
+}
+
+DrawingTextItem *EditorView::textOnTop() const {
+    return m_editor->isCurrentOnTop() ? dynamic_cast<DrawingTextItem *>(m_editor->currentItem()) : nullptr;
+}
+
+void EditorView::paintTextOnTop(DrawingTextItem *text, const QRegion &stale) {
+    // All of the box, through which the picture shines. The margin has room for the line below it.
+    const QRegion region = stale + deviceRect(text->sceneBoundingRect());
+    refreshUnderlay(text, text, region);
+    for (const QRect &rect : region)
+        m_frame.uncover(rect);
+    // Not on a widget, which would have to be told of that line.
+    paintOverFrame(text, nullptr);
+}
+
+void EditorView::paintOverFrame(QGraphicsItem *item, QWidget *widget) {
+    if (!isReached(*item))
+        return;
+    QPainter painter(&m_frame.image());
+    painter.setWorldTransform(item->sceneTransform() * viewportTransform());
+    QStyleOptionGraphicsItem option;
+    option.exposedRect = item->boundingRect();
+    if (item->isSelected())
+        option.state |= QStyle::State_Selected;
+    item->paint(&painter, &option, widget);
 }
 
 // A preview can draw far beyond its bounding rectangle, which is one mouse event behind.
 bool EditorView::isReached(const QGraphicsItem &item) const {
-    const QRect bounds = viewportTransform().mapRect(item.boundingRect()).toRect();
+    const QRect bounds = viewportTransform().mapRect(item.sceneBoundingRect()).toRect();
     return viewport()->rect().intersects(
         bounds.adjusted(-ToolkitMargin, -ToolkitMargin, ToolkitMargin, ToolkitMargin));
 }
 
-void EditorView::refreshUnderlay(DrawingFigureItem *item, const QRect &area) {
-    if (m_overlaid != item || !m_frame.hasUnderlay()) {
-        m_overlaid = item;
-        m_frame.beginUnderlay(area);
+void EditorView::refreshUnderlay(QObject *object, Omittable *item, const QRegion &unknown) {
+    if (m_overlaid != object || !m_frame.hasUnderlay()) {
+        m_overlaid = object;
+        m_frame.beginUnderlay(unknown);
     }
     const QRegion stale = m_frame.takeStaleUnderlay();
     if (stale.isEmpty())
@@ -164,10 +198,12 @@ QRect EditorView::deviceRect(const QRectF &sceneArea) const {
 // The toolkit paints an item only where the region meets its bounding rectangle. Where the region meets but
 // a mark beyond that rectangle, such as a mitred corner, the rectangle must come in too, and so on.
 QRegion EditorView::withReachingItems(QRegion region) const {
-    const QList<QGraphicsItem *> items = scene()->items();
+    const QTransform toScene = viewportTransform().inverted();
     for (bool grown = true; grown;) {
         grown = false;
-        for (const QGraphicsItem *item : items) {
+        const QRect around =
+            region.boundingRect().adjusted(-ReachMargin, -ReachMargin, ReachMargin, ReachMargin);
+        for (const QGraphicsItem *item : m_editor->itemsNear(toScene.mapRect(QRectF(around)))) {
             const auto *drawing = dynamic_cast<const DrawingItem *>(item);
             if (!drawing || !region.intersects(deviceRect(drawing->paintedRect())))
                 continue;

@@ -34,9 +34,13 @@ void ViewFrame::clear() {
 }
 
 void ViewFrame::markStale(const QRegion &region) {
-    add(region & m_image.rect(), &m_stale);
+    markStaleAbove(region);
     if (hasUnderlay())
         add(region & m_image.rect(), &m_staleUnderlay);
+}
+
+void ViewFrame::markStaleAbove(const QRegion &region) {
+    add(region & m_image.rect(), &m_stale);
 }
 
 void ViewFrame::markAllStale() {

@@ -20,6 +20,8 @@ public:
     QImage &image() { return m_image; }
 
     void markStale(const QRegion &region);
+    /// The same for a change of what the underlay goes without.
+    void markStaleAbove(const QRegion &region);
     void markAllStale();
     /// The stale part of `exposed`, which no longer counts as stale: the caller paints it now.
     QRegion takeStale(const QRegion &exposed);

@@ -133,6 +133,7 @@ private:
     QPoint randomPoint(QRandomGenerator &random) const;
     void oneDrag(QRandomGenerator &random, const Tools &tools, const QString &name);
     void between(QRandomGenerator &random);
+    void moveText(QRandomGenerator &random);
     void openRealCrop();
     QPoint cropHandle(QRandomGenerator &random) const;
     void oneCropDrag(QRandomGenerator &random, const QString &name);
@@ -677,6 +678,23 @@ void Tst_ViewExactness::randomWriting_data() {
     QTest::newRow("250 %") << Scene{30, {300, 200}, {57, 41}, {}, true};
 }
 
+// By its left border, as far as that is seen.
+void Tst_ViewExactness::moveText(QRandomGenerator &random) {
+    const QRectF box = dynamic_cast<QGraphicsItem *>(m_editor->currentItem())->sceneBoundingRect();
+    QPoint pos = m_view->mapFromScene(box.left() + 3, box.center().y());
+    if (!m_view->viewport()->rect().contains(pos))
+        return;
+    capture::Mouse mouse(m_view->viewport());
+    mouse.press(pos);
+    for (int move = 0; move < 3 && !QTest::currentTestFailed(); ++move) {
+        pos += QPoint(random.bounded(61) - 30, random.bounded(61) - 30);
+        mouse.move(pos);
+        between(random);
+        compare(QStringLiteral("box moved"));
+    }
+    mouse.release(pos);
+}
+
 // Everything that can become stale around an open text, in any order.
 void Tst_ViewExactness::randomWriting() {
     QFETCH(Scene, scene);
@@ -705,6 +723,8 @@ void Tst_ViewExactness::randomWriting() {
             default:
                 type(QString(QChar(0x21 + random.bounded(0x50))).repeated(1 + random.bounded(6)));
             }
+            if (random.bounded(4) == 0)
+                moveText(random);
             const QRectF box = m_editor->items().first()->sceneBoundingRect();
             // Right at the frame, where a part alone is painted anew.
             const double height = random.bounded(6) * 0.5;

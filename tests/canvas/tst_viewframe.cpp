@@ -12,6 +12,7 @@ private slots:
     void clearGivesThePictureBack();
     void underlayStartsAsThePicture();
     void underlayGoesStaleWithThePicture();
+    void underlayStaysGoodUnderAChangeAbove();
     void underlayIsBroughtBackInPart();
     void underlayEndsWithThePicturesSize();
 };
@@ -106,6 +107,17 @@ void Tst_ViewFrame::underlayGoesStaleWithThePicture() {
     QCOMPARE(frame.takeStaleUnderlay(), QRegion(all));
     frame.adapt(all.size(), QTransform::fromTranslate(1, 0), Qt::white);
     QCOMPARE(frame.takeStaleUnderlay(), QRegion(all));
+}
+
+void Tst_ViewFrame::underlayStaysGoodUnderAChangeAbove() {
+    ViewFrame frame;
+    const QRect all(0, 0, 100, 80);
+    frame.adapt(all.size(), QTransform(), Qt::white);
+    frame.takeStale(all);
+    frame.beginUnderlay(QRegion());
+    frame.markStaleAbove(QRect(90, 10, 40, 5));
+    QCOMPARE(frame.takeStale(all), QRegion(90, 10, 10, 5));
+    QVERIFY(frame.takeStaleUnderlay().isEmpty());
 }
 
 void Tst_ViewFrame::underlayIsBroughtBackInPart() {

@@ -41,6 +41,7 @@ public:
     void attachPopup(CropPopup *popup) override;
 
     bool isDrawn() const override { return false; }
+    QRectF extent() const override { return QRectF(); }
     QRectF boundingRect() const override;
     void paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget) override;
 

@@ -23,12 +23,21 @@ QPainterPath DrawingFigureItem::shape() const {
 }
 
 QRectF DrawingFigureItem::paintedRect() const {
+    return markedRect().intersected(m_sceneRect);
+}
+
+QRectF DrawingFigureItem::extent() const {
+    return DrawingItem::extent().united(markedRect());
+}
+
+// With all that the pen adds to the outline.
+QRectF DrawingFigureItem::markedRect() const {
     const double margin = MiterReach * m_lineWidth + PixelBorder;
-    return outlineRect().adjusted(-margin, -margin, margin, margin).intersected(m_sceneRect);
+    return outlineRect().adjusted(-margin, -margin, margin, margin);
 }
 
 void DrawingFigureItem::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *) {
-    if (m_omitted)
+    if (isOmitted())
         return;
     painter->save();
     painter->setPen(figurePen(static_cast<Qt::PenStyle>(m_lineStyle)));

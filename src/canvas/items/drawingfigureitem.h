@@ -2,6 +2,7 @@
 
 #include "canvas/items/drawinginterface.h"
 #include "canvas/items/drawingitem.h"
+#include "canvas/items/omittable.h"
 
 #include <QPainterPath>
 
@@ -10,7 +11,7 @@
 /// A move takes the extent, and with Shift the constrained shape, from the mouse position before it, so the
 /// preview is one event behind; the release takes everything from its own point, which makes the result
 /// exact. Nothing can be hit before the release.
-class DrawingFigureItem : public DrawingItem, public DrawingInterface {
+class DrawingFigureItem : public DrawingItem, public DrawingInterface, public Omittable {
     Q_OBJECT
 public:
     QPointF startPoint() const { return m_startPoint; }
@@ -19,9 +20,8 @@ public:
 
     QPainterPath shape() const override;
     QRectF paintedRect() const override;
+    QRectF extent() const override;
     void paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget) override;
-    /// Paints nothing meanwhile: for a picture of what lies below and above the figure.
-    void setOmitted(bool omitted) { m_omitted = omitted; }
 
     QRectF drawStart(QPoint pos) override;
     QRectF drawMove(QPoint lastPos, QPoint pos, bool shift) override;
@@ -56,6 +56,7 @@ protected:
 private:
     void stretch(const QPointF &measured, const QPointF &pos, bool shift);
 
+    QRectF markedRect() const;
+
     ShiftRule m_rule;
-    bool m_omitted = false;
 };

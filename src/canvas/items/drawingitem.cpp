@@ -7,8 +7,12 @@ DrawingItem::DrawingItem(const DrawingAttributes &attributes, const QRectF &scen
       m_lineWidth(attributes.lineWidth), m_lineStyle(attributes.lineStyle), m_sceneRect(sceneRect) {}
 
 QRectF DrawingItem::boundingRect() const {
+    return DrawingItem::extent().intersected(m_sceneRect);
+}
+
+QRectF DrawingItem::extent() const {
     const qreal margin = m_lineWidth + 1;
-    return m_itemRect.normalized().adjusted(-margin, -margin, margin, margin).intersected(m_sceneRect);
+    return m_itemRect.normalized().adjusted(-margin, -margin, margin, margin);
 }
 
 void DrawingItem::onChangeSceneRect(QRectF sceneRect) {

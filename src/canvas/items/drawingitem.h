@@ -22,6 +22,8 @@ public:
     /// All that `paint` can touch, in scene coordinates. May reach beyond the bounding rectangle, which the
     /// toolkit takes for the same and which some items keep smaller.
     virtual QRectF paintedRect() const { return boundingRect(); }
+    /// All that the item could paint or be hit at if the whole image were visible, and more.
+    virtual QRectF extent() const;
 
     /// Whether the item draws anything into a flattened picture.
     virtual bool isDrawn() const { return true; }

@@ -281,7 +281,7 @@ void DrawingTextItem::paint(QPainter *painter, const QStyleOptionGraphicsItem *o
     QStyleOptionGraphicsItem plain(*option);
     plain.state = QStyle::State_None;
     const QRectF box = boundingRect();
-    if (box.isEmpty())
+    if (box.isEmpty() || isOmitted())
         return;
     const bool selected = option->state & QStyle::State_Selected;
     painter->save();
@@ -297,7 +297,8 @@ void DrawingTextItem::paint(QPainter *painter, const QStyleOptionGraphicsItem *o
         const QRectF frame = box.adjusted(0, 0, -1.0, 0);
         painter->drawRects(&frame, 1);
         // The frame's lower line lies outside the box, which is all that a view is told to paint anew.
-        if (const QGraphicsView *view = firstView())
+        const QGraphicsView *view = widget ? firstView() : nullptr;
+        if (view)
             view->viewport()->update(lowerLine(*view));
     }
     painter->restore();

@@ -2,6 +2,7 @@
 
 #include "canvas/items/drawinginterface.h"
 #include "canvas/items/drawingtoolinterface.h"
+#include "canvas/items/omittable.h"
 
 #include <QColor>
 #include <QFont>
@@ -18,7 +19,8 @@ class TextPopup;
 /// are image pixels. Size, colour and style hold for the whole text; a new one begins with the stored ones.
 class DrawingTextItem : public QGraphicsTextItem,
                         public DrawingInterface,
-                        public DrawingToolInterface<TextPopup> {
+                        public DrawingToolInterface<TextPopup>,
+                        public Omittable {
     Q_OBJECT
 public:
     /// `sceneRect` is the part of the image that is visible now.
@@ -34,6 +36,8 @@ public:
     void attachPopup(TextPopup *popup) override;
 
     QRectF boundingRect() const override;
+    /// The box in scene coordinates, were the whole image visible.
+    QRectF extent() const { return mapRectToScene(QGraphicsTextItem::boundingRect()); }
     QPainterPath shape() const override;
     void paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget) override;
 
