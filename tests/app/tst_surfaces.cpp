@@ -1,4 +1,5 @@
-#include "app/windowtest.h"
+#include "app/managementprogramoffer.h"
+#include "app/plugintest.h"
 #include "output/confirmdeletedialog.h"
 #include "output/confirmsavedialog.h"
 #include "output/filenameformatsettingdialog.h"
@@ -12,7 +13,6 @@
 #include "services/workfolder.h"
 #include "ui/aboutdialog.h"
 #include "ui/builtinstyle.h"
-#include "ui/coachmarkwidget.h"
 #include "ui/debugdialog.h"
 #include "ui/filedownloaddialog.h"
 
@@ -44,12 +44,12 @@
 /// of this run: no text is cut off, every control has a name for those who do not see it, every control is
 /// reached by the keyboard and shows that it has the focus. With TINDRA_TEST_PICTURES set, pictures are left
 /// in that folder.
-class Tst_Surfaces : public WindowTest {
+class Tst_Surfaces : public PluginTest {
     Q_OBJECT
 private slots:
     void initTestCase();
     void init();
-    void cleanup() { WindowTest::cleanup(); }
+    void cleanup() { PluginTest::cleanup(); }
 
     void textsFitAreKoreanAndNameEveryControl_data() { addSurfaces(); }
     void textsFitAreKoreanAndNameEveryControl();
@@ -86,6 +86,10 @@ private:
     void showWithoutHistory(const Visit &visit);
     void showEmptyWindow(const Visit &visit);
     void showCoachmark(const Visit &visit);
+    void showAiToolsMenu(const Visit &visit);
+    void showCanvasMenuWithAiTools(const Visit &visit);
+    void showAiToolsResult(const Visit &visit);
+    void showOffer(const Visit &visit);
     void showMenuOfButton(const Visit &visit);
     void showColorPicker(const Visit &visit);
     void showOverflow(const Visit &visit);
@@ -104,6 +108,9 @@ private:
     /// Visits the modal dialog that comes up next, and closes it.
     static void addVisit(ModalAnswers &answers, const Visit &visit);
 
+    void fillWindow();
+    /// A window with AI tools in the place of the one without.
+    void startWithAiTools();
     void openMenu(QMenu *menu, const Visit &visit);
     void openDialog(QDialog &dialog, const Visit &visit);
     std::unique_ptr<QDialog> makeDialog(const QByteArray &name);
@@ -279,6 +286,8 @@ const QVector<Tst_Surfaces::Surface> &Tst_Surfaces::surfaces() {
         {"menu-menu", &Test::showMenuOfButton, "menu"},
         {"menu-overflow", &Test::showOverflow, nullptr},
         {"menu-canvas", &Test::showCanvasMenu, nullptr},
+        {"menu-canvas-aitools", &Test::showCanvasMenuWithAiTools, nullptr},
+        {"menu-aitools", &Test::showAiToolsMenu, nullptr},
         {"menu-row", &Test::showRowMenu, nullptr},
         {"panel-text", &Test::showOpenText, nullptr, Qt::Key_F6},
         {"panel-crop", &Test::showOpenCrop, nullptr},
@@ -309,6 +318,10 @@ const QVector<Tst_Surfaces::Surface> &Tst_Surfaces::surfaces() {
         {"files-save", &Test::showFileDialog, "save"},
         {"files-overwrite", &Test::showFileDialog, "overwrite"},
         {"files-folder", &Test::showFileDialog, "folder"},
+        {"dialog-aitools-updating", &Test::showAiToolsResult, "1306"},
+        {"dialog-aitools-missing", &Test::showAiToolsResult, "126"},
+        {"dialog-aitools-failed", &Test::showAiToolsResult, "1"},
+        {"dialog-management", &Test::showOffer, nullptr},
     };
     return all;
 }
@@ -347,6 +360,10 @@ void Tst_Surfaces::init() {
     // The panels read the colours once, when they are made.
     m_window.reset();
     start();
+    fillWindow();
+}
+
+void Tst_Surfaces::fillWindow() {
     for (const int path : {int(TindraPreferences::FilePath), int(TindraPreferences::AutoSavePath)})
         preferences()->SetString(path, "/var/lib/pictures"_qs);
     for (const auto &name : {"a"_qs, "b"_qs, "c"_qs})
@@ -391,13 +408,47 @@ void Tst_Surfaces::showEmptyWindow(const Visit &visit) {
 }
 
 void Tst_Surfaces::showCoachmark(const Visit &visit) {
-    CoachmarkWidget coachmark(TindraPreferences::OnceAiToolsCoachmark, m_window.get());
-    coachmark.setText(button("figure")->toolTip());
-    coachmark.setAnchor(button("figure"), CoachmarkWidget::BelowAnchor, 20);
-    coachmark.show();
-    coachmark.raise();
-    settle();
+    startWithAiTools();
     visit(m_window.get());
+}
+
+void Tst_Surfaces::startWithAiTools() {
+    prepareHost("erase|배경 지우기|\nsharp|선명하게|\nenlarge|고해상도로 확대|");
+    m_window.reset();
+    // Nothing comes back from the other window.
+    QDir(workFolder()).removeRecursively();
+    start();
+    fillWindow();
+    QVERIFY(button("aitools") && button("aitools")->isVisible());
+}
+
+void Tst_Surfaces::showAiToolsMenu(const Visit &visit) {
+    startWithAiTools();
+    openMenu(button("aitools")->menu(), visit);
+}
+
+void Tst_Surfaces::showCanvasMenuWithAiTools(const Visit &visit) {
+    startWithAiTools();
+    showCanvasMenu(visit);
+}
+
+void Tst_Surfaces::showAiToolsResult(const Visit &visit) {
+    startWithAiTools();
+    qputenv("TINDRA_TEST_RESULT", m_part);
+    ModalAnswers answers;
+    addVisit(answers, visit);
+    m_window->onAiToolsAction("erase"_qs);
+    QVERIFY(answers.isDone());
+}
+
+void Tst_Surfaces::showOffer(const Visit &visit) {
+    prepare();
+    m_settings->remove("BrindleManager"_qs);
+    m_settings->set("BrindleNotes"_qs, "Version"_qs, "3.0"_qs);
+    ModalAnswers answers;
+    addVisit(answers, visit);
+    ManagementProgramOffer::makeIfMissed(m_window.get());
+    QVERIFY(answers.isDone());
 }
 
 void Tst_Surfaces::openMenu(QMenu *menu, const Visit &visit) {

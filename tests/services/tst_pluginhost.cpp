@@ -130,8 +130,9 @@ void Tst_PluginHost::textsAreTheHosts_data() {
                            << "Removes what is behind"_qs;
     QTest::newRow("longest") << "long"_qs << name << description;
     QTest::newRow("one too long") << "longer"_qs << name + "n"_qs << description + "d"_qs;
-    QTest::newRow("beyond ASCII") << QString::fromLatin1("\xE9t\xE9") << QString::fromLatin1("\xDF")
-                                  << QString::fromLatin1("\xB5");
+    QTest::newRow("beyond ASCII") << "지움"_qs
+                                  << "배경 지우기 é"_qs
+                                  << "ß 그림"_qs;
 }
 
 void Tst_PluginHost::textsAreTheHosts() {
@@ -140,7 +141,7 @@ void Tst_PluginHost::textsAreTheHosts() {
     QFETCH(QString, description);
     install(Kilnworks);
     start();
-    qputenv("TINDRA_TEST_PLUGINS", QStringList{id, name, description}.join(QLatin1Char('|')).toLatin1());
+    qputenv("TINDRA_TEST_PLUGINS", QStringList{id, name, description}.join(QLatin1Char('|')).toUtf8());
     QCOMPARE(host().pluginIds(), QStringList{id});
     m_libraries->forgetCalls();
     QCOMPARE(host().pluginName(id), name.size() < 30 ? name : QString());

@@ -13,12 +13,19 @@ namespace {
 
 using Plugin = std::vector<std::wstring>;
 
+/// The variable's text, which is UTF-8 of at most three bytes a character.
 std::wstring environment(const char *name) {
     const char *value = std::getenv(name);
     std::wstring wide;
-    // The texts of the tests are Latin 1.
-    for (; value && *value; ++value)
-        wide += static_cast<wchar_t>(static_cast<unsigned char>(*value));
+    for (; value && *value; ++value) {
+        const auto byte = static_cast<unsigned char>(*value);
+        if (byte < 0x80)
+            wide += static_cast<wchar_t>(byte);
+        else if (byte < 0xC0)
+            wide.back() = static_cast<wchar_t>((wide.back() << 6) | (byte & 0x3F));
+        else
+            wide += static_cast<wchar_t>(byte & (byte < 0xE0 ? 0x1F : 0x0F));
+    }
     return wide;
 }
 
