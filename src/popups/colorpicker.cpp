@@ -59,10 +59,12 @@ void ColorPicker::build() {
 
     auto *colors = new QHBoxLayout;
     colors->setObjectName(QStringLiteral("colorLayout_"));
-    colors->setSpacing(10);
+    colors->setSpacing(0);
     colors->addWidget(m_square);
+    // The buttons below make the panel wider than square and bar.
     colors->addStretch();
     colors->addWidget(m_slider);
+    colors->addStretch();
     auto *text = new QHBoxLayout;
     text->setSpacing(6);
     text->addWidget(m_preview);

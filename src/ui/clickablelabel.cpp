@@ -1,18 +1,57 @@
 #include "ui/clickablelabel.h"
 
+#include <QAccessibleWidget>
 #include <QKeyEvent>
 
+namespace {
+
+/// A label is a mere text for those who do not see it; this one can be pressed.
+class LinkFace : public QAccessibleWidget {
+public:
+    explicit LinkFace(ClickableLabel *label) : QAccessibleWidget(label, QAccessible::Link), m_label(label) {}
+
+    QString text(QAccessible::Text kind) const override {
+        const QString given = QAccessibleWidget::text(kind);
+        return kind == QAccessible::Name && given.isEmpty() ? m_label->text() : given;
+    }
+    QStringList actionNames() const override {
+        return QStringList(pressAction()) + QAccessibleWidget::actionNames();
+    }
+    void doAction(const QString &name) override {
+        if (name == pressAction())
+            emit m_label->clicked();
+        else
+            QAccessibleWidget::doAction(name);
+    }
+
+private:
+    ClickableLabel *m_label; ///< which the face does not outlive
+};
+
+QAccessibleInterface *makeLinkFace(const QString &, QObject *object) {
+    auto *label = qobject_cast<ClickableLabel *>(object);
+    return label ? new LinkFace(label) : nullptr;
+}
+
+void installLinkFace() {
+    static const bool isInstalled = [] {
+        QAccessible::installFactory(makeLinkFace);
+        return true;
+    }();
+    Q_UNUSED(isInstalled)
+}
+
+} // namespace
+
 ClickableLabel::ClickableLabel(QWidget *parent) : QLabel(parent) {
-    watchItself();
-}
-
-ClickableLabel::ClickableLabel(const QString &text, QWidget *parent) : QLabel(text, parent) {
-    watchItself();
-}
-
-void ClickableLabel::watchItself() {
+    installLinkFace();
     installEventFilter(this);
     setAttribute(Qt::WA_Hover);
+}
+
+ClickableLabel::ClickableLabel(const QString &text, QWidget *parent) : ClickableLabel(parent) {
+    // Not by the base class: its face is made for good when it gets a text, and would be that of a label.
+    setText(text);
 }
 
 bool ClickableLabel::eventFilter(QObject *watched, QEvent *event) {

@@ -3,7 +3,7 @@
 #include <QLabel>
 
 /// A label that behaves as a link: it tells clicks and the mouse coming and going. Given a focus policy, it
-/// is underlined while it has the focus, and Space and Return click it.
+/// is underlined while it has the focus, and Space and Return click it. Screen readers call it a link.
 class ClickableLabel : public QLabel {
     Q_OBJECT
 public:
@@ -23,5 +23,4 @@ protected:
 
 private:
     void setUnderlined(bool underlined);
-    void watchItself();
 };

@@ -39,6 +39,8 @@ private slots:
     void pictureComesByTheName_data();
     void pictureComesByTheName();
     void focusIsSeenAsWellAsTheChoice();
+    void samplesStandInOneRow();
+    void hueBarStandsInTheMiddleOfItsRoom();
 
 private:
     using Panel = std::unique_ptr<Popup>;
@@ -297,6 +299,34 @@ void Tst_PopupLook::focusIsSeenAsWellAsTheChoice() {
     QCOMPARE(look(swatches[0]).pixelColor(inside), QColor(230, 243, 254));
     swatches[1]->setFocus();
     QCOMPARE(look(swatches[1]).pixelColor(inside), QColor(Qt::white));
+}
+
+void Tst_PopupLook::samplesStandInOneRow() {
+    const Panel popup = makePanel("mosaic");
+    popup->show();
+    QTest::qWait(10);
+    const auto topOf = [&](const char *sample, const char *part) {
+        const auto *holder = popup->findChild<QWidget *>(QLatin1String(sample));
+        const auto *label = holder->findChild<QWidget *>(QLatin1String(part));
+        return label->mapTo(popup.get(), QPoint()).y();
+    };
+    for (const char *part : {"image_", "caption_"}) {
+        for (const char *sample : {"weak_", "medium_", "strong_"})
+            QCOMPARE(topOf("original_", part), topOf(sample, part));
+    }
+}
+
+void Tst_PopupLook::hueBarStandsInTheMiddleOfItsRoom() {
+    ColorPicker picker;
+    picker.show();
+    QTest::qWait(10);
+    const QRect square = picker.findChild<QWidget *>(QStringLiteral("colorSquare_"))->geometry();
+    const QRect bar = picker.findChild<QWidget *>(QStringLiteral("colorSlider_"))->geometry();
+    const int end = picker.findChild<QWidget *>(QStringLiteral("cancelBtn_"))->geometry().right();
+    const int before = bar.left() - square.right() - 1;
+    const int behind = end - bar.right();
+    QVERIFY2(qAbs(before - behind) <= 1, qPrintable(QStringLiteral("%1, %2").arg(before).arg(behind)));
+    QVERIFY(before <= int(20 * scale()));
 }
 
 QTEST_MAIN(Tst_PopupLook)

@@ -1,5 +1,6 @@
 #include "ui/clickablelabel.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QHoverEvent>
 #include <QSignalSpy>
@@ -11,6 +12,7 @@ private slots:
     void pressIsAClick();
     void mouseComesAndGoes();
     void eventsReachTheLabelAsWell();
+    void isALinkForScreenReaders();
 };
 
 void Tst_ClickableLabel::pressIsAClick() {
@@ -46,6 +48,26 @@ void Tst_ClickableLabel::eventsReachTheLabelAsWell() {
     QSignalSpy link(&label, &QLabel::linkActivated);
     QTest::mouseClick(&label, Qt::LeftButton, {}, QPoint(6, label.height() / 2));
     QCOMPARE(link.count(), 1);
+}
+
+void Tst_ClickableLabel::isALinkForScreenReaders() {
+    ClickableLabel label(QStringLiteral("www.example.com"));
+    QAccessibleInterface *face = QAccessible::queryAccessibleInterface(&label);
+    QVERIFY(face);
+    QCOMPARE(face->role(), QAccessible::Link);
+    QCOMPARE(face->text(QAccessible::Name), QStringLiteral("www.example.com"));
+    label.setAccessibleName(QStringLiteral("home page"));
+    QCOMPARE(face->text(QAccessible::Name), QStringLiteral("home page"));
+    QSignalSpy clicked(&label, &ClickableLabel::clicked);
+    QAccessibleActionInterface *actions = face->actionInterface();
+    QVERIFY(actions->actionNames().contains(QAccessibleActionInterface::pressAction()));
+    actions->doAction(QAccessibleActionInterface::setFocusAction());
+    QCOMPARE(clicked.count(), 0);
+    actions->doAction(QAccessibleActionInterface::pressAction());
+    QCOMPARE(clicked.count(), 1);
+    // A plain label stays a text.
+    QLabel plain(QStringLiteral("text"));
+    QCOMPARE(QAccessible::queryAccessibleInterface(&plain)->role(), QAccessible::StaticText);
 }
 
 QTEST_MAIN(Tst_ClickableLabel)
