@@ -3,6 +3,16 @@
 #include <QDir>
 #include <QFile>
 
+namespace {
+
+constexpr int Patience = 15000; // milliseconds
+
+template <typename State> void arrives(State state) {
+    (void)QTest::qWaitFor([&] { return state() != LateAnswer::Awaited; }, Patience);
+}
+
+} // namespace
+
 void PrintServerTest::initTestCase() {
     qputenv("CUPS_SERVER", "/nowhere");
 }
@@ -18,10 +28,27 @@ void PrintServerTest::cleanup() {
     removePresets();
 }
 
+QString PrintServerTest::names() {
+    QStringList names = NativePrinter::printerNames();
+    if (NativePrinter::latePrinterNames() != LateAnswer::None) {
+        arrives([] { return NativePrinter::latePrinterNames(); });
+        names = NativePrinter::takeLatePrinterNames();
+    }
+    return names.join(QLatin1Char(' '));
+}
+
 std::unique_ptr<NativePrinter> PrintServerTest::printer(const QString &name) {
     auto printer = std::make_unique<NativePrinter>(name);
+    arrives([&] { return printer->lateAnswer(); });
+    printer->takeLateAnswer();
     printer->paperList();
     return printer;
+}
+
+std::unique_ptr<Printer> PrintServerTest::opened(const QString &name) {
+    auto queue = printers().open(name);
+    arrives([&] { return printers().latePrinter(name); });
+    return queue ? std::move(queue) : printers().takeLatePrinter(name);
 }
 
 void PrintServerTest::writePresets(const QByteArray &text) {

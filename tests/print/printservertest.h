@@ -21,8 +21,10 @@ protected:
     static constexpr int Frozen = 8000;
 
     static Printers &printers() { return Platform::instance().printers(); }
-    static QString names() { return NativePrinter::printerNames().join(QLatin1Char(' ')); }
+    // As long as a slow machine takes: the program itself does not wait that long.
+    static QString names();
     static std::unique_ptr<NativePrinter> printer(const QString &name = "Office"_qs);
+    static std::unique_ptr<Printer> opened(const QString &name);
     static PrintPage pageOf(const QPixmap &pixmap, const QRectF &target, bool border = false) {
         return {pixmap, QRectF(pixmap.rect()), target, border};
     }

@@ -70,7 +70,7 @@ void Tst_PrintOptions::paperIsAskedFor() {
 }
 
 void Tst_PrintOptions::bothSidesAndQualityAreAskedFor() {
-    const auto queue = printers().open("Office"_qs);
+    const auto queue = opened("Office"_qs);
     for (const auto &[duplex, sides] : {std::pair(PrinterMode::OneSided, "sides=one-sided"),
                                         std::pair(PrinterMode::LongEdge, "sides=two-sided-long-edge"),
                                         std::pair(PrinterMode::ShortEdge, "sides=two-sided-short-edge")}) {
@@ -87,7 +87,7 @@ void Tst_PrintOptions::bothSidesAndQualityAreAskedFor() {
 }
 
 void Tst_PrintOptions::untouchedSettingsAreTheQueues() {
-    const auto queue = printers().open("Office"_qs);
+    const auto queue = opened("Office"_qs);
     const PrintServer::Print print = printedEmpty(*queue, queue->defaultMode());
     const QString options = print.options.join(QLatin1Char(' '));
     QVERIFY2(!options.contains("sides="_qs) && !options.contains("print-quality="_qs), qPrintable(options));
@@ -118,7 +118,7 @@ void Tst_PrintOptions::presetsOfTheUserAreSent_data() {
     row("print-quality=high cupsPrintQuality=High", Mode::QualityField, "print-quality=4",
         "cupsPrintQuality=High print-quality=5");
     // Every job names its sheet and how a page lies on it.
-    row("media=iso_a5_148x210mm PageSize=A5 PageRegion=A5", 0, "media=iso_a4_210x297mm", "A5 a5");
+    row("media=iso_a5_148x210mm PageSize=A5 PageRegion=A5", 0, "media=iso_a4_210x297mm", "=A5 iso_a5");
     row("number-up=4 number-up-layout=btlr", 0, "number-up=1", "number-up=4 number-up-layout");
     row("orientation-requested=4 landscape=true", 0, "orientation-requested=3", "landscape");
     row("fit-to-page scaling=50 print-scaling=fill", 0, "", "fit-to-page scaling=50 =fill");
@@ -133,7 +133,7 @@ void Tst_PrintOptions::presetsOfTheUserAreSent() {
     QFETCH(QString, sent);
     QFETCH(QString, notSent);
     writePresets("Dest Office copies=9\nDest Preset/draft copies=8\nDest Preset " + presets + '\n');
-    const auto queue = printers().open("Preset"_qs);
+    const auto queue = opened("Preset"_qs);
     QVERIFY(queue);
     PrinterMode mode = queue->defaultMode();
     mode.paperSize = PrinterMode::A4;
@@ -154,7 +154,7 @@ void Tst_PrintOptions::presetsOfTheUserAreSent() {
 
 void Tst_PrintOptions::copiesOfTheUserAreSent() {
     writePresets("Default Preset copies=4\n");
-    const auto queue = printers().open("Preset"_qs);
+    const auto queue = opened("Preset"_qs);
     QVERIFY(queue);
     QCOMPARE(printedEmpty(*queue, queue->defaultMode()).copies, 4);
 }

@@ -69,7 +69,7 @@ void Tst_PrintQueues::papersHaveCommonNumbers() {
 }
 
 void Tst_PrintQueues::queueTellsWhatItOffers() {
-    const auto queue = printers().open("Office"_qs);
+    const auto queue = opened("Office"_qs);
     QVERIFY(queue);
     const PrinterChoices choices = queue->choices();
     QCOMPARE(choices.colors, (QVector<PrinterMode::Color>{PrinterMode::Monochrome, PrinterMode::FullColor}));
@@ -144,7 +144,7 @@ void Tst_PrintQueues::presetsOfTheQueueAreRead() {
     QFETCH(QVector<int>, expected);
     if (!option.isEmpty())
         QVERIFY(m_server->setDefault("Preset", option, value));
-    const auto queue = printers().open("Preset"_qs);
+    const auto queue = opened("Preset"_qs);
     QVERIFY(queue);
     const PrinterMode mode = queue->defaultMode();
     const QVector<int> actual{mode.copies, mode.color, mode.duplex, mode.quality, mode.orientation};
@@ -202,7 +202,7 @@ void Tst_PrintQueues::presetsOfTheUserAreRead() {
     QFETCH(QByteArray, presets);
     QFETCH(QVector<int>, expected);
     writePresets("Dest Preset " + presets + '\n');
-    const auto queue = printers().open("Preset"_qs);
+    const auto queue = opened("Preset"_qs);
     QVERIFY(queue);
     const PrinterMode mode = queue->defaultMode();
     QCOMPARE(mode.fields, 0U);
@@ -227,7 +227,7 @@ void Tst_PrintQueues::resolutionIsTheQueues() {
     QFETCH(QByteArray, value);
     if (!value.isEmpty())
         QVERIFY(m_server->setDefault(name.toLatin1(), "printer-resolution", value));
-    const auto queue = printers().open(name);
+    const auto queue = opened(name);
     QVERIFY(queue);
     const auto metrics = queue->metrics(queue->defaultMode());
     QVERIFY(metrics);
