@@ -5,11 +5,14 @@
 #include "services/programfolder.h"
 #include "ui/uistyler.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QEvent>
 #include <QLayout>
 #include <QMainWindow>
 #include <QPushButton>
+
+#include <initializer_list>
 
 namespace {
 
@@ -56,10 +59,15 @@ void Banners::connectBottomBanner() {
 }
 
 void Banners::show() {
-    if (m_toolbarBanner)
-        m_toolbarBanner->show();
-    if (m_bottomBanner && m_bottomBanner->mayShow())
+    if (!m_toolbarBanner)
+        return;
+    m_toolbarBanner->show();
+    if (m_bottomBanner->mayShow())
         m_bottomBanner->show();
+    // What that has queued, the layout with a banner, the end of it and the layout without it, is due before
+    // the window is painted: nobody must see the toolbar become higher and lower again.
+    for (QObject *receiver : std::initializer_list<QObject *>{this, m_toolbarBanner, m_bottomBanner, this})
+        QCoreApplication::sendPostedEvents(receiver, QEvent::MetaCall);
 }
 
 void Banners::hide() {
@@ -82,7 +90,6 @@ void Banners::layOutToolbar() {
         m_toolbarBanner->hide();
     }
     m_toolbar->layOut(widthInToolbar());
-    // A banner that comes and goes at once makes the toolbar higher and lower again; nobody must see that.
     m_window->layout()->activate();
     m_toolbar->layout()->activate();
 }

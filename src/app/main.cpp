@@ -33,7 +33,7 @@ int main(int argc, char **argv) {
     if (platform::isClipboardKeeperCall(argc, argv))
         return platform::runClipboardKeeper(argc, argv);
     if (platform::isLibraryTrialCall(argc, argv))
-        return platform::runLibraryTrial();
+        platform::runLibraryTrial();
     if (ProgramInformation::isCall(argc, argv))
         return ProgramInformation::run(argc, argv);
     platform::returnLargeBlocks();

@@ -35,8 +35,8 @@ QString libraryFileName(const QString &baseName);
 /// in `main`.
 bool isLibraryTrialCall(int argc, char **argv);
 
-/// Loads and unloads the library that was handed over; the exit code.
-int runLibraryTrial();
+/// Loads and unloads the library that was handed over, and ends the process: with 0 when all went well.
+[[noreturn]] void runLibraryTrial();
 
 /// Tests only: the program that is started for a trial instead of this one; empty brings this one back.
 void setLibraryTrialProgram(const QString &path);

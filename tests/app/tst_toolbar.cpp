@@ -144,7 +144,6 @@ int Tst_Toolbar::fitting(int width) const {
 
 void Tst_Toolbar::resizeTo(int width) {
     m_window->show();
-    settleBanners();
     m_window->resize(width, 400);
     QCoreApplication::processEvents();
     QCOMPARE(m_window->width(), width);

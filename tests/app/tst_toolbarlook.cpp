@@ -49,7 +49,7 @@ QImage Tst_ToolbarLook::look(QWidget *widget) const {
 void Tst_ToolbarLook::show(int width) {
     addCapture("a"_qs);
     m_window->resize(width, scaled(400));
-    settleBanners();
+    QCoreApplication::processEvents();
     picture(m_window.get(), "toolbar-%1"_qs.arg(width));
 }
 

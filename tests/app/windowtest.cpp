@@ -1,9 +1,5 @@
 #include "app/windowtest.h"
 
-#include "app/bannerframe.h"
-
-#include <algorithm>
-
 namespace {
 constexpr int NoQuit = 99;
 }
@@ -52,19 +48,10 @@ void WindowTest::drawStroke() {
     QCoreApplication::processEvents();
 }
 
-void WindowTest::settleBanners() {
-    const auto banners = m_window->findChildren<BannerFrame *>();
-    const auto isVisible = [](const BannerFrame *banner) { return banner->isVisible(); };
-    do
-        QCoreApplication::processEvents();
-    while (std::any_of(banners.begin(), banners.end(), isVisible));
-    QCoreApplication::processEvents();
-}
-
 void WindowTest::makeWide() {
     m_window->show();
     m_window->resize(1800, 400);
-    settleBanners();
+    QCoreApplication::processEvents();
 }
 
 void WindowTest::endSession() {

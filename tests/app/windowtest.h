@@ -45,8 +45,6 @@ protected:
     /// Left button and mouse on the canvas, in image pixels.
     void sendMouse(QEvent::Type type, const QPointF &pos);
     void drawStroke();
-    /// Treats events until the banners of a window that was shown are gone again.
-    void settleBanners();
     /// Gives the toolbar room for every button; those without are disabled with their actions.
     void makeWide();
     void endSession();

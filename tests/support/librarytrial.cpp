@@ -2,5 +2,7 @@
 
 // Stands for the editor where a test is the program that loads a library.
 int main(int argc, char **argv) {
-    return platform::isLibraryTrialCall(argc, argv) ? platform::runLibraryTrial() : 2;
+    if (platform::isLibraryTrialCall(argc, argv))
+        platform::runLibraryTrial();
+    return 2;
 }

@@ -170,14 +170,15 @@ bool isLibraryTrialCall(int argc, char **argv) {
     return argc == 2 && std::strcmp(argv[1], TrialArgument) == 0;
 }
 
-int runLibraryTrial() {
+void runLibraryTrial() {
     // Nothing of it outlives the program that waits for it, and a crash is expected: no picture of it.
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     const rlimit noCore{0, 0};
     ::setrlimit(RLIMIT_CORE, &noCore);
     const QByteArray path = "/proc/self/fd/" + QByteArray::number(TrialDescriptor);
     void *handle = ::dlopen(path.constData(), RTLD_NOW | RTLD_LOCAL);
-    return handle && ::dlclose(handle) == 0 ? 0 : 1;
+    // At once: it is about the library alone, and what else ends with a process may take its time.
+    ::_exit(handle && ::dlclose(handle) == 0 ? 0 : 1);
 }
 
 void setLibraryTrialProgram(const QString &path) {
