@@ -238,12 +238,9 @@ void Editor::pressTool(const QGraphicsSceneMouseEvent *event) {
 }
 
 void Editor::mouseMoveEvent(QGraphicsSceneMouseEvent *event) {
-    // Only an open item wants to know of a mouse that passes over, and who that might be the base class finds
-    // out by asking everything there for its shape.
-    const bool wasOverText = m_overText;
-    m_overText = m_shapeType == TextEditing && m_currentItem &&
-                 graphicsItem(m_currentItem)->sceneBoundingRect().contains(event->scenePos());
-    if (event->buttons() || mouseGrabberItem() || m_overText || wasOverText || m_shapeType == Crop)
+    // Only the frame of a crop wants to know of a mouse that passes over, and who that might be the base
+    // class finds out by asking everything there for its shape. An open text hears of it below.
+    if (event->buttons() || mouseGrabberItem() || m_shapeType == Crop)
         QGraphicsScene::mouseMoveEvent(event);
     if (m_shapeType == Crop)
         return;

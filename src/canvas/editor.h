@@ -197,7 +197,6 @@ private:
     QPoint m_lastPos = NoPos;
     bool m_hasMoved = false;  ///< the mouse has left the place of the press since
     bool m_lastShift = false; ///< the Shift key of the last move
-    bool m_overText = false;  ///< the mouse was over the open text at the last move
     DrawingInterface *m_currentItem = nullptr;
     QString m_savedPath;
     int m_zoomStep = -1;

@@ -285,8 +285,10 @@ void EditorView::applyZoom() {
 }
 
 void EditorView::wheelEvent(QWheelEvent *event) {
-    if (!m_editor)
+    if (!m_editor) {
+        event->ignore();
         return;
+    }
     const int delta = wheelDelta(*event);
     if (event->modifiers() & Qt::ControlModifier) {
         const ViewportAnchor anchor = transformationAnchor();

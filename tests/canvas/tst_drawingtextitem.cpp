@@ -16,6 +16,8 @@
 #include <QTextLayout>
 #include <QtTest>
 
+#include <cmath>
+
 namespace {
 
 constexpr double MinimumWidth = 150;
@@ -58,6 +60,7 @@ private slots:
     void returnMakesALine();
 
     void composedSyllables();
+    void onlyComposingKeepsTheBoxInSight_data();
     void onlyComposingKeepsTheBoxInSight();
     void inputMethodLearnsTheCursorInViewCoordinates_data();
     void inputMethodLearnsTheCursorInViewCoordinates();
@@ -97,6 +100,7 @@ private slots:
     void focusThatComesBackLeavesTheTextAlone();
 
     void openTextHasPlateAndFrame();
+    void frameOfAnOpenTextHasFourLines();
     void closedTextIsNothingButText();
     void viewShowsWhatFlattenGives();
     void cropCutsTheClosedText();
@@ -317,18 +321,31 @@ void Tst_DrawingTextItem::composedSyllables() {
             QFontMetricsF(item->font()).horizontalAdvance(Syllable.repeated(40)));
 }
 
+void Tst_DrawingTextItem::onlyComposingKeepsTheBoxInSight_data() {
+    QTest::addColumn<QPoint>("pos");
+    QTest::addColumn<bool>("left");
+    QTest::newRow("near the left border") << QPoint(320, 350) << true;
+    QTest::newRow("near the upper border") << QPoint(400, 235) << false;
+}
+
 void Tst_DrawingTextItem::onlyComposingKeepsTheBoxInSight() {
+    QFETCH(QPoint, pos);
+    QFETCH(bool, left);
     show(QSize(1500, 1200));
     m_view->horizontalScrollBar()->setValue(300);
     m_view->verticalScrollBar()->setValue(200);
-    // Twenty pixels from the left border.
-    const DrawingTextItem *item = open({320, 350});
+    const DrawingTextItem *item = open(pos);
     type(QStringLiteral("a"));
     QCOMPARE(m_view->horizontalScrollBar()->value(), 300);
+    QCOMPARE(m_view->verticalScrollBar()->value(), 200);
+    const QPoint before = inView(item->scenePos());
+    const auto fromBorder = [left](const QPoint &point) { return left ? point.x() : point.y(); };
+    QVERIFY(fromBorder(before) < 40);
     compose(Syllable);
     // Fifty pixels from it, up to the rounding of the toolkit.
-    QVERIFY(qAbs(inView(item->scenePos()).x() - 50) <= 1);
-    QCOMPARE(m_view->verticalScrollBar()->value(), 200);
+    const QPoint after = inView(item->scenePos());
+    QVERIFY(qAbs(fromBorder(after) - 50) <= 1);
+    QCOMPARE(left ? after.y() : after.x(), left ? before.y() : before.x());
 }
 
 void Tst_DrawingTextItem::inputMethodLearnsTheCursorInViewCoordinates_data() {
@@ -841,6 +858,34 @@ void Tst_DrawingTextItem::openTextHasPlateAndFrame() {
     QCOMPARE(at(box.right(), middle), QColor(Qt::black));
     QCOMPARE(at(box.right() - 1, middle), plate);
     QCOMPARE(at(box.right() + 1, middle), QColor(Qt::black));
+}
+
+void Tst_DrawingTextItem::frameOfAnOpenTextHasFourLines() {
+    const QPalette before = QApplication::palette();
+    QPalette red = before;
+    red.setColor(QPalette::WindowText, Qt::red);
+    QApplication::setPalette(red);
+    show(QSize(400, 300));
+    const DrawingTextItem *item = open({60, 70});
+    QCoreApplication::processEvents();
+    const QImage picture = shown();
+    QApplication::setPalette(before);
+    const QRectF box = item->sceneBoundingRect();
+    const int left = qRound(box.left()), right = left + 149; // one less than the width
+    // A line between two pixels is drawn on the upper one.
+    const int upper = int(std::ceil(box.top() - 0.5)), lower = int(std::ceil(box.bottom() - 0.5));
+    const auto isLine = [&](int x, int y) { return picture.pixelColor(x, y) == QColor(Qt::red); };
+    for (int x = left; x <= right; ++x) {
+        QVERIFY(isLine(x, upper));
+        QVERIFY(isLine(x, lower)); // the height is not reduced as the width is
+        QVERIFY(!isLine(x, upper - 1) && !isLine(x, lower + 1));
+    }
+    for (int y = upper; y <= lower; ++y) {
+        QVERIFY(isLine(left, y) && isLine(right, y));
+        QVERIFY(!isLine(left - 1, y) && !isLine(right + 1, y));
+    }
+    QCOMPARE(picture.pixelColor(right - 20, upper + 1), QColor(127, 127, 127));
+    QCOMPARE(picture.pixelColor(right - 20, lower - 1), QColor(127, 127, 127));
 }
 
 void Tst_DrawingTextItem::closedTextIsNothingButText() {

@@ -12,6 +12,7 @@
 
 #include <QContextMenuEvent>
 #include <QElapsedTimer>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -89,6 +90,7 @@ private slots:
     void controlWheelZoomsAroundTheMouse();
     void wheelScrolls_data();
     void wheelScrolls();
+    void wheelWithoutACaptureIsForOthers();
     void controlWheelZoomsWhateverElseIsHeld_data();
     void controlWheelZoomsWhateverElseIsHeld();
     void wheelWithoutEditorDoesNothing();
@@ -121,6 +123,7 @@ private slots:
     void zoomToolZooms();
     void zoomToolIsThereWithACaptureOnly();
     void historyButtonStandsAtTheTopRight();
+    void historyButtonStandsInTheWiderViewAtOnce();
     void historyButtonMarginFollowsTheScale_data();
     void historyButtonMarginFollowsTheScale();
     void historyButtonAsksForThePanelAndHides();
@@ -135,7 +138,8 @@ private slots:
 
 private:
     void load(TestEditor &editor, const QSize &size, const QString &key);
-    void sendWheel(const QPoint &pos, const QPoint &angle, Qt::KeyboardModifiers modifiers);
+    /// Gives back whether the view has taken it.
+    bool sendWheel(const QPoint &pos, const QPoint &angle, Qt::KeyboardModifiers modifiers);
     void sendWheel(const QPoint &pos, int delta, Qt::KeyboardModifiers modifiers) {
         sendWheel(pos, QPoint(0, delta), modifiers);
     }
@@ -173,10 +177,11 @@ void Tst_EditorView::load(TestEditor &editor, const QSize &size, const QString &
     capture::load(editor, key, capture::picture(size));
 }
 
-void Tst_EditorView::sendWheel(const QPoint &pos, const QPoint &angle, Qt::KeyboardModifiers modifiers) {
+bool Tst_EditorView::sendWheel(const QPoint &pos, const QPoint &angle, Qt::KeyboardModifiers modifiers) {
     QWheelEvent event(pos, m_view->viewport()->mapToGlobal(pos), QPoint(), angle, Qt::NoButton, modifiers,
                       Qt::NoScrollPhase, false);
     QCoreApplication::sendEvent(m_view->viewport(), &event);
+    return event.isAccepted();
 }
 
 void Tst_EditorView::cursorOfTool_data() {
@@ -387,6 +392,12 @@ void Tst_EditorView::wheelScrolls() {
     QCOMPARE(down->value(), sideways ? 0 : lines * down->singleStep());
     QCOMPARE(m_view->transform().m11(), 1.0);
     m_view->setEditor(nullptr);
+}
+
+void Tst_EditorView::wheelWithoutACaptureIsForOthers() {
+    QVERIFY(sendWheel(QPoint(50, 50), QPoint(0, 120), Qt::ControlModifier));
+    m_view->setEditor(nullptr);
+    QVERIFY(!sendWheel(QPoint(50, 50), QPoint(0, 120), Qt::ControlModifier));
 }
 
 void Tst_EditorView::controlWheelZoomsWhateverElseIsHeld_data() {
@@ -854,6 +865,29 @@ void Tst_EditorView::historyButtonStandsAtTheTopRight() {
     m_view->resize(501, 300);
     QCOMPARE(button->geometry().right(), 501 - m_view->verticalScrollBar()->width() - 10 - 1);
     m_view->setEditor(nullptr);
+}
+
+void Tst_EditorView::historyButtonStandsInTheWiderViewAtOnce() {
+    QWidget window;
+    auto *row = new QHBoxLayout(&window);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(0);
+    auto *panel = new QWidget;
+    panel->setFixedWidth(120);
+    row->addWidget(panel);
+    auto *view = new EditorView;
+    view->setFrameShape(QFrame::NoFrame);
+    row->addWidget(view);
+    window.resize(500, 300);
+    window.show();
+    QCoreApplication::processEvents();
+    QCOMPARE(view->width(), 380);
+    panel->hide();
+    view->onClickHistoryHide();
+    // Seen before the next event is handled.
+    QCOMPARE(view->width(), 500);
+    const auto *button = view->findChild<ItemButton *>(QStringLiteral("historyShow_"));
+    QCOMPARE(button->geometry().right(), 500 - 10 - 1);
 }
 
 void Tst_EditorView::historyButtonMarginFollowsTheScale_data() {
