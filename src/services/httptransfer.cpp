@@ -13,6 +13,8 @@
 namespace {
 
 constexpr int RedirectedTimeout = 10000; // milliseconds
+/// What is fetched into memory is a small configuration. A server that sends more is not what it should be.
+constexpr qint64 LargestData = 16 << 20;
 
 QNetworkRequest requestFor(const QString &url, bool verifyPeer) {
     QNetworkRequest request{QUrl(url)};
@@ -39,6 +41,14 @@ QUrl redirectOf(const QNetworkReply *reply) {
 bool isAllowedHop(const QUrl &from, const QUrl &to) {
     return to.scheme() == QLatin1String("https") ||
            (to.scheme() == QLatin1String("http") && from.scheme() != QLatin1String("https"));
+}
+
+/// The same, and a refusal is in the log.
+bool mayFollow(const QUrl &from, const QUrl &to, const QString &tag) {
+    if (to.isEmpty() || isAllowedHop(from, to))
+        return true;
+    trace(1, tag, "[ERROR]Redirect refused_(%ls)", to.toString(QUrl::FullyEncoded).utf16());
+    return false;
 }
 
 } // namespace
@@ -97,6 +107,9 @@ bool HttpTransfer::downloadOnce(const QNetworkRequest &request, bool allowUserIn
     connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
     if (!reply->isFinished())
         loop.exec(loopFlags(allowUserInput));
+    // The end of the program leaves every event loop; what is here by then is not the file.
+    if (!reply->isFinished())
+        reply->abort();
     writeArrived();
     const bool isWritten = m_file.flush() && m_writeError.isEmpty();
     const QString fileError = m_writeError.isEmpty() ? m_file.errorString() : m_writeError;
@@ -112,7 +125,7 @@ bool HttpTransfer::downloadOnce(const QNetworkRequest &request, bool allowUserIn
     const QUrl target = redirectOf(reply);
     *redirect = target.toString(QUrl::FullyEncoded);
     trace(2, tag, "RedirectURL: %ls", redirect->utf16());
-    return target.isEmpty() || isAllowedHop(reply->url(), target);
+    return mayFollow(reply->url(), target, tag);
 }
 
 bool HttpTransfer::hasFailed(QNetworkReply *reply, const char *format, const QString &tag) {
@@ -173,6 +186,10 @@ bool HttpTransfer::getOnce(const QNetworkRequest &request, QByteArray &data, int
     const auto finished = connect(&m_manager, &QNetworkAccessManager::finished, &loop, &QEventLoop::quit);
     timer.start(timeoutMs);
     QNetworkReply *reply = start(request);
+    connect(reply, &QNetworkReply::downloadProgress, this, [reply](qint64 received) {
+        if (received > LargestData)
+            reply->abort();
+    });
     if (!reply->isFinished())
         loop.exec(loopFlags(allowUserInput));
     disconnect(finished);
@@ -186,6 +203,11 @@ bool HttpTransfer::getOnce(const QNetworkRequest &request, QByteArray &data, int
     timer.stop();
     if (hasFailed(reply, "[ERROR] get (%d) %ls", tag))
         return false;
+    // The last piece and the end may have come together, without a chance to break off.
+    if (reply->bytesAvailable() > LargestData) {
+        traceMessage(tag, 1, "[ERROR]Too much data_");
+        return false;
+    }
     data = reply->readAll();
     trace(2, tag, "GetDataLen: %d", data.size());
     const QUrl target = redirectOf(reply);
@@ -193,7 +215,7 @@ bool HttpTransfer::getOnce(const QNetworkRequest &request, QByteArray &data, int
     if (target.isEmpty())
         return true;
     trace(2, tag, "RedirectURL: %ls", redirect->utf16());
-    return isAllowedHop(reply->url(), target);
+    return mayFollow(reply->url(), target, tag);
 }
 
 void HttpTransfer::cancelTransfer() {

@@ -24,10 +24,10 @@ public:
     /// end.
     bool download(const QString &url, const QString &destination, bool verifyPeer, QProgressBar *bar,
                   bool allowUserInput);
-    /// The same into memory, ended after `timeoutMs` milliseconds. A redirect gets 10 s, a verified peer and
-    /// no user input, whatever the first call used.
+    /// The same into memory, for no more than 16 MiB, ended after `timeoutMs` milliseconds. A redirect gets
+    /// 10 s, a verified peer and no user input, whatever the first call used.
     bool getData(const QString &url, QByteArray &data, bool verifyPeer, int timeoutMs, bool allowUserInput);
-    /// Ends a running transfer, whose call returns false then.
+    /// Ends a running transfer, whose call returns false then. So does the end of the program.
     void cancelTransfer();
 
 public slots:

@@ -47,6 +47,8 @@ void FileDownloadDialog::showEvent(QShowEvent *event) {
 }
 
 void FileDownloadDialog::onStart() {
+    if (m_isCancelled)
+        return;
     const bool hasArrived = m_transfer.download(m_url, m_destination, true, m_progressBar, false);
     if (m_isCancelled)
         return;

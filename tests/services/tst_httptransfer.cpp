@@ -1,6 +1,7 @@
 #include "platform/configuration.h"
 #include "services/httptransfer.h"
 #include "services/tracelog.h"
+#include "support/endingprogram.h"
 #include "support/httpserver.h"
 
 #include <QElapsedTimer>
@@ -68,12 +69,17 @@ private slots:
     void manyRedirectsAreFollowed();
     void unknownLengthLeavesTheBarBusy();
     void cancelEndsTheCall();
+    void endOfTheProgramIsNoArrival_data();
+    void endOfTheProgramIsNoArrival();
+    void dataIsNotThereWhenTheProgramEnds();
     void cancelWithoutATransferDoesNothing();
     void dataArrivesInMemory();
     void dataWithoutAUrlIsRefused();
     void dataErrorIsTraced();
     void dataTimesOut();
     void redirectedDataGetsTenSeconds();
+    void redirectedDataEndsAfterTenSeconds();
+    void endlessDataIsRefused();
     void certificates_data();
     void certificates();
     void redirectedDataIsVerified();
@@ -216,9 +222,11 @@ void Tst_HttpTransfer::redirectElsewhereIsRefused() {
     HttpTransfer transfer;
     QVERIFY(!transfer.download(m_server->url(QStringLiteral("/a")), target(), true, nullptr, false));
     QCOMPARE(contentOf(target()), QByteArray());
+    QCOMPARE(logLines().last(), QStringLiteral("Download : [ERROR]Redirect refused_(%1)").arg(location));
     QByteArray data;
     QVERIFY(!transfer.getData(m_server->url(QStringLiteral("/a")), data, true, 5000, false));
     QCOMPARE(data, QByteArray());
+    QCOMPARE(logLines().last(), QStringLiteral("Get : [ERROR]Redirect refused_(%1)").arg(location));
 }
 
 void Tst_HttpTransfer::manyRedirectsAreFollowed() {
@@ -257,6 +265,44 @@ void Tst_HttpTransfer::cancelEndsTheCall() {
     const QString start =
         QStringLiteral("Download : [ERROR](%1)").arg(int(QNetworkReply::OperationCanceledError));
     QVERIFY2(logLines().value(0).startsWith(start), qPrintable(logLines().value(0)));
+}
+
+void Tst_HttpTransfer::endOfTheProgramIsNoArrival_data() {
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<int>("delay");
+    QTest::newRow("while the server is silent") << QStringLiteral("/silent") << 100;
+    QTest::newRow("in the middle of the file") << QStringLiteral("/torn") << 600;
+}
+
+void Tst_HttpTransfer::endOfTheProgramIsNoArrival() {
+    QFETCH(QString, path);
+    QFETCH(int, delay);
+    m_server->stall(QStringLiteral("/silent"));
+    m_server->keepSending(QStringLiteral("/torn"), QByteArray(1000, 'x'));
+    HttpTransfer transfer;
+    bool hasArrived = true;
+    inProgramThatEnds(
+        delay, [&] { hasArrived = transfer.download(m_server->url(path), target(), true, nullptr, false); });
+    QVERIFY(!hasArrived);
+    const QString start =
+        QStringLiteral("Download : [ERROR](%1)").arg(int(QNetworkReply::OperationCanceledError));
+    QVERIFY2(logLines().value(0).startsWith(start), qPrintable(logLines().value(0)));
+    // Nothing of it goes on: the next call is not disturbed.
+    m_server->answer(QStringLiteral("/a"), "200 OK", "content");
+    QVERIFY(transfer.download(m_server->url(QStringLiteral("/a")), target(), true, nullptr, false));
+    QCOMPARE(contentOf(target()), QByteArray("content"));
+}
+
+void Tst_HttpTransfer::dataIsNotThereWhenTheProgramEnds() {
+    m_server->keepSending(QStringLiteral("/torn"), QByteArray(1000, 'x'));
+    HttpTransfer transfer;
+    QByteArray data("old");
+    bool hasArrived = true;
+    inProgramThatEnds(600, [&] {
+        hasArrived = transfer.getData(m_server->url(QStringLiteral("/torn")), data, true, 60000, false);
+    });
+    QVERIFY(!hasArrived);
+    QCOMPARE(data, QByteArray("old"));
 }
 
 void Tst_HttpTransfer::cancelWithoutATransferDoesNothing() {
@@ -318,6 +364,39 @@ void Tst_HttpTransfer::redirectedDataGetsTenSeconds() {
     QVERIFY(transfer.getData(m_server->url(QStringLiteral("/a")), data, true, 600, false));
     QCOMPARE(data, QByteArray("content"));
     QCOMPARE(logLines().at(1), QStringLiteral("Get : RedirectURL: ") + slow.url(QStringLiteral("/b")));
+}
+
+void Tst_HttpTransfer::redirectedDataEndsAfterTenSeconds() {
+    m_server->redirect(QStringLiteral("/a"), QStringLiteral("/b"));
+    m_server->stall(QStringLiteral("/b"));
+    HttpTransfer transfer;
+    QByteArray data;
+    QElapsedTimer timer;
+    timer.start();
+    QVERIFY(!transfer.getData(m_server->url(QStringLiteral("/a")), data, true, 60000, false));
+    // The timer may be a twentieth early; late it is only on a busy machine, but never by as much as the
+    // first call's limit.
+    QVERIFY2(timer.elapsed() >= 9500, qPrintable(QString::number(timer.elapsed())));
+    QVERIFY2(timer.elapsed() < 40000, qPrintable(QString::number(timer.elapsed())));
+}
+
+void Tst_HttpTransfer::endlessDataIsRefused() {
+    constexpr int Most = 16 * 1024 * 1024;
+    m_server->answer(QStringLiteral("/most"), "200 OK", QByteArray(Most, 'x'));
+    m_server->answer(QStringLiteral("/more"), "200 OK", QByteArray(Most + 1, 'x'));
+    m_server->keepSending(QStringLiteral("/endless"), QByteArray(Most, 'x'));
+    HttpTransfer transfer;
+    QByteArray data;
+    QVERIFY(transfer.getData(m_server->url(QStringLiteral("/most")), data, true, 60000, false));
+    QCOMPARE(data.size(), Most);
+    data.clear();
+    QVERIFY(!transfer.getData(m_server->url(QStringLiteral("/more")), data, true, 60000, false));
+    QCOMPARE(data.size(), 0);
+    QElapsedTimer timer;
+    timer.start();
+    QVERIFY(!transfer.getData(m_server->url(QStringLiteral("/endless")), data, true, 60000, false));
+    QVERIFY2(timer.elapsed() < 40000, "it is broken off long before its time is up");
+    QCOMPARE(data.size(), 0);
 }
 
 void Tst_HttpTransfer::certificates_data() {

@@ -1,13 +1,24 @@
+#include "support/endingprogram.h"
 #include "support/httpserver.h"
 #include "ui/filedownloaddialog.h"
 
 #include <QProgressBar>
 #include <QPushButton>
+#include <QSslConfiguration>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QtTest>
 
 namespace {
+
+QSslCertificate certificate(const char *name) {
+    return QSslCertificate::fromPath(QStringLiteral(TINDRA_CERTIFICATES "/") + QLatin1String(name)).value(0);
+}
+
+QSslKey serverKey() {
+    QFile file(QStringLiteral(TINDRA_CERTIFICATES "/server.key"));
+    return file.open(QIODevice::ReadOnly) ? QSslKey(file.readAll(), QSsl::Rsa) : QSslKey();
+}
 
 QByteArray contentOf(const QString &path) {
     QFile file(path);
@@ -24,6 +35,10 @@ private slots:
     void missingFileRejects();
     void nothingStartsBeforeTheFirstShow();
     void secondShowStartsNothing();
+    void cancelledBeforeTheStartNothingStarts();
+    void peerIsVerified_data();
+    void peerIsVerified();
+    void endOfTheProgramRejects();
     void cancelAbortsAndRejects_data();
     void cancelAbortsAndRejects();
     void textsAreThese();
@@ -66,6 +81,44 @@ void Tst_FileDownloadDialog::secondShowStartsNothing() {
     dialog.show();
     QTest::qWait(50);
     QCOMPARE(m_server->requests.size(), 1);
+}
+
+void Tst_FileDownloadDialog::cancelledBeforeTheStartNothingStarts() {
+    FileDownloadDialog dialog(m_server->url(QStringLiteral("/a")), target());
+    dialog.show();
+    dialog.onCancel();
+    QTest::qWait(50);
+    QVERIFY(m_server->requests.isEmpty());
+    QVERIFY(!QFile::exists(target()));
+    QCOMPARE(dialog.result(), 0);
+}
+
+void Tst_FileDownloadDialog::peerIsVerified_data() {
+    QTest::addColumn<QByteArray>("name");
+    QTest::addColumn<bool>("arrives");
+    QTest::newRow("good") << QByteArray("good.pem") << true;
+    QTest::newRow("vouches for itself") << QByteArray("selfsigned.pem") << false;
+}
+
+void Tst_FileDownloadDialog::peerIsVerified() {
+    QFETCH(QByteArray, name);
+    QFETCH(bool, arrives);
+    QSslConfiguration trusting = QSslConfiguration::defaultConfiguration();
+    trusting.setCaCertificates({certificate("root.pem")});
+    QSslConfiguration::setDefaultConfiguration(trusting);
+    m_server->encrypt(certificate(name.constData()), serverKey());
+    FileDownloadDialog dialog(m_server->url(QStringLiteral("/a")), target());
+    QCOMPARE(dialog.exec(), arrives ? 1 : 0);
+    QCOMPARE(contentOf(target()), QByteArray(arrives ? "content" : ""));
+    QCOMPARE(m_server->requests.size(), arrives ? 1 : 0);
+}
+
+void Tst_FileDownloadDialog::endOfTheProgramRejects() {
+    m_server->stall(QStringLiteral("/slow"));
+    FileDownloadDialog dialog(m_server->url(QStringLiteral("/slow")), target());
+    int result = -1;
+    inProgramThatEnds(100, [&] { result = dialog.exec(); });
+    QCOMPARE(result, 0);
 }
 
 void Tst_FileDownloadDialog::cancelAbortsAndRejects_data() {
