@@ -4,6 +4,8 @@
 #include <QtEndian>
 #include <QtTest>
 
+#include <sys/stat.h>
+
 using platform::Trust;
 
 namespace {
@@ -29,6 +31,9 @@ constexpr int CheckSum = 64 + 24 + 64;
 constexpr int CertificateEntry = 64 + 24 + 112 + 4 * 8;
 constexpr int ImageEnd = 1024;
 
+/// When the fixtures say that they were signed.
+const QDateTime June2020(QDate(2020, 6, 1), QTime(0, 0), Qt::UTC);
+
 } // namespace
 
 Q_DECLARE_METATYPE(platform::Trust)
@@ -41,7 +46,11 @@ private slots:
     void verdicts();
     void anotherSystemTrustsNobody();
     void signerIsDescribed();
+    void programNameOfTwoByteCharacters();
+    void timeStampIsRead_data();
     void timeStampIsRead();
+    void spoiltTimeStampIsNotRead_data();
+    void spoiltTimeStampIsNotRead();
     void bothSignersAreListed();
     void changedByteIsNoticed();
     void changedTableNeverMakesAnotherSigner();
@@ -49,6 +58,8 @@ private slots:
     void tamperedTables();
     void shortenedFilesAreRefused();
     void sharedObjectHasASignatureBesideIt();
+    void longSignatureIsNotRead();
+    void pipesAreNotWaitedFor();
     void missingFileFails();
 
 private:
@@ -90,6 +101,12 @@ void Tst_FileSignature::verdicts_data() {
     QTest::newRow("expired, stamped in time") << QByteArray("stamped.dll") << Trust::Good << Trust::Good;
     QTest::newRow("expired, stamped too late")
         << QByteArray("stampedlate.dll") << Trust::Expired << Trust::Good;
+    QTest::newRow("expired, stamped in time in the old form")
+        << QByteArray("counterstamped.dll") << Trust::Good << Trust::Good;
+    QTest::newRow("expired, with a stamp that was changed")
+        << QByteArray("counterchanged.dll") << Trust::Expired << Trust::Good;
+    QTest::newRow("expired, with the stamp of another signature")
+        << QByteArray("counterother.dll") << Trust::Expired << Trust::Good;
     QTest::newRow("no executable") << QByteArray("root.pem") << Trust::NotAnExecutable
                                    << Trust::NotAnExecutable;
     QTest::newRow("shared object without a signature")
@@ -118,14 +135,48 @@ void Tst_FileSignature::signerIsDescribed() {
     QCOMPARE(signer.issuerName, QStringLiteral("Tindra test root"));
     QCOMPARE(signer.programName, QStringLiteral("Tindra plug-in"));
     QCOMPARE(signer.publisherLink, QStringLiteral("https://www.norvane.example/"));
+    QCOMPARE(signer.signingTime, June2020);
     QCOMPARE(signer.counterSignerName, QString());
     QVERIFY(!signer.counterSigningTime.isValid());
 }
 
+void Tst_FileSignature::programNameOfTwoByteCharacters() {
+    platform::SignedFile file;
+    file.isRead = file.hasSignatureFile = true;
+    file.bytes = bytesOf(fixture("signed.so"));
+    file.signature = bytesOf(fixture("named.p7s"));
+    const SignerInfo signer = platform::checkSignature(file, false).signers.value(0);
+    QCOMPARE(signer.signerName, QStringLiteral("Norvane Corp."));
+    QCOMPARE(signer.programName, QStringLiteral("틴드라 플러그인"));
+    QCOMPARE(signer.signingTime, June2020);
+}
+
+void Tst_FileSignature::timeStampIsRead_data() {
+    QTest::addColumn<QByteArray>("file");
+    QTest::newRow("token") << QByteArray("stamped.dll");
+    QTest::newRow("counter signature") << QByteArray("counterstamped.dll");
+}
+
 void Tst_FileSignature::timeStampIsRead() {
-    const SignerInfo signer = platform::checkFileSignature(fixture("stamped.dll"), false).signers.value(0);
+    QFETCH(QByteArray, file);
+    const SignerInfo signer = platform::checkFileSignature(fixture(file.constData()), false).signers.value(0);
     QCOMPARE(signer.counterSignerName, QStringLiteral("Tindra test time"));
-    QCOMPARE(signer.counterSigningTime, QDateTime::fromSecsSinceEpoch(1590969600, Qt::UTC));
+    QCOMPARE(signer.counterSigningTime, June2020);
+}
+
+void Tst_FileSignature::spoiltTimeStampIsNotRead_data() {
+    QTest::addColumn<QByteArray>("file");
+    QTest::newRow("changed") << QByteArray("counterchanged.dll");
+    QTest::newRow("of another signature") << QByteArray("counterother.dll");
+}
+
+void Tst_FileSignature::spoiltTimeStampIsNotRead() {
+    QFETCH(QByteArray, file);
+    // The rest of the signature holds, so the signer is listed.
+    const SignerInfo signer = platform::checkFileSignature(fixture(file.constData()), true).signers.value(0);
+    QCOMPARE(signer.signerName, QStringLiteral("Norvane Corp."));
+    QCOMPARE(signer.counterSignerName, QString());
+    QVERIFY(!signer.counterSigningTime.isValid());
 }
 
 void Tst_FileSignature::bothSignersAreListed() {
@@ -233,6 +284,30 @@ void Tst_FileSignature::sharedObjectHasASignatureBesideIt() {
     QCOMPARE(platform::checkFileSignature(path, false).trust, Trust::Good);
     rewrite(path, bytesOf(path) + '\n');
     QCOMPARE(platform::checkFileSignature(path, false).trust, Trust::BadDigest);
+}
+
+void Tst_FileSignature::longSignatureIsNotRead() {
+    const QString path = m_folder.filePath(QStringLiteral("long.so"));
+    QVERIFY(QFile::copy(fixture("signed.so"), path));
+    QFile signature(path + QStringLiteral(".p7s"));
+    QVERIFY(signature.open(QIODevice::WriteOnly));
+    constexpr qint64 Most = 1024 * 1024;
+    QVERIFY(signature.resize(Most));
+    QCOMPARE(platform::readSignedFile(path).signature.size(), int(Most));
+    QVERIFY(signature.resize(Most + 1));
+    const platform::SignedFile file = platform::readSignedFile(path);
+    QVERIFY(file.hasSignatureFile);
+    QCOMPARE(file.signature.size(), 0);
+}
+
+void Tst_FileSignature::pipesAreNotWaitedFor() {
+    // Nobody ever opens the other end.
+    const QString path = m_folder.filePath(QStringLiteral("piped.so"));
+    QVERIFY(QFile::copy(fixture("signed.so"), path));
+    const QString pipe = path + QStringLiteral(".p7s");
+    QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    QCOMPARE(platform::checkFileSignature(path, false).trust, Trust::BadCertificateTable);
+    QCOMPARE(platform::checkFileSignature(pipe, false).trust, Trust::Failed);
 }
 
 void Tst_FileSignature::missingFileFails() {

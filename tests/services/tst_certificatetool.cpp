@@ -122,6 +122,10 @@ void Tst_CertificateTool::timeStampersNameCounts() {
     Verifier verifier;
     verifier.addSigner(QStringLiteral("Tindra test time"));
     QCOMPARE(verifier.verify(FileObejct(fixture("stamped.dll")), 2), 0);
+    QCOMPARE(verifier.verify(FileObejct(fixture("counterstamped.dll")), 2), 0);
+    // One that does not hold names nobody, not even where nobody asks for the certificates.
+    QCOMPARE(verifier.verify(FileObejct(fixture("counterchanged.dll")), 3), Failed);
+    QCOMPARE(verifier.verify(FileObejct(fixture("counterother.dll")), 3), Failed);
     QCOMPARE(verifier.verify(FileObejct(fixture("norvane.dll")), 2), Failed);
 }
 

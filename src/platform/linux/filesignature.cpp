@@ -4,6 +4,7 @@
 #include "platform/linux/signedmessage.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <openssl/err.h>
 #include <openssl/evp.h>
@@ -16,12 +17,17 @@ namespace {
 
 /// Nothing that the program loads or starts comes near it.
 constexpr qint64 LargestFile = qint64(1) << 30;
+/// Honest detached signatures take some kilobytes.
+constexpr qint64 LargestSignature = qint64(1) << 20;
 /// Signatures in signatures; honest files have one level.
 constexpr int DeepestNesting = 4;
 
-bool readFile(const QString &path, QByteArray *bytes) {
+bool readFile(const QString &path, qint64 largest, QByteArray *bytes) {
+    // Opening a pipe would wait for whoever writes into it.
+    if (!QFileInfo(path).isFile())
+        return false;
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || file.isSequential() || file.size() > LargestFile)
+    if (!file.open(QIODevice::ReadOnly) || file.isSequential() || file.size() > largest)
         return false;
     *bytes = file.readAll();
     return file.error() == QFileDevice::NoError;
@@ -118,11 +124,11 @@ SignatureCheck checkSharedObject(const SignedFile &file, bool cheap) {
 
 SignedFile readSignedFile(const QString &path) {
     SignedFile file;
-    file.isRead = readFile(path, &file.bytes);
+    file.isRead = readFile(path, LargestFile, &file.bytes);
     const QString signaturePath = path + QStringLiteral(".p7s");
     if (isSharedObject(file.bytes) && QFile::exists(signaturePath)) {
         file.hasSignatureFile = true;
-        if (!readFile(signaturePath, &file.signature))
+        if (!readFile(signaturePath, LargestSignature, &file.signature))
             file.signature.clear();
     }
     return file;
