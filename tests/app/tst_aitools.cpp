@@ -40,6 +40,7 @@ private slots:
     void cursorWaitsMeanwhile();
     void pictureIsThatOfTheCaptureShownLast();
     void captureThatGoesMeanwhileRunsNothing();
+    void endOfTheProgramRunsNothing_data();
     void endOfTheProgramRunsNothing();
     void oneRunAtATime();
     void resultIsTold_data();
@@ -405,18 +406,29 @@ void Tst_AiTools::captureThatGoesMeanwhileRunsNothing() {
     QVERIFY(!QFile::exists(picture()));
 }
 
+void Tst_AiTools::endOfTheProgramRunsNothing_data() {
+    QTest::addColumn<bool>("isKill");
+    QTest::newRow("exit") << false;
+    QTest::newRow("kill, which leaves the folder there") << true;
+}
+
 void Tst_AiTools::endOfTheProgramRunsNothing() {
+    QFETCH(bool, isKill);
     begin();
     markSaved();
     qputenv("TINDRA_TEST_RESULT", "1");
     ModalAnswers answers;
-    QVERIFY(quits([this] {
-        m_window->onClickClose();
+    QVERIFY(quits([this, isKill] {
+        if (isKill)
+            m_window->kill();
+        else
+            m_window->onClickClose();
         m_window->onAiToolsAction("erase"_qs);
     }));
     QVERIFY(m_window->hasLeft());
     QCOMPARE(m_libraries->calls(), QStringList());
-    QVERIFY(!QFile::exists(folder()));
+    QVERIFY(!QFile::exists(picture()));
+    QCOMPARE(QFile::exists(folder()), isKill);
     QVERIFY(answers.isDone());
 }
 

@@ -86,6 +86,7 @@ private:
     void showWithoutHistory(const Visit &visit);
     void showEmptyWindow(const Visit &visit);
     void showCoachmark(const Visit &visit);
+    void showSmallestWindowWithAiTools(const Visit &visit);
     void showAiToolsMenu(const Visit &visit);
     void showCanvasMenuWithAiTools(const Visit &visit);
     void showAiToolsResult(const Visit &visit);
@@ -272,6 +273,7 @@ const QVector<Tst_Surfaces::Surface> &Tst_Surfaces::surfaces() {
     static const QVector<Surface> all{
         {"window", &Test::showWindow, nullptr},
         {"window-smallest", &Test::showSmallestWindow, nullptr},
+        {"window-smallest-aitools", &Test::showSmallestWindowWithAiTools, nullptr},
         {"window-select", &Test::showSelectMode, nullptr},
         {"window-without-history", &Test::showWithoutHistory, nullptr},
         {"window-empty", &Test::showEmptyWindow, nullptr},
@@ -420,6 +422,16 @@ void Tst_Surfaces::startWithAiTools() {
     start();
     fillWindow();
     QVERIFY(button("aitools") && button("aitools")->isVisible());
+}
+
+// Some tools have no entry in the overflow menu: the button must not push them out.
+void Tst_Surfaces::showSmallestWindowWithAiTools(const Visit &visit) {
+    startWithAiTools();
+    m_window->resize(0, 0);
+    settle();
+    for (const char *name : {"aitools", "figure", "pen", "highlighter", "line", "menu"})
+        QVERIFY2(button(name)->isVisible(), name);
+    visit(m_window.get());
 }
 
 void Tst_Surfaces::showAiToolsMenu(const Visit &visit) {
