@@ -89,6 +89,7 @@ QStringList separatorsIn(const QByteArray &text) {
         return i >= 0 && i < text.size() && (text[i] == ' ' || text[i] == '\t');
     };
     QStringList separators;
+    int end = 0; // of the separator before
     bool isQuoted = false;
     for (int i = 0; i < text.size(); ++i) {
         if (text[i] == '\\') {
@@ -97,11 +98,12 @@ QStringList separatorsIn(const QByteArray &text) {
             isQuoted = !isQuoted;
         } else if (text[i] == ',' && !isQuoted) {
             int first = i;
-            while (isBlank(first - 1))
+            while (first > end && isBlank(first - 1))
                 --first;
             while (isBlank(i + 1))
                 ++i;
-            separators.append(QString::fromLatin1(text.mid(first, i + 1 - first)));
+            end = i + 1;
+            separators.append(QString::fromLatin1(text.mid(first, end - first)));
         }
     }
     return separators;

@@ -183,6 +183,8 @@ void Tst_Configuration::unquotedCommaIsPartOfTheText_data() {
     QTest::newRow("blank behind") << QByteArray("/a, b") << QStringLiteral("/a, b");
     QTest::newRow("blanks on both sides") << QByteArray("/a ,  b") << QStringLiteral("/a ,  b");
     QTest::newRow("each its own") << QByteArray("/a,b, c ,d") << QStringLiteral("/a,b, c ,d");
+    QTest::newRow("a blank between commas") << QByteArray("/a, , b") << QStringLiteral("/a, , b");
+    QTest::newRow("nothing between commas") << QByteArray("/a,,b") << QStringLiteral("/a,,b");
     QTest::newRow("blanks around the whole") << QByteArray("  /a, b  ") << QStringLiteral("/a, b");
     QTest::newRow("a part in quotes") << QByteArray("\"/a, x\", b") << QStringLiteral("/a, x, b");
     QTest::newRow("escaped letter") << QByteArray("/\\x61, b") << QStringLiteral("/a, b");
