@@ -7,6 +7,7 @@
 #include <QPixmap>
 #include <QSet>
 
+#include <functional>
 #include <limits>
 
 class DrawingCropItem;
@@ -76,6 +77,11 @@ public:
     /// Flattens and writes the picture in the format of the path's suffix; `mark` makes the capture count
     /// as saved there. See `writeImage` for `quality`.
     bool saveFlattened(const QString &path, bool mark, int quality);
+    /// Carries out, or refuses, the `write` of a picture to `path`; whether it was written. No events are
+    /// processed meanwhile. Called even if the capture went while the save began.
+    using WriteGuard = std::function<bool(const QString &path, const std::function<bool()> &write)>;
+    /// For whoever has to do something around each write; without one it is simply written.
+    void setWriteGuard(WriteGuard guard) { m_writeGuard = std::move(guard); }
     /// Writes an image as this capture's. GUI thread; shows the wait cursor meanwhile.
     bool savePixmap(const QPixmap &pixmap, const QString &path, bool mark, int quality);
     /// Writes the untouched image, without items and crop.
@@ -189,6 +195,7 @@ private:
     void reportToolUse();
 
     QString m_imageKey;
+    WriteGuard m_writeGuard;
     bool m_gestureActive = false;
     ShapeType m_shapeType = Rectangle;
     ShapeType m_previousShapeType = Rectangle;

@@ -41,10 +41,12 @@ bool Editor::savePixmap(const QPixmap &pixmap, const QString &path, bool mark, i
     if (pixmap.isNull())
         return false;
     const QPointer<Editor> self(this); // the events processed meanwhile may delete the capture
+    const WriteGuard guard = m_writeGuard;
+    const auto write = [&] { return writeImage(pixmap.toImage(), path, quality); };
     bool written = false;
     {
         const WaitCursor cursor;
-        written = writeImage(pixmap.toImage(), path, quality);
+        written = guard ? guard(path, write) : write();
     }
     if (written && mark && self)
         setSavedPath(path);

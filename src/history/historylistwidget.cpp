@@ -3,11 +3,12 @@
 #include "canvas/editor.h"
 #include "history/historybuttonwidget.h"
 #include "history/historylistwidgetitem.h"
-#include "ipc/imageprovider.h"
+#include "history/imagessetaside.h"
 #include "output/clipboard.h"
 #include "output/confirmdeletedialog.h"
 #include "preferences/tindrapreferences.h"
 #include "services/usagestatistics.h"
+#include "services/workfolder.h"
 #include "ui/messagedialog.h"
 #include "ui/uistyler.h"
 
@@ -57,10 +58,8 @@ HistoryButtonWidget *HistoryListWidget::rowWidget(const HistoryListWidgetItem *i
 void HistoryListWidget::insertImage(const QString &key, bool selected, int row) {
     auto *editor = new Editor(this);
     editor->setImageKey(key);
-    connect(editor, &Editor::imageSaved, this, [this, editor](bool saved) {
-        const QString file = QFileInfo(editor->savedPath()).canonicalFilePath();
-        if (saved && !file.isEmpty())
-            m_savedFiles.insert(file);
+    editor->setWriteGuard([this](const QString &path, const std::function<bool()> &write) {
+        return writeKeepingImages(path, write);
     });
     insertHistory(History(editor), selected, row);
 }
@@ -147,8 +146,12 @@ bool HistoryListWidget::confirmRemoval(HistoryListWidgetItem *item) {
 // nobody asked for.
 void HistoryListWidget::takeRow(HistoryListWidgetItem *item, bool destroy) {
     const QSignalBlocker oneChangeOnly(this);
-    if (destroy)
-        endScene(item->editor());
+    if (destroy) {
+        // It deletes its file itself, after it has closed what is open in it.
+        Editor *editor = item->editor();
+        editor->setParent(nullptr);
+        delete editor;
+    }
     if (HistoryButtonWidget *widget = rowWidget(item)) {
         widget->detach();
         widget->close();
@@ -157,19 +160,26 @@ void HistoryListWidget::takeRow(HistoryListWidgetItem *item, bool destroy) {
     delete takeItem(row(item));
 }
 
-void HistoryListWidget::endScene(Editor *editor) {
-    if (!ownsImageFile(editor)) {
-        ImageProvider::instance()->forget(editor->imageKey());
-        editor->abandonImage();
-    }
-    // It deletes its file itself, after it has closed what is open in it.
-    editor->setParent(nullptr);
-    delete editor;
+// The scenes go on with what was captured, while the file, the picture with its drawings in it, is the
+// user's.
+bool HistoryListWidget::writeKeepingImages(const QString &path, const std::function<bool()> &write) const {
+    ImagesSetAside images(scenesOfFile(path));
+    if (!images.areWhole() || !write())
+        return false;
+    images.replaceOriginals();
+    return true;
 }
 
-bool HistoryListWidget::ownsImageFile(const Editor *editor) const {
-    const QFileInfo file(editor->imageKey());
-    return file.isAbsolute() && !m_savedFiles.contains(file.canonicalFilePath());
+QVector<Editor *> HistoryListWidget::scenesOfFile(const QString &path) const {
+    const QString file = realPath(path);
+    QVector<Editor *> scenes;
+    for (int row = 0; row < count(); ++row) {
+        Editor *editor = rowItem(row)->editor();
+        const QString key = editor->imageKey();
+        if (QFileInfo(key).isAbsolute() && realPath(key) == file)
+            scenes.append(editor);
+    }
+    return scenes;
 }
 
 int HistoryListWidget::pinnedCount(const HistoryListWidgetItem *ignoredItem) const {

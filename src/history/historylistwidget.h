@@ -4,8 +4,9 @@
 #include "history/historyselectmode.h"
 
 #include <QListWidget>
-#include <QSet>
 #include <QVector>
+
+#include <functional>
 
 class Editor;
 class HistoryButtonWidget;
@@ -14,9 +15,10 @@ class HistoryListWidgetItem;
 /// The list of captures: rows, their order, selection, check boxes and pins.
 ///
 /// Every row owns its scene: `insertImage` makes it, `removeItem` with `destroy` ends it and its image
-/// file, unless a save has written over that. When the list itself goes, the scenes go and the files stay,
-/// because only a normal exit clears them away. Pinned rows stand first, the others follow, newest first. An
-/// item may vanish while a dialog is open; keep its `Editor` in a `QPointer` and ask `itemOf`.
+/// file. A save over such a file leaves it to the user: the scene goes on with a copy of what was there. When
+/// the list itself goes, the scenes go and the files stay, because only a normal exit clears them away.
+/// Pinned rows stand first, the others follow, newest first. An item may vanish while a dialog is open; keep
+/// its `Editor` in a `QPointer` and ask `itemOf`.
 class HistoryListWidget : public QListWidget {
     Q_OBJECT
 public:
@@ -44,9 +46,6 @@ public:
     /// The first selected row, or null.
     HistoryListWidgetItem *selectedItem() const;
     HistoryButtonWidget *rowWidget(const HistoryListWidgetItem *item) const;
-    /// Whether the image of that scene is a file that goes with its row. One that was saved to is the user's,
-    /// though a capture came from it.
-    bool ownsImageFile(const Editor *editor) const;
 
 signals:
     void changeSelectionMode(HistorySelectMode mode);
@@ -77,9 +76,9 @@ private:
     void connectRow(HistoryButtonWidget *widget, Editor *editor);
     bool confirmRemoval(HistoryListWidgetItem *item);
     void takeRow(HistoryListWidgetItem *item, bool destroy);
-    void endScene(Editor *editor);
+    bool writeKeepingImages(const QString &path, const std::function<bool()> &write) const;
+    QVector<Editor *> scenesOfFile(const QString &path) const;
     void replaceRow(HistoryListWidgetItem *item, int target);
 
     HistorySelectMode m_selectionMode = HistorySelectModes::Normal;
-    QSet<QString> m_savedFiles; ///< canonical paths, also of rows that are gone
 };

@@ -23,6 +23,8 @@
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace {
 
 // Designed sizes, at 96 DPI.
@@ -162,12 +164,9 @@ QStringList HistoryWidget::imageKeys() const {
 }
 
 QStringList HistoryWidget::imageFiles() const {
-    QStringList files;
-    for (int row = 0; row < m_historyListWidget->count(); ++row) {
-        const Editor *editor = m_historyListWidget->rowItem(row)->editor();
-        if (m_historyListWidget->ownsImageFile(editor))
-            files.append(editor->imageKey());
-    }
+    QStringList files = imageKeys();
+    const auto isInMemory = [](const QString &key) { return QFileInfo(key).isRelative(); };
+    files.erase(std::remove_if(files.begin(), files.end(), isInMemory), files.end());
     return files;
 }
 

@@ -64,7 +64,7 @@ bool HistoryWidget::savePin(Editor *editor, const QString &path) const {
         return true;
     trace(1, SaveTag, "Failed to save [%ls]", path.utf16());
     // The picture as it was captured becomes the pinned one, for which even a full disk has room.
-    return m_historyListWidget->ownsImageFile(editor) && hasReadableFile(editor) && moveToPin(editor, path);
+    return hasReadableFile(editor) && moveToPin(editor, path);
 }
 
 QString HistoryWidget::emptiedPinFolder() {

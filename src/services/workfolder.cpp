@@ -3,6 +3,8 @@
 #include "platform/folderaccess.h"
 #include "platform/namedlock.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QStandardPaths>
 #include <QString>
 
@@ -38,6 +40,22 @@ QString workFolder() {
             return folder;
     }
     return QString();
+}
+
+QString realPath(const QString &path) {
+    const QFileInfo named(path);
+    // What is written to a link without a file lands where it leads.
+    const QFileInfo file(named.isSymLink() && !named.exists() ? named.symLinkTarget() : path);
+    const QString real = file.canonicalFilePath();
+    if (!real.isEmpty())
+        return real;
+    const QString folder = QFileInfo(file.path()).canonicalFilePath();
+    if (!folder.isEmpty())
+        return QDir(folder).filePath(file.fileName());
+    QString ancestor = file.path();
+    while (!QFileInfo::exists(ancestor) && QFileInfo(ancestor).path() != ancestor)
+        ancestor = QFileInfo(ancestor).path();
+    return QFileInfo(ancestor).canonicalFilePath();
 }
 
 bool ownsWorkFolder() {

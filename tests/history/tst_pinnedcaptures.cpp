@@ -153,21 +153,21 @@ void Tst_PinnedCaptures::fullDiskKeepsThePinnedCapture() {
     QCOMPARE(int(QFile::permissions(pinFile(0))) & 0x7077, 0x6000);
 }
 
-// It is the user's, whose pin is lost rather than his file.
+// What was saved is the user's; the picture as it was captured becomes the pin.
 void Tst_PinnedCaptures::fullDiskMovesNoSavedFile() {
     add("a"_qs, 11);
     m_panel->setPinnedImages(true);
     const QString file = editor(0)->imageKey();
     QVERIFY(editor(0)->saveFlattened(file, true, -1));
-    QCOMPARE(m_panel->imageFiles(), QStringList());
+    QVERIFY(!m_panel->imageFiles().contains(file));
     QStringList notKept;
     {
         const FileSizeLimit full(0);
         notKept = m_panel->SavePinnedHistories();
     }
-    QCOMPARE(m_panel->pinnedFilePaths(), QStringList());
-    QCOMPARE(notKept, QStringList{file});
-    QCOMPARE(widthsOf({file}), QVector<int>{11});
+    QCOMPARE(notKept, QStringList());
+    QCOMPARE(m_panel->pinnedFilePaths(), QStringList{pinFile(0)});
+    QCOMPARE(widthsOf({pinFile(0), file}), (QVector<int>{11, 11}));
 }
 
 void Tst_PinnedCaptures::filesAreForTheUserAlone() {
