@@ -30,8 +30,8 @@ namespace platform {
 namespace {
 
 constexpr char TrialArgument[] = "--try-library";
-/// Loading takes milliseconds; this is what a slow machine may need for the process around it.
-constexpr int TrialLimitMs = 1000;
+/// Loading takes milliseconds; this is what a machine under load may need for the process around it.
+constexpr int TrialLimitMs = 5000;
 /// Where the process that tries a library finds it.
 constexpr int TrialDescriptor = STDERR_FILENO + 1;
 
