@@ -14,7 +14,10 @@
 namespace {
 
 constexpr int OrdinaryLevel = 1;
-constexpr int BracketLength = 43;
+// 43 characters each. Ready-made, since a call that writes nothing may not allocate.
+constexpr char OpeningBracket[] = "<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<";
+constexpr char ClosingBracket[] = ">>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>";
+static_assert(sizeof(OpeningBracket) == 43 + 1 && sizeof(ClosingBracket) == 43 + 1);
 
 /// Has no destructor: static objects may trace while the process ends.
 QBasicMutex mutex;
@@ -28,10 +31,6 @@ QString lineHead(const QString &tag) {
     const qint64 process = QCoreApplication::instance() ? QCoreApplication::applicationPid() : 0;
     return QDateTime::currentDateTime().toString(QStringLiteral("[yyyy-MM-dd hh:mm:ss.zzz]")) +
            QStringLiteral("(P:%0)").arg(process) + QStringLiteral(" %0 :").arg(tag);
-}
-
-QByteArray bracket(char character) {
-    return QByteArray(BracketLength, character);
 }
 
 void store(const QString &name, int value) {
@@ -98,11 +97,11 @@ void setTraceOutput(bool on) {
 }
 
 TraceScope::TraceScope(const QString &tag) : m_tag(tag) {
-    traceMessage(m_tag, OrdinaryLevel, bracket('<').constData());
+    traceMessage(m_tag, OrdinaryLevel, OpeningBracket);
 }
 
 TraceScope::~TraceScope() {
-    traceMessage(m_tag, OrdinaryLevel, bracket('>').constData());
+    traceMessage(m_tag, OrdinaryLevel, ClosingBracket);
 }
 
 TimedScope::TimedScope(const QString &tag, qint64 limit) : m_tag(tag), m_limit(limit) {
