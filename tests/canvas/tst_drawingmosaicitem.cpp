@@ -84,6 +84,7 @@ private slots:
     void geometryOfADrag();
     void moveIsOneEventBehind();
     void isClippedToTheVisiblePart();
+    void besideThePictureNothingIsKeptOrPainted();
     void dragShowsBlocksAndAFrame();
     void releaseKeepsItsPartOnly();
     void releaseWaitsForTheJob();
@@ -194,6 +195,28 @@ void Tst_DrawingMosaicItem::isClippedToTheVisiblePart() {
     item.drawEnd({110, 80}, {110, 80}, false);
     QCOMPARE(item.itemRect(), QRectF(28, 28, 32, 22));
     QCOMPARE(item.image().size(), QSize(32, 22));
+}
+
+void Tst_DrawingMosaicItem::besideThePictureNothingIsKeptOrPainted() {
+    m_mouse->press(on(-60, -60));
+    m_mouse->move(on(-30, -30));
+    m_mouse->move(on(-20, -20));
+    DrawingMosaicItem *item = onlyItem();
+    QVERIFY(item);
+    finishJobs();
+    QImage image = m_picture;
+    QPainter painter(&image);
+    item->paint(&painter, nullptr, nullptr);
+    painter.end();
+    COMPARE_IMAGES(image, m_picture, "dragged");
+    // Each paint of the drag asks for that.
+    QVERIFY(item->snapshot().lock()->copy(item->itemRect().toRect()).isNull());
+    m_mouse->release(on(-20, -20));
+    QVERIFY(item->image().isNull());
+    COMPARE_IMAGES(flat(), m_picture, "released");
+    QVERIFY(m_editor->canUndo()); // a step like any other
+    m_editor->undo();
+    QVERIFY(!m_editor->canUndo());
 }
 
 void Tst_DrawingMosaicItem::dragShowsBlocksAndAFrame() {

@@ -48,6 +48,9 @@ std::vector<QImage> MosaicSnapshot::doneBands() const {
 }
 
 QImage MosaicSnapshot::copy(const QRect &area) const {
+    // The toolkit takes a null rectangle for all of the picture.
+    if (area.isEmpty())
+        return QImage();
     QImage picture = m_image.copy(area);
     // Pictures with less than a byte a pixel are not pixelated.
     if (picture.isNull() || picture.depth() < BitsPerByte)

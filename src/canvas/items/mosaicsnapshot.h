@@ -26,7 +26,7 @@ public:
     void pixelateAll(
         int block, const std::function<void()> &bandDone = [] {});
 
-    /// A part of the picture as far as the job got. Any thread.
+    /// A part of the picture as far as the job got; null for an empty area. Any thread.
     QImage copy(const QRect &area) const;
     /// Draws that part in its place. Any thread.
     void draw(QPainter *painter, const QRect &area) const;
