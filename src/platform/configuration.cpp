@@ -74,11 +74,11 @@ QByteArray rawValue(const QString &path, const QString &section, const QByteArra
     const QList<QByteArray> lines = file.read(LargestFile).split('\n');
     for (const QByteArray &line : lines) {
         const QByteArray text = line.trimmed();
-        const int equals = text.indexOf('=');
+        const int equals = line.indexOf('=');
         if (text.startsWith('['))
             isInSection = text == head;
-        else if (isInSection && equals >= 0 && text.left(equals).trimmed() == name)
-            found = text.mid(equals + 1);
+        else if (isInSection && equals >= 0 && line.left(equals).trimmed() == name)
+            found = line.mid(equals + 1); // with the blanks at its end, which may follow a comma
     }
     return found;
 }

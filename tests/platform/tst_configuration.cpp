@@ -185,6 +185,8 @@ void Tst_Configuration::unquotedCommaIsPartOfTheText_data() {
     QTest::newRow("each its own") << QByteArray("/a,b, c ,d") << QStringLiteral("/a,b, c ,d");
     QTest::newRow("a blank between commas") << QByteArray("/a, , b") << QStringLiteral("/a, , b");
     QTest::newRow("nothing between commas") << QByteArray("/a,,b") << QStringLiteral("/a,,b");
+    QTest::newRow("nothing behind the last comma") << QByteArray("/a,") << QStringLiteral("/a,");
+    QTest::newRow("a blank behind the last comma") << QByteArray("/a, ") << QStringLiteral("/a, ");
     QTest::newRow("blanks around the whole") << QByteArray("  /a, b  ") << QStringLiteral("/a, b");
     QTest::newRow("a part in quotes") << QByteArray("\"/a, x\", b") << QStringLiteral("/a, x, b");
     QTest::newRow("escaped letter") << QByteArray("/\\x61, b") << QStringLiteral("/a, b");
@@ -238,7 +240,7 @@ void Tst_Configuration::valuesOfOthersSurviveASave() {
 
 void Tst_Configuration::unquotedCommasSurviveASave() {
     writeFile(settingsPath(),
-              "[Capture]\nFolder=/a,b\nSizes=1, 2, 3\n[Config]\nFilePath=/c , d,  e\nTrayMode=1\n"
+              "[Capture]\nFolder=/a,b\nNames=x, \nSizes=1, 2, 3\n[Config]\nFilePath=/c , d,  e\nTrayMode=1\n"
               "Lists\\0\\Text=x,y\n");
     write(QStringLiteral("TrayMode"), 0);
     QCOMPARE(read(QStringLiteral("TrayMode")), QStringLiteral("0"));
@@ -247,7 +249,7 @@ void Tst_Configuration::unquotedCommasSurviveASave() {
     QCOMPARE(read(QStringLiteral("Folder"), QStringLiteral("SOFTWARE\\Norvane\\Tindra\\Capture")),
              QStringLiteral("/a,b"));
     // What another program stores as a list stays one.
-    QVERIFY(readFile(settingsPath()).contains("\nSizes=1, 2, 3\n"));
+    QVERIFY(readFile(settingsPath()).contains("\nNames=x, \nSizes=1, 2, 3\n"));
 }
 
 void Tst_Configuration::savingThePresentValueLeavesTheFileAlone() {
