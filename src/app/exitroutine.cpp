@@ -13,7 +13,7 @@
 
 ExitRoutine::ExitRoutine(QWidget *window, HistoryWidget *history)
     : QObject(window), m_window(window), m_history(history) {
-    // A kill does not wait for what the user is told of the batch; an exit that asks would ask under it.
+    // A kill does not wait for what the user is told of a save; an exit that asks would ask under it.
     connect(m_history, &HistoryWidget::imagesWritten, this, [this] {
         if (m_isHeld && m_killRequested)
             start();
@@ -33,8 +33,9 @@ void ExitRoutine::start() {
 
 void ExitRoutine::run() {
     m_isQueued = false;
-    // A batch processes events while it writes. An exit in its middle would delete what is still to be
-    // written, and the next editor would find the work folder of a killed one in use.
+    // A save processes events while it writes. An exit in its middle would ask about what is just being
+    // saved or delete what is still to be written, and the next editor would find the work folder of a killed
+    // one in use.
     m_isHeld = m_history->isWritingImages();
     if (m_isHeld)
         return;
@@ -108,7 +109,8 @@ void ExitRoutine::leave(End end) {
         removeTemporaryFiles(files);
     TindraPreferences::instance()->SaveAll();
     emit servicesEnding();
-    // What a batch still has to write comes back at the next start instead.
+    // What a save still has to write comes back at the next start instead, if it lies in the work folder;
+    // from elsewhere it stays where it is.
     if (end == End::Session && !m_history->isWritingImages())
         removeTemporaryFiles(files);
     QCoreApplication::quit();

@@ -6,7 +6,7 @@ class HistoryWidget;
 class QWidget;
 
 /// Decides whether a close of the main window ends the program, asks about unsaved captures, and carries
-/// out the end step by step. An end that is asked for while a batch of captures is written waits for it.
+/// out the end step by step. An end that is asked for while captures are written waits for that.
 ///
 /// An exit keeps the pinned captures for the next start and deletes the others. A kill (an update, a
 /// termination signal) asks nothing and deletes nothing, whatever else was requested, so that the next start
@@ -50,6 +50,6 @@ private:
     bool m_exitRequested = false;
     bool m_killRequested = false;
     bool m_isQueued = false;
-    bool m_isHeld = false; ///< until a batch of captures is written
+    bool m_isHeld = false; ///< until captures are written
     bool m_left = false;
 };

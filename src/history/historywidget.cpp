@@ -298,7 +298,29 @@ void HistoryWidget::onSaveImage(QListWidgetItem *item, bool autoSave, bool showR
     bool ok = true;
     if (!autoSave && !m_saveFlow.askSavePath(path, ok))
         return;
-    m_saveFlow.saveImageTo(editor, path, true, showResult);
+    if (editor)
+        saveImageTo(editor, path, true, showResult);
+    else
+        m_saveFlow.reportVanished();
+}
+
+bool HistoryWidget::saveImageTo(Editor *editor, const QString &path, bool rememberFolder, bool showResult) {
+    if (!editor)
+        return false;
+    const bool written = writeImages([=] { return SaveFlow::writeImage(editor, path) ? 1 : 0; }) == 1;
+    m_saveFlow.reportImage(written, path, rememberFolder, showResult);
+    emit imagesReported();
+    return written;
+}
+
+int HistoryWidget::writeImages(const std::function<int()> &write) {
+    int count = 0;
+    {
+        const QScopedValueRollback<bool> writing(m_writingImages, true);
+        count = write();
+    }
+    emit imagesWritten();
+    return count;
 }
 
 void HistoryWidget::onClickSaveImages() {
@@ -331,11 +353,8 @@ int HistoryWidget::saveImages(const QVector<QPointer<Editor>> &captures, QString
     BatchSave batch(FileNameUtil::generateFileName(folder, false),
                     SaveFlow::qualityFor(FileNameUtil::currentFileSuffix()));
     // The oldest capture gets the lowest number.
-    m_writingImages = true;
-    const int count = batch.run({captures.crbegin(), captures.crend()});
-    m_writingImages = false;
+    const int count = writeImages([&] { return batch.run({captures.crbegin(), captures.crend()}); });
     firstPath = batch.firstPath();
-    emit imagesWritten();
     return count;
 }
 

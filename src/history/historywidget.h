@@ -9,6 +9,8 @@
 #include <QVector>
 #include <QWidget>
 
+#include <functional>
+
 class Editor;
 class HistoryListWidget;
 class HistoryListWidgetItem;
@@ -52,7 +54,10 @@ public:
     /// How many captures fit before the list is full.
     int freeRows() const;
     bool hasUnsavedImages() const;
-    /// Whether a batch of captures is being written at this moment.
+    /// Writes the picture with its drawings in the format of the path's suffix, marks the capture as saved
+    /// and tells the user how it went. A null `editor` gives false.
+    bool saveImageTo(Editor *editor, const QString &path, bool rememberFolder, bool showResult);
+    /// Whether captures are being written at this moment.
     bool isWritingImages() const { return m_writingImages; }
     void select(HistoryListWidgetItem *item);
     void selectNextRow();
@@ -80,7 +85,7 @@ signals:
     void itemSelectionChanged(History *history);
     void shortcutDelete(HistoryListWidgetItem *item);
     void historyHide();
-    /// A batch of captures has been written, as far as that was possible.
+    /// A capture, or a batch of them, has been written, as far as that was possible.
     void imagesWritten();
     /// And the user knows of it.
     void imagesReported();
@@ -107,6 +112,8 @@ private:
     void endSelectMode();
     /// Saves captures, given from the newest to the oldest, by the settings; how many were written.
     int saveImages(const QVector<QPointer<Editor>> &captures, QString &firstPath);
+    /// Carries out `write`, which returns how many captures it wrote, as a time in which no end comes.
+    int writeImages(const std::function<int()> &write);
     void printImages(const QVector<QPointer<Editor>> &captures);
     bool confirmDeletion();
     /// What a command for many captures means now: the checked rows in select mode, else all of them.

@@ -43,21 +43,26 @@ bool SaveFlow::askSavePath(QString &path, bool &ok) const {
     return ok;
 }
 
-bool SaveFlow::saveImageTo(Editor *editor, const QString &path, bool rememberFolder, bool showResult) const {
-    if (!editor)
-        return false;
-    const QFileInfo file(path);
-    if (!editor->saveFlattened(path, true, qualityFor(file.suffix()))) {
+bool SaveFlow::writeImage(Editor *editor, const QString &path) {
+    return editor->saveFlattened(path, true, qualityFor(QFileInfo(path).suffix()));
+}
+
+void SaveFlow::reportImage(bool written, const QString &path, bool rememberFolder, bool showResult) const {
+    if (!written) {
         reportFailure(path);
-        return false;
+        return;
     }
+    const QFileInfo file(path);
     reportSaveFormat(file.suffix());
     TindraPreferences *preferences = TindraPreferences::instance();
     if (rememberFolder && !file.absolutePath().isEmpty())
         preferences->SetString(TindraPreferences::FilePath, file.absolutePath());
     if (showResult && preferences->GetBool(TindraPreferences::ShowPostSaveDlg, true))
         showResultOf(path);
-    return true;
+}
+
+void SaveFlow::reportVanished() const {
+    MessageDialog::warning(m_panel, tr("Tindra"), tr("failed to save image."));
 }
 
 int SaveFlow::qualityFor(const QString &suffix) {

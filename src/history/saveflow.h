@@ -6,7 +6,7 @@
 class Editor;
 class QWidget;
 
-/// Saves one capture: asks for the name or makes one, writes the picture, tells the user how it went.
+/// The steps of a save: asks for the name or makes one, writes the picture, tells the user how it went.
 ///
 /// The dialogs stand over the panel and speak in its name. GUI thread only.
 class SaveFlow {
@@ -19,8 +19,12 @@ public:
     /// Lets the user choose a name; false when the dialog was cancelled. `ok` tells the same.
     bool askSavePath(QString &path, bool &ok) const;
     /// Writes the picture with its drawings in the format of the path's suffix and marks the capture as
-    /// saved. Failures are told to the user. A null `editor` gives false.
-    bool saveImageTo(Editor *editor, const QString &path, bool rememberFolder, bool showResult) const;
+    /// saved.
+    static bool writeImage(Editor *editor, const QString &path);
+    /// Tells how that went, and remembers the folder for the next name if it went well.
+    void reportImage(bool written, const QString &path, bool rememberFolder, bool showResult) const;
+    /// Tells that the capture has gone while its name was chosen.
+    void reportVanished() const;
 
     /// The quality to write a picture of that suffix with, from the settings.
     static int qualityFor(const QString &suffix);

@@ -56,6 +56,9 @@ private slots:
     void batchIsWrittenBeforeTheEnd();
     void exitDuringABatchAsksBehindItsReport();
     void killDuringABatchWaitsForNoReport();
+    void saveIsWrittenBeforeTheEnd_data();
+    void saveIsWrittenBeforeTheEnd();
+    void exitDuringASaveWaitsForItsReport();
     void twoKillsEndOnce();
     void killInsideTheQuestionEndsOnce();
     void leavingIsToldBeforeTheFilesGo();
@@ -466,6 +469,58 @@ void Tst_ExitRoutine::killDuringABatchWaitsForNoReport() {
     answers.add([](QWidget *) {}); // the report stays open until the program ends
     QVERIFY(quits([this] { m_window->findChild<QPushButton *>("historySaveImages_"_qs)->click(); }));
     QVERIFY(m_window->hasLeft());
+}
+
+void Tst_ExitRoutine::saveIsWrittenBeforeTheEnd_data() {
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<bool>("captureStays");
+    QTest::newRow("exit") << "/close" << false;
+    QTest::newRow("kill") << "/kill" << true;
+    QTest::newRow("end of the session") << "" << true;
+}
+
+// What is saved at this moment is not asked about, and nothing goes before it is written.
+void Tst_ExitRoutine::saveIsWrittenBeforeTheEnd() {
+    QFETCH(QString, line);
+    QFETCH(bool, captureStays);
+    preferences()->SetString(TindraPreferences::AutoSavePath, m_target->path());
+    addCapture("a"_qs);
+    Editor *const editor = list()->rowItem(0)->editor();
+    const QString file = editor->imageKey();
+    bool leftBefore = false;
+    connect(editor, &Editor::imageSaved, this, [&] { leftBefore = m_window->hasLeft(); });
+    const auto end = [&] {
+        QVERIFY(!editor->isSaved());
+        if (line.isEmpty())
+            endSession();
+        else
+            treat(line);
+    };
+    ModalAnswers answers;
+    QVERIFY(quits([this, end] {
+        QTimer::singleShot(0, this, end); // comes with the events around the write
+        emit m_window->saveCurrentImage(true, false);
+    }));
+    QVERIFY(answers.isDone());
+    QCOMPARE(leftBefore, line.isEmpty()); // only the desktop does not wait
+    QCOMPARE(QDir(m_target->path()).entryList({"*.png"_qs}, QDir::Files).size(), 1);
+    m_window.reset();
+    QCOMPARE(QFile::exists(file), captureStays);
+}
+
+void Tst_ExitRoutine::exitDuringASaveWaitsForItsReport() {
+    preferences()->SetString(TindraPreferences::AutoSavePath, m_target->path());
+    preferences()->SetBool(TindraPreferences::ShowPostSaveDlg, true);
+    addCapture("b"_qs); // not saved, so it is asked about
+    addCapture("a"_qs);
+    ModalAnswers answers;
+    answers.addPress("Close"_qs);
+    answers.addPress("Yes"_qs);
+    QVERIFY(quits([this] {
+        QTimer::singleShot(0, this, [this] { treat("/close"_qs); });
+        emit m_window->saveCurrentImage(true, true);
+    }));
+    QVERIFY(answers.isDone());
 }
 
 void Tst_ExitRoutine::twoKillsEndOnce() {
