@@ -1,6 +1,7 @@
 #pragma once
 
 #include "fuzz/support/scratchfolder.h"
+#include "platform/filesignature.h"
 
 /// The signed files that the tests use too, and their root as the only one that this process trusts.
 namespace testroot {
@@ -17,8 +18,8 @@ inline QByteArray bytesOf(const char *name) {
 
 /// Once a process, before the first check.
 inline bool install() {
-    return qputenv("SSL_CERT_FILE", QFile::encodeName(fixture(QStringLiteral("root.pem")))) &&
-           qputenv("SSL_CERT_DIR", "/nonexistent");
+    platform::setTrustedRoots(fixture(QStringLiteral("root.pem")));
+    return QFile::exists(fixture(QStringLiteral("root.pem")));
 }
 
 /// The makers that the root vouches for.

@@ -42,7 +42,8 @@ struct SignatureCheck {
 /// the same name with ".p7s" behind it) against the system's roots.
 ///
 /// Good when one of them holds: digest, signature, certificates for code signing up to a root, valid now or
-/// at the time of a time stamp. `cheap` leaves out everything about certificates and must not decide what is
+/// at the time of a time stamp. The roots are those that the system was installed with: no variable of the
+/// environment leads to others. `cheap` leaves out everything about certificates and must not decide what is
 /// run. Any thread; reads the file once.
 SignatureCheck checkFileSignature(const QString &path, bool cheap);
 
@@ -60,5 +61,9 @@ SignedFile readSignedFile(const QString &path);
 
 /// The same check for what was read already.
 SignatureCheck checkSignature(const SignedFile &file, bool cheap);
+
+/// Tests only, before the first check: a file of certificates that are the only roots; empty brings back the
+/// system's.
+void setTrustedRoots(const QString &path);
 
 } // namespace platform

@@ -1,10 +1,15 @@
 #include "platform/filesignature.h"
+#include "platform/linux/certificatechain.h"
 
 #include <QTemporaryDir>
 #include <QtEndian>
 #include <QtTest>
 
+#include <openssl/pem.h>
 #include <sys/stat.h>
+
+#include <cstdio>
+#include <memory>
 
 using platform::Trust;
 
@@ -44,7 +49,9 @@ private slots:
     void initTestCase();
     void verdicts_data();
     void verdicts();
-    void anotherSystemTrustsNobody();
+    void theSystemTrustsNobodyHere_data();
+    void theSystemTrustsNobodyHere();
+    void theSystemsOwnRootsAreKnown();
     void signerIsDescribed();
     void programNameOfTwoByteCharacters();
     void timeStampIsRead_data();
@@ -69,9 +76,7 @@ private:
 };
 
 void Tst_FileSignature::initTestCase() {
-    // The system's roots, for this process.
-    qputenv("SSL_CERT_FILE", QFile::encodeName(fixture("root.pem")));
-    qputenv("SSL_CERT_DIR", "/nonexistent");
+    platform::setTrustedRoots(fixture("root.pem"));
 }
 
 platform::SignatureCheck Tst_FileSignature::check(const QByteArray &bytes, bool cheap) const {
@@ -119,12 +124,44 @@ void Tst_FileSignature::verdicts() {
     QTEST(platform::checkFileSignature(fixture(file.constData()), true).trust, "cheap");
 }
 
-void Tst_FileSignature::anotherSystemTrustsNobody() {
-    qputenv("SSL_CERT_FILE", "/nonexistent");
+void Tst_FileSignature::theSystemTrustsNobodyHere_data() {
+    QTest::addColumn<bool>("hasVariables");
+    QTest::newRow("as it is") << false;
+    QTest::newRow("whatever the environment says") << true;
+}
+
+void Tst_FileSignature::theSystemTrustsNobodyHere() {
+    QFETCH(bool, hasVariables);
+    if (hasVariables) {
+        qputenv("SSL_CERT_FILE", QFile::encodeName(fixture("root.pem")));
+        qputenv("SSL_CERT_DIR", QFile::encodeName(fixture("")));
+    }
+    platform::setTrustedRoots(QString());
     const platform::SignatureCheck check = platform::checkFileSignature(fixture("norvane.dll"), false);
     initTestCase();
+    qunsetenv("SSL_CERT_FILE");
+    qunsetenv("SSL_CERT_DIR");
     QCOMPARE(check.trust, Trust::UntrustedRoot);
     QCOMPARE(namesOf(check), QStringList());
+}
+
+void Tst_FileSignature::theSystemsOwnRootsAreKnown() {
+    const std::unique_ptr<FILE, int (*)(FILE *)> file(std::fopen("/etc/ssl/certs/ca-certificates.crt", "r"),
+                                                      std::fclose);
+    const std::unique_ptr<X509, void (*)(X509 *)> root(
+        file ? PEM_read_X509(file.get(), nullptr, nullptr, nullptr) : nullptr, X509_free);
+    if (!root)
+        QSKIP("this system has no roots");
+    const auto check = [&] {
+        return certificatechain::check(root.get(), nullptr, certificatechain::Purpose::CodeSigning,
+                                       QDateTime());
+    };
+    QCOMPARE(check(), Trust::UntrustedRoot); // by the root of the tests alone
+    platform::setTrustedRoots(QString());
+    const Trust trust = check();
+    initTestCase();
+    QVERIFY(trust != Trust::UntrustedRoot); // trusted, though it signs no code itself
+    QVERIFY(trust != Trust::Failed);
 }
 
 void Tst_FileSignature::signerIsDescribed() {

@@ -1,3 +1,4 @@
+#include "platform/filesignature.h"
 #include "services/certificatetool.h"
 
 #include <QTemporaryDir>
@@ -36,8 +37,7 @@ private slots:
 };
 
 void Tst_CertificateTool::initTestCase() {
-    qputenv("SSL_CERT_FILE", QFile::encodeName(fixture("root.pem")));
-    qputenv("SSL_CERT_DIR", "/nonexistent");
+    platform::setTrustedRoots(fixture("root.pem"));
 }
 
 void Tst_CertificateTool::filesForUse_data() {

@@ -1,3 +1,4 @@
+#include "platform/filesignature.h"
 #include "services/signedlibrary.h"
 #include "support/substitutelibraries.h"
 
@@ -91,7 +92,7 @@ void Tst_SignedLibrary::onlyTheMakersLibraryRuns() {
 }
 
 void Tst_SignedLibrary::nobodyIsTrustedWithoutTheRoot() {
-    qputenv("SSL_CERT_FILE", "/nonexistent");
+    platform::setTrustedRoots(QString());
     QVERIFY(!SignedLibrary(path("works")).isLoaded());
     QCOMPARE(m_libraries->calls(), QStringList());
 }

@@ -1,5 +1,6 @@
 #include "support/substitutelibraries.h"
 
+#include "platform/filesignature.h"
 #include "platform/loadedlibrary.h"
 
 #include <QDir>
@@ -16,16 +17,14 @@ void copy(const QString &from, const QString &to) {
 } // namespace
 
 SubstituteLibraries::SubstituteLibraries() {
-    qputenv("SSL_CERT_FILE", TINDRA_MAKERS "/root.pem");
-    qputenv("SSL_CERT_DIR", "/nonexistent");
+    platform::setTrustedRoots(QStringLiteral(TINDRA_MAKERS "/root.pem"));
     qputenv("TINDRA_TEST_CALLS", QFile::encodeName(callsPath()));
     platform::setLibraryTrialProgram(QStringLiteral(TINDRA_LIBRARY_TRIAL));
 }
 
 SubstituteLibraries::~SubstituteLibraries() {
     platform::setLibraryTrialProgram(QString());
-    qunsetenv("SSL_CERT_FILE");
-    qunsetenv("SSL_CERT_DIR");
+    platform::setTrustedRoots(QString());
     qunsetenv("TINDRA_TEST_CALLS");
 }
 

@@ -6,8 +6,8 @@
 
 /// A folder with libraries of the maker's that a test has put there, and the calls that they got.
 ///
-/// As long as it lives the libraries' throw-away makers are known to the system, for this process and those
-/// that it starts, and libraries are tried by a small program instead of by the test.
+/// As long as it lives the libraries' throw-away makers are trusted by this process, and libraries are tried
+/// by a small program instead of by the test.
 class SubstituteLibraries {
 public:
     enum class Signature { Good, None, OfAnother, Broken };

@@ -1,3 +1,4 @@
+#include "platform/filesignature.h"
 #include "support/httpserver.h"
 #include "support/literals.h"
 #include "support/openedurls.h"
@@ -44,8 +45,7 @@ private:
 };
 
 void Tst_DownloadAndRun::initTestCase() {
-    qputenv("SSL_CERT_FILE", TINDRA_SIGNATURES "/root.pem");
-    qputenv("SSL_CERT_DIR", "/nonexistent");
+    platform::setTrustedRoots(QStringLiteral(TINDRA_SIGNATURES "/root.pem"));
 }
 
 void Tst_DownloadAndRun::init() {

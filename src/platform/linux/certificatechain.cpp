@@ -1,5 +1,7 @@
 #include "platform/linux/certificatechain.h"
 
+#include <QFile>
+
 #include <openssl/x509_vfy.h>
 #include <openssl/x509v3.h>
 
@@ -40,6 +42,23 @@ bool isFor(X509 *certificate, Purpose purpose, bool isSigner) {
     return usage & wanted || (!isSigner && usage & XKU_ANYEKU);
 }
 
+/// In place of the system's roots, if any.
+QString &otherRoots() {
+    static QString path;
+    return path;
+}
+
+/// By their places and not as the library's defaults, which obey variables that anybody sets for a program of
+/// his session. What cannot be read holds no roots.
+void addRoots(X509_STORE *store) {
+    if (!otherRoots().isEmpty()) {
+        X509_STORE_load_file(store, QFile::encodeName(otherRoots()).constData());
+        return;
+    }
+    X509_STORE_load_file(store, X509_get_default_cert_file());
+    X509_STORE_load_path(store, X509_get_default_cert_dir());
+}
+
 bool mayBeUsed(STACK_OF(X509) * chain, Purpose purpose) {
     const int count = sk_X509_num(chain);
     for (int i = 0; i < count; ++i) {
@@ -58,8 +77,10 @@ bool mayBeUsed(STACK_OF(X509) * chain, Purpose purpose) {
 Trust check(X509 *certificate, STACK_OF(X509) * others, Purpose purpose, const QDateTime &time) {
     const std::unique_ptr<X509_STORE, Freer<X509_STORE_free>> store(X509_STORE_new());
     const std::unique_ptr<X509_STORE_CTX, Freer<X509_STORE_CTX_free>> context(X509_STORE_CTX_new());
-    if (!store || !context || !X509_STORE_set_default_paths(store.get()) ||
-        !X509_STORE_CTX_init(context.get(), store.get(), certificate, others))
+    if (!store || !context)
+        return Trust::Failed;
+    addRoots(store.get());
+    if (!X509_STORE_CTX_init(context.get(), store.get(), certificate, others))
         return Trust::Failed;
     if (time.isValid())
         X509_STORE_CTX_set_time(context.get(), 0, static_cast<time_t>(time.toSecsSinceEpoch()));
@@ -68,6 +89,10 @@ Trust check(X509 *certificate, STACK_OF(X509) * others, Purpose purpose, const Q
         return trust == Trust::Good ? Trust::Failed : trust;
     }
     return mayBeUsed(X509_STORE_CTX_get0_chain(context.get()), purpose) ? Trust::Good : Trust::WrongUsage;
+}
+
+void setRoots(const QString &path) {
+    otherRoots() = path;
 }
 
 QString displayName(const X509_NAME *name) {

@@ -1,5 +1,6 @@
 #include "platform/filesignature.h"
 
+#include "platform/linux/certificatechain.h"
 #include "platform/linux/executableimage.h"
 #include "platform/linux/signedmessage.h"
 
@@ -147,6 +148,10 @@ SignatureCheck checkSignature(const SignedFile &file, bool cheap) {
 
 SignatureCheck checkFileSignature(const QString &path, bool cheap) {
     return checkSignature(readSignedFile(path), cheap);
+}
+
+void setTrustedRoots(const QString &path) {
+    certificatechain::setRoots(path);
 }
 
 } // namespace platform
