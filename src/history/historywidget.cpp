@@ -11,6 +11,7 @@
 #include "preferences/tindrapreferences.h"
 #include "print/printpreviewdialog.h"
 #include "services/usagestatistics.h"
+#include "services/workfolder.h"
 #include "ui/uistyler.h"
 
 #include <QDir>
@@ -348,7 +349,7 @@ void HistoryWidget::onClickSaveImages() {
 int HistoryWidget::saveImages(const QVector<QPointer<Editor>> &captures, QString &firstPath) {
     const QString folder = FileNameUtil::folderOrDefault(
         TindraPreferences::instance()->GetString(TindraPreferences::FilePath, QString()));
-    if (!QDir().mkpath(folder))
+    if (isInWorkFolder(folder) || !QDir().mkpath(folder))
         return 0;
     BatchSave batch(FileNameUtil::generateFileName(folder, false),
                     SaveFlow::qualityFor(FileNameUtil::currentFileSuffix()));

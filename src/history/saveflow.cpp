@@ -6,6 +6,7 @@
 #include "output/postsavedialog.h"
 #include "preferences/tindrapreferences.h"
 #include "services/usagestatistics.h"
+#include "services/workfolder.h"
 #include "ui/messagedialog.h"
 
 #include <QFileInfo>
@@ -44,7 +45,7 @@ bool SaveFlow::askSavePath(QString &path, bool &ok) const {
 }
 
 bool SaveFlow::writeImage(Editor *editor, const QString &path) {
-    return editor->saveFlattened(path, true, qualityFor(QFileInfo(path).suffix()));
+    return !isInWorkFolder(path) && editor->saveFlattened(path, true, qualityFor(QFileInfo(path).suffix()));
 }
 
 void SaveFlow::reportImage(bool written, const QString &path, bool rememberFolder, bool showResult) const {
@@ -99,8 +100,8 @@ void SaveFlow::showResultOf(const QString &path) const {
 
 void SaveFlow::reportFailure(const QString &path) const {
     const QFileInfo file(path);
-    const QString text = file.isReadable() && file.isWritable() ? tr("failed to save image.")
-                                                                : tr("failed to access save file.");
+    const bool isAccessible = file.isReadable() && file.isWritable() && !isInWorkFolder(path);
+    const QString text = isAccessible ? tr("failed to save image.") : tr("failed to access save file.");
     MessageDialog::warning(m_panel, tr("Tindra"), text);
 }
 

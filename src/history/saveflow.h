@@ -19,7 +19,7 @@ public:
     /// Lets the user choose a name; false when the dialog was cancelled. `ok` tells the same.
     bool askSavePath(QString &path, bool &ok) const;
     /// Writes the picture with its drawings in the format of the path's suffix and marks the capture as
-    /// saved.
+    /// saved. Not into the work folder, which an exit clears.
     static bool writeImage(Editor *editor, const QString &path);
     /// Tells how that went, and remembers the folder for the next name if it went well.
     void reportImage(bool written, const QString &path, bool rememberFolder, bool showResult) const;

@@ -4,6 +4,7 @@
 #include "output/filenameutil.h"
 #include "platform/folderaccess.h"
 #include "preferences/tindrapreferences.h"
+#include "services/workfolder.h"
 #include "ui/messagedialog.h"
 #include "ui/negativebutton.h"
 #include "ui/positivebutton.h"
@@ -186,7 +187,7 @@ void ConfirmSaveDialog::onClickBrowse() {
     const QString folder = QFileDialog::getExistingDirectory(this, tr("browse folder"), m_savePath->text());
     if (folder.isEmpty())
         return;
-    if (!isDirectoryWritable(folder)) {
+    if (isInWorkFolder(folder) || !isDirectoryWritable(folder)) {
         MessageDialog::warning(this, tr("Tindra"),
                                tr("It`s not readable or writable. Please choose another."));
         return;

@@ -58,6 +58,15 @@ QString realPath(const QString &path) {
     return QFileInfo(ancestor).canonicalFilePath();
 }
 
+bool isInWorkFolder(const QString &path) {
+    const QString folder = QFileInfo(workFolder()).canonicalFilePath();
+    const auto isWithin = [&folder](const QString &place) {
+        return !folder.isEmpty() && (place == folder || place.startsWith(folder + QLatin1Char('/')));
+    };
+    const QFileInfo file(path);
+    return isWithin(realPath(path)) || (file.isSymLink() && isWithin(realPath(file.path())));
+}
+
 bool ownsWorkFolder() {
     // Waits a little: the editor before this one may just be ending.
     static platform::NamedLock lock(QStringLiteral("Tindra"), workFolder());

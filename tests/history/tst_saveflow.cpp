@@ -41,6 +41,9 @@ private slots:
     void skipSwitchesTheResultOff();
     void failureNamesItsKind_data();
     void failureNamesItsKind();
+    void workFolderTakesNoSave_data();
+    void workFolderTakesNoSave();
+    void workFolderTakesNoBatch();
 
 private:
     void select(const QString &name, const QSize &size = {40, 30}) {
@@ -374,6 +377,46 @@ void Tst_SaveFlow::failureNamesItsKind() {
     QCOMPARE(answers.texts(), QStringList{message});
     QVERIFY(!editor()->isSaved());
     QVERIFY(!m_panel->saveImageTo(nullptr, target("b.png"_qs), true, true));
+}
+
+void Tst_SaveFlow::workFolderTakesNoSave_data() {
+    QTest::addColumn<QString>("name");
+    QTest::newRow("new file") << "saved.png";
+    QTest::newRow("over the capture") << "a.png";
+}
+
+// An exit clears it, whatever the user saved there.
+void Tst_SaveFlow::workFolderTakesNoSave() {
+    QFETCH(QString, name);
+    select("a"_qs);
+    const QStringList before = QDir(workFolder()).entryList(QDir::Files);
+    setText(TindraPreferences::AutoSavePath, workFolder());
+    ModalAnswers answers;
+    answers.addPress("Ok"_qs);
+    m_panel->onSaveCurrentImage(true, true);
+    answerFileDialog(answers, workFolder() + "/fresh.png"_qs);
+    answers.addPress("Ok"_qs);
+    m_panel->onSaveCurrentImage(false, true);
+    answers.addPress("Ok"_qs);
+    QVERIFY(!m_panel->saveImageTo(editor(), workFolder() + "/"_qs + name, true, true));
+    QVERIFY(answers.isDone());
+    QCOMPARE(answers.texts().filter("failed to access save file."_qs).size(), 3);
+    QVERIFY(!editor()->isSaved());
+    QCOMPARE(QDir(workFolder()).entryList(QDir::Files), before);
+    QCOMPARE(text(TindraPreferences::FilePath), m_target->path());
+}
+
+void Tst_SaveFlow::workFolderTakesNoBatch() {
+    select("a"_qs);
+    setText(TindraPreferences::FilePath, workFolder() + "/folder"_qs);
+    ModalAnswers answers;
+    answers.addPress("save"_qs);
+    answers.addPress("Ok"_qs);
+    m_panel->onClickSaveImages();
+    QVERIFY(answers.isDone());
+    QCOMPARE(answers.texts().last(), "failed to save images.\nplease change save folder."_qs);
+    QVERIFY(!editor()->isSaved());
+    QVERIFY(!QFile::exists(workFolder() + "/folder"_qs));
 }
 
 QTEST_MAIN(Tst_SaveFlow)

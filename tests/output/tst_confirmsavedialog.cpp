@@ -2,6 +2,7 @@
 #include "output/filenameutil.h"
 #include "platform/configuration.h"
 #include "preferences/tindrapreferences.h"
+#include "services/workfolder.h"
 #include "support/literals.h"
 #include "support/modalanswers.h"
 
@@ -33,6 +34,7 @@ private slots:
     void cancelledNameStyleStays();
     void folderIsChosen();
     void cancelledFolderStays();
+    void workFolderIsRefused();
     void lockedFolderIsRefused();
     void okWritesTheSettings();
     void cancelWritesNothing();
@@ -221,6 +223,19 @@ void Tst_ConfirmSaveDialog::cancelledFolderStays() {
     answers.addClose();
     child<QPushButton>(dialog, "browse_")->click();
     QVERIFY(answers.isDone());
+    QCOMPARE(child<QLineEdit>(dialog, "savePath_")->text(), "/some/where"_qs);
+}
+
+// An exit would clear away what is saved there.
+void Tst_ConfirmSaveDialog::workFolderIsRefused() {
+    preferences()->SetString(P::FilePath, "/some/where"_qs);
+    ConfirmSaveDialog dialog(ConfirmSaveDialog::AllImages);
+    ModalAnswers answers;
+    chooseFolder(answers, workFolder());
+    answers.addPress("Ok"_qs);
+    child<QPushButton>(dialog, "browse_")->click();
+    QVERIFY(answers.isDone());
+    QCOMPARE(answers.texts().last(), "It`s not readable or writable. Please choose another."_qs);
     QCOMPARE(child<QLineEdit>(dialog, "savePath_")->text(), "/some/where"_qs);
 }
 

@@ -1,5 +1,6 @@
 #include "preferences/dialog/sizeinputdialog.h"
 #include "preferences/dialogtest.h"
+#include "services/workfolder.h"
 #include "ui/rangedspinbox.h"
 
 #include <QCheckBox>
@@ -45,6 +46,7 @@ private slots:
     void folderIsChosen();
     void cancelledFolderStays();
     void browsingBeginsWhereEmptyPathSaves();
+    void workFolderIsRefused();
     void lockedFolderIsRefused();
 
     // Presets
@@ -437,6 +439,20 @@ void Tst_ImagePreferencesWidget::browsingBeginsWhereEmptyPathSaves() {
     click("browseSavePath_");
     QVERIFY(answers.isDone());
     QCOMPARE(folder, pictures());
+}
+
+// An exit would clear away what is saved there.
+void Tst_ImagePreferencesWidget::workFolderIsRefused() {
+    preferences()->SetBool(P::AutoSave, true);
+    preferences()->SetString(P::AutoSavePath, "/some/where"_qs);
+    openDialog(1);
+    ModalAnswers answers;
+    chooseFile(answers, workFolder());
+    answers.addPress("Ok"_qs);
+    click("browseSavePath_");
+    QVERIFY(answers.isDone());
+    QCOMPARE(answers.texts().last(), "It`s not readable or writable. Please choose another."_qs);
+    QCOMPARE(child<QLineEdit>("savePath_")->text(), "/some/where"_qs);
 }
 
 // An administrator may write into every folder there is, so this one goes once it is chosen.

@@ -25,6 +25,11 @@ private slots:
     void folderIsPrivate();
     void contentStays();
     void temporaryPlaceOfSomebodyElseIsPassedOver();
+    void realPathLeadsWhereAFileWouldLand_data();
+    void realPathLeadsWhereAFileWouldLand();
+    void placesInTheFolderAreKnown_data();
+    void placesInTheFolderAreKnown();
+    void withoutAFolderNothingLiesInIt();
 
 private:
     /// Makes the place unusable, for an administrator too.
@@ -99,6 +104,72 @@ void Tst_WorkFolder::temporaryPlaceOfSomebodyElseIsPassedOver() {
     QCOMPARE(::chown(QFile::encodeName(squatted).constData(), 12345, 12345), 0);
     QCOMPARE(workFolder(), m_folder->filePath(QStringLiteral("home/Norvane/Tindra")));
     QVERIFY(QDir(squatted).isEmpty());
+}
+
+void Tst_WorkFolder::realPathLeadsWhereAFileWouldLand_data() {
+    QTest::addColumn<QString>("path"); // below the folder of the test, like the other
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("file") << "a/file"
+                          << "a/file";
+    QTest::newRow("no file yet") << "a/new"
+                                 << "a/new";
+    QTest::newRow("detour") << "a/../a/./new"
+                            << "a/new";
+    QTest::newRow("folder") << "a"
+                            << "a";
+    QTest::newRow("link to a file") << "tofile"
+                                    << "a/file";
+    QTest::newRow("link to a file that is missing") << "tonew"
+                                                    << "a/new";
+    QTest::newRow("below a link to a folder") << "tofolder/new"
+                                              << "a/new";
+    QTest::newRow("folders that are missing") << "tofolder/b/c/new"
+                                              << "a";
+}
+
+void Tst_WorkFolder::realPathLeadsWhereAFileWouldLand() {
+    QFETCH(QString, path);
+    QFETCH(QString, expected);
+    const QDir folder(QFileInfo(m_folder->path()).canonicalFilePath());
+    QVERIFY(folder.mkdir(QStringLiteral("a")));
+    QVERIFY(QFile(folder.filePath(QStringLiteral("a/file"))).open(QIODevice::WriteOnly));
+    const auto link = [&folder](const char *to, const char *name) {
+        QVERIFY(QFile::link(folder.filePath(QLatin1String(to)), folder.filePath(QLatin1String(name))));
+    };
+    link("a/file", "tofile");
+    link("a/new", "tonew");
+    link("a", "tofolder");
+    QCOMPARE(realPath(folder.path() + QLatin1Char('/') + path), folder.filePath(expected));
+}
+
+void Tst_WorkFolder::placesInTheFolderAreKnown_data() {
+    QTest::addColumn<QString>("path"); // below the work folder
+    QTest::addColumn<bool>("expected");
+    QTest::newRow("the folder") << "" << true;
+    QTest::newRow("new file") << "/shot.png" << true;
+    QTest::newRow("new folders") << "/pin/new/folder" << true;
+    QTest::newRow("link that leads out") << "/out" << true;
+    QTest::newRow("link that leads in") << "/../in/shot.png" << true;
+    QTest::newRow("the folder above") << "/.." << false;
+    QTest::newRow("a neighbour with a longer name") << "2/shot.png" << false;
+}
+
+void Tst_WorkFolder::placesInTheFolderAreKnown() {
+    QFETCH(QString, path);
+    QFETCH(bool, expected);
+    const QString folder = workFolder();
+    QVERIFY(QDir().mkpath(folder + QLatin1Char('2')));
+    QVERIFY(QFile::link(m_folder->path(), folder + QStringLiteral("/out")));
+    QVERIFY(QFile::link(folder, folder + QStringLiteral("/../in")));
+    QCOMPARE(isInWorkFolder(folder + path), expected);
+}
+
+void Tst_WorkFolder::withoutAFolderNothingLiesInIt() {
+    for (const QString &name : {QStringLiteral("data"), QStringLiteral("tmp"), QStringLiteral("home")})
+        block(name);
+    QCOMPARE(workFolder(), QString());
+    QVERIFY(!isInWorkFolder(m_folder->filePath(QStringLiteral("shot.png"))));
+    QVERIFY(!isInWorkFolder(QString()));
 }
 
 int main(int argc, char **argv) {

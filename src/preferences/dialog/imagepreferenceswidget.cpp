@@ -8,6 +8,7 @@
 #include "preferences/dialog/sizeinputdialog.h"
 #include "preferences/dialog/sizepresettable.h"
 #include "preferences/tindrapreferences.h"
+#include "services/workfolder.h"
 #include "ui/messagedialog.h"
 
 #include <QCheckBox>
@@ -244,7 +245,7 @@ void ImagePreferencesWidget::onClickBrowseSavePath() {
         this, tr("browse folder"), FileNameUtil::folderOrDefault(m_savePath->text()));
     if (folder.isEmpty())
         return;
-    if (!isDirectoryWritable(folder)) {
+    if (isInWorkFolder(folder) || !isDirectoryWritable(folder)) {
         MessageDialog::warning(this, tr("Tindra"),
                                tr("It`s not readable or writable. Please choose another."));
         return;
