@@ -48,7 +48,8 @@ void AiTools::rebuildMenu() {
     PluginHost &host = PluginHost::instance();
     const QStringList ids = host.pluginIds();
     for (const QString &id : ids) {
-        const QString name = host.pluginName(id);
+        // What stands behind a tab would be shown as a shortcut, and no key does it.
+        const QString name = host.pluginName(id).section(QLatin1Char('\t'), 0, 0);
         // Better a technical name than an entry without any.
         m_menu->addAction(name.isEmpty() ? id : name, this, [this, id] { emit chosen(id); });
     }

@@ -17,6 +17,7 @@ bool isMissed();
 
 /// Has it look up the user's rights anew, and waits for the end of that, `timeout` milliseconds at most.
 /// False without the program, when it cannot be started, and when it takes longer; it is never ended.
+/// The program is found by its place alone: nobody looks at who signed it.
 bool refreshUser(int timeout);
 
 } // namespace ManagementProgram

@@ -24,6 +24,7 @@ private slots:
     void areThereOnlyWithAPlugin();
     void hostIsToldWhoAsksAtTheStart();
     void menuIsListedAtEachOpening();
+    void entriesHaveNoShortcut();
     void menuIsTheSameInTheCanvasMenu();
     void pressIsCounted();
     void needACapture();
@@ -181,6 +182,12 @@ void Tst_AiTools::menuIsListedAtEachOpening() {
     menu()->popup(QPoint());
     QCOMPARE(entries(), QStringList());
     menu()->close();
+}
+
+void Tst_AiTools::entriesHaveNoShortcut() {
+    qputenv("TINDRA_TEST_PLUGINS", "erase|Erase background\tCtrl+S|\nsharp|\tF1|");
+    emit menu()->aboutToShow();
+    QCOMPARE(entries(), (QStringList{"Erase background"_qs, "sharp"_qs}));
 }
 
 void Tst_AiTools::menuIsTheSameInTheCanvasMenu() {
