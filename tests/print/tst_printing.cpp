@@ -15,6 +15,8 @@ private slots:
 
     void imageStandsWhereItIsLaidOut_data();
     void imageStandsWhereItIsLaidOut();
+    void turnedPageStartsAtTheEndOfItsSheet_data();
+    void turnedPageStartsAtTheEndOfItsSheet();
     void pixelsStayAsTheyAre();
     void frameIsOnePixelOfThePrinter();
     void everyImageIsAPage();
@@ -103,6 +105,30 @@ void Tst_Printing::imageStandsWhereItIsLaidOut() {
         const QRectF actual = areaOf(sheet, {BottomRight});
         QVERIFY2(isNear(actual, last, within), told(actual, last).constData());
     }
+}
+
+void Tst_Printing::turnedPageStartsAtTheEndOfItsSheet_data() {
+    QTest::addColumn<int>("paper");
+    QTest::addColumn<QSizeF>("points"); // of the document, which has no parts of them
+    QTest::newRow("A4") << 9 << QSizeF(595, 842);
+    QTest::newRow("A5") << 11 << QSizeF(420, 595);
+    QTest::newRow("A6") << 70 << QSizeF(297, 420);
+}
+
+void Tst_Printing::turnedPageStartsAtTheEndOfItsSheet() {
+    QFETCH(int, paper);
+    const auto office = printer();
+    office->setPaperId(quint16(paper));
+    office->setPortrait(false);
+    office->setGrayscale(false);
+    const QRectF target(40, 30, 120, 60);
+    const PrintServer::Print print = printed({pageOf(quarters({120, 60}), target)}, *office);
+    QTEST(PrintServer::pageSize(print.pdf), "points");
+    const QImage sheet =
+        PrintServer::page(print.pdf, 1, 96 * Fine).transformed(QTransform().rotate(90)); // as it is read
+    const QRectF expected = target.translated(office->printableRect().topLeft());
+    const QRectF actual = areaOf(sheet, {TopLeft, TopRight, BottomLeft, BottomRight});
+    QVERIFY2(isNear(actual, expected), told(actual, expected).constData());
 }
 
 void Tst_Printing::pixelsStayAsTheyAre() {

@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr double TenthsPerInch = 254.0;
+constexpr double PointsPerInch = 72.0;
 constexpr double FrameWidth = 1.0; // device pixels
 
 QPageSize pageSize(const QSize &tenths) {
@@ -25,8 +25,10 @@ PdfPages::PdfPages(const Sheet &sheet, const QString &title)
 QTransform PdfPages::printableCorner() const {
     QTransform transform;
     if (m_sheet.isLandscape) {
-        // A quarter turn to the left: what is read at the left lies at the lower end of the sheet.
-        const double length = m_sheet.size.height() / TenthsPerInch * m_sheet.metrics.logPixelsX;
+        // A quarter turn to the left: what is read at the left lies at the lower end of the sheet. The end is
+        // that of the document's page, which is whole points long and so hardly ever exactly the paper.
+        const double length =
+            m_writer->pageLayout().fullRectPoints().height() / PointsPerInch * m_sheet.metrics.logPixelsX;
         transform = QTransform(0, -1, 1, 0, 0, length);
     }
     return transform.translate(m_sheet.metrics.physicalOffsetX, m_sheet.metrics.physicalOffsetY);
