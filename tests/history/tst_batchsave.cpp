@@ -297,8 +297,10 @@ void Tst_BatchSave::folderThatCannotBeMade() {
 }
 
 void Tst_BatchSave::folderThatTakesNoFile() {
-    // The folder can be had, but each name leads into one that is not there.
-    nameBy(FileNameUtil::Custom, "missing/shot"_qs);
+    // The folder can be had, but each name is a link into one that is not there.
+    nameBy(FileNameUtil::Custom, "shot"_qs);
+    for (int number = 1; number <= 3; ++number)
+        QVERIFY(QFile::link(target("missing/shot.png"_qs), target("shot_%1.png"_qs.arg(number))));
     addThree();
     m_answers->addPress("save"_qs);
     m_answers->addPress("Ok"_qs);
