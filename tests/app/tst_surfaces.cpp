@@ -826,7 +826,8 @@ void Tst_Surfaces::keyboardReachesControlsAndShowsIt() {
                 excluding << button;
         }
         // The toolkit's own dialogs have controls that only the way back comes to.
-        for (int tabs = 0; tabs <= controls && !missing.isEmpty() && excluding.isEmpty(); ++tabs)
+        const int tabsBack = qobject_cast<QFileDialog *>(window) ? controls : 0;
+        for (int tabs = 0; tabs < tabsBack && !missing.isEmpty(); ++tabs)
             press(Qt::Key_Backtab, Qt::ShiftModifier);
         // Of buttons that exclude each other Tab comes to one, and the arrows to the others.
         for (QWidget *button : qAsConst(excluding)) {

@@ -39,6 +39,7 @@ private slots:
     void pictureComesByTheName_data();
     void pictureComesByTheName();
     void focusIsSeenAsWellAsTheChoice();
+    void focusHasOneColourOnAllPanels();
     void samplesStandInOneRow();
     void hueBarStandsInTheMiddleOfItsRoom();
 
@@ -299,6 +300,23 @@ void Tst_PopupLook::focusIsSeenAsWellAsTheChoice() {
     QCOMPARE(look(swatches[0]).pixelColor(inside), QColor(230, 243, 254));
     swatches[1]->setFocus();
     QCOMPARE(look(swatches[1]).pixelColor(inside), QColor(Qt::white));
+}
+
+// A blue frame would say that the button is the chosen one, as it does on a colour or a mosaic.
+void Tst_PopupLook::focusHasOneColourOnAllPanels() {
+    const QColor focused(34, 34, 34);
+    for (const char *panel : {"figure", "line", "mosaic"}) {
+        const Panel popup = makePanel(panel);
+        popup->show();
+        QTest::qWait(10);
+        const auto buttons = popup->findChildren<QAbstractButton *>();
+        for (QAbstractButton *button : buttons) {
+            if (!button->isVisible() || !button->isCheckable())
+                continue;
+            button->setFocus();
+            QVERIFY2(frameOf(button) == focused, qPrintable(button->objectName()));
+        }
+    }
 }
 
 void Tst_PopupLook::samplesStandInOneRow() {

@@ -14,12 +14,14 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPixmap>
+#include <QProgressBar>
 #include <QProxyStyle>
 #include <QPushButton>
 #include <QRawFont>
 #include <QRegularExpression>
 #include <QSettings>
 #include <QTextLayout>
+#include <QVBoxLayout>
 #include <QtTest>
 
 /// The look as it is compiled in: its fonts, and sheets without mistakes that Qt would pass over.
@@ -55,6 +57,9 @@ private slots:
     void disabledPicturesAreThoseOfTheEnabled();
     void standardButtonsHaveNoIcons();
     void questionsOfTheToolkitHaveOurPicture();
+    void progressBarKeepsItsHeight();
+    void pressIsToldFromHover_data();
+    void pressIsToldFromHover();
 
 private:
     /// One selector with all that its block declares.
@@ -555,6 +560,42 @@ void Tst_BuiltInStyle::questionsOfTheToolkitHaveOurPicture() {
     const QIcon ours(QStringLiteral(":/res/MessageDialog/warning.svg"));
     const int size = 28 * qRound(QGuiApplication::primaryScreen()->logicalDotsPerInchX()) / 96;
     QCOMPARE(question.iconPixmap().toImage(), ours.pixmap(size).toImage());
+}
+
+void Tst_BuiltInStyle::progressBarKeepsItsHeight() {
+    installBuiltInStyle(qApp);
+    QWidget window;
+    auto *layout = new QVBoxLayout(&window);
+    auto *bar = new QProgressBar(&window);
+    layout->addWidget(bar);
+    // As in a dialog, whose text may need more.
+    QFont large = bar->font();
+    large.setPixelSize(30);
+    bar->setFont(large);
+    window.resize(200, 200);
+    window.show();
+    QTest::qWait(10);
+    const int dpi = qRound(QGuiApplication::primaryScreen()->logicalDotsPerInchX());
+    QCOMPARE(bar->height(), 16 * dpi / 96 + 2 * (dpi / 96));
+}
+
+void Tst_BuiltInStyle::pressIsToldFromHover_data() {
+    QTest::addColumn<QString>("button");
+    for (const char *button :
+         {"#bannerClose_", "PrintPreviewDialog #toPrevPage_", "PrintPreviewDialog #toNextPage_"})
+        QTest::newRow(button) << QString::fromLatin1(button);
+}
+
+void Tst_BuiltInStyle::pressIsToldFromHover() {
+    QFETCH(QString, button);
+    QHash<QString, QStringList> states;
+    for (const Rule &rule : rules(mainSheet)) {
+        if (rule.selector.startsWith(button + QLatin1Char(':')))
+            states[rule.selector.mid(button.size())] += rule.declarations;
+    }
+    QVERIFY(!states[QStringLiteral(":hover")].isEmpty());
+    QVERIFY(!states[QStringLiteral(":pressed")].isEmpty());
+    QVERIFY(states[QStringLiteral(":hover")] != states[QStringLiteral(":pressed")]);
 }
 
 QTEST_MAIN(Tst_BuiltInStyle)
