@@ -11,9 +11,10 @@
 namespace {
 
 const auto CapturePattern = QStringLiteral("*.png");
-// What a copy is called until it is whole. One that was killed leaves a picture behind that nobody would
-// find.
+// What copies are called until they are whole, our own and those of tindra-send. One that was killed leaves a
+// picture behind that nobody would find.
 const auto UnfinishedCopyPattern = QStringLiteral("qt_temp.??????");
+const auto UnfinishedCapturePattern = QStringLiteral("*.png.part");
 
 /// Whether a pinned capture may come back under that name, which is then its number.
 bool isNumbered(const QFileInfo &file) {
@@ -68,7 +69,8 @@ QStringList filesToClear() {
         return {};
     const QDir folder(path);
     QStringList files;
-    const QStringList names = folder.entryList({CapturePattern, UnfinishedCopyPattern}, QDir::Files);
+    const QStringList names =
+        folder.entryList({CapturePattern, UnfinishedCopyPattern, UnfinishedCapturePattern}, QDir::Files);
     for (const QString &name : names)
         files.append(folder.absoluteFilePath(name));
     return files;

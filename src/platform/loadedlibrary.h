@@ -24,8 +24,8 @@ public:
 /// Loads a library that the caller trusts; null when it cannot be loaded.
 ///
 /// What runs while a library is loaded and unloaded cannot be stopped once it has begun, so a process of its
-/// own tries that first: one that crashes there or takes longer than a second is not loaded. Waits for that
-/// process. The calls that follow are not guarded. Any thread.
+/// own tries that first: one that crashes there or takes longer than five seconds is not loaded. Waits for
+/// that process. The calls that follow are not guarded. Any thread.
 std::unique_ptr<LoadedLibrary> loadLibrary(const QByteArray &bytes);
 
 /// The name of a library's file: "ostler" is "ostler.so" here.

@@ -25,6 +25,8 @@ void Tst_TemporaryFiles::clearsWhatWasListedAndNothingThatCameLater() {
     put("notes.txt");
     put("qt_temp.aB3xyz"); // the copy of a pin that was killed halfway
     put("qt_temp.txt");
+    put("capture-1-2-0-ab3xyz.png.part"); // that of a sender
+    put("notes.part");
     QVERIFY(folder.mkpath(QStringLiteral("AIRemoveBeta/deep")));
     QVERIFY(folder.mkpath(QStringLiteral("pin")));
     put("pin/0.png");
@@ -35,6 +37,8 @@ void Tst_TemporaryFiles::clearsWhatWasListedAndNothingThatCameLater() {
     QVERIFY(QFile::remove(folder.filePath(QStringLiteral("late.png"))));
     QVERIFY(!folder.exists(QStringLiteral("qt_temp.aB3xyz")));
     QVERIFY(folder.exists(QStringLiteral("qt_temp.txt")));
+    QVERIFY(!folder.exists(QStringLiteral("capture-1-2-0-ab3xyz.png.part")));
+    QVERIFY(folder.exists(QStringLiteral("notes.part")));
     QVERIFY(folder.exists(QStringLiteral("notes.txt")));
     QVERIFY(folder.exists(QStringLiteral("pin/0.png")));
     QVERIFY(!folder.exists(QStringLiteral("AIRemoveBeta")));
