@@ -18,14 +18,21 @@
 /// the editor itself: so the log belongs to all of them.
 using ItemLog = std::shared_ptr<QStringList>;
 
-/// A figure: fills the rectangle between press and mouse with green.
+/// A figure: fills the rectangle between press and mouse with green. Counts how often it is asked where it
+/// is.
 class FakeFigure : public DrawingItem, public DrawingInterface {
     Q_OBJECT
 public:
     FakeFigure(const QRectF &sceneRect, QObject *parent, ItemLog log)
         : DrawingItem(DrawingAttributes(), sceneRect, parent), m_log(std::move(log)) {}
 
+    mutable int questions = 0;
+
     QRectF clip() const { return m_sceneRect; }
+    QRectF boundingRect() const override {
+        ++questions;
+        return DrawingItem::boundingRect();
+    }
     QRectF drawStart(QPoint pos) override {
         note(QStringLiteral("start"), pos, pos, false);
         m_start = pos;
@@ -45,7 +52,10 @@ public:
         return boundingRect();
     }
     void drawFinish(bool) override {}
-    QPainterPath shape() const override { return clippedHitArea(m_hit); }
+    QPainterPath shape() const override {
+        ++questions;
+        return clippedHitArea(m_hit);
+    }
     void paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *) override {
         painter->save();
         painter->setClipRect(m_sceneRect, Qt::ReplaceClip);

@@ -20,6 +20,8 @@
 #include <QWheelEvent>
 #include <QtTest>
 
+#include <utility>
+
 namespace {
 
 constexpr int Notch = 120;
@@ -40,6 +42,14 @@ protected:
     void drawBackground(QPainter *painter, const QRectF &rect) override {
         ++scenePaints;
         EditorView::drawBackground(painter, rect);
+    }
+};
+
+/// An editor whose texts are the product's own.
+class TextEditor : public TestEditor {
+protected:
+    NewItem makeItem(ShapeType shape, const QRectF &sceneRect) override {
+        return shape == Text ? Editor::makeItem(shape, sceneRect) : TestEditor::makeItem(shape, sceneRect);
     }
 };
 
@@ -112,6 +122,9 @@ private slots:
     void strokeIsAddedWithoutPaintingTheScene();
     void figureIsDrawnOverWhatLiesBelow_data();
     void figureIsDrawnOverWhatLiesBelow();
+    void openTextIsDrawnOverWhatLiesBelow_data();
+    void openTextIsDrawnOverWhatLiesBelow();
+    void mouseNearAnOpenTextAsksNoOtherItem();
     void exposureDoesNotPaintTheScene();
     void eachCauseOfARepaintShows();
     void withoutEditorOnlyTheBackgroundIsShown();
@@ -147,6 +160,8 @@ private:
         return m_view->viewport()->grab().toImage().convertToFormat(QImage::Format_RGB32);
     }
     ImageToolWidget *zoomTool() const { return m_view->findChild<ImageToolWidget *>(); }
+    /// Opens a text of the product's own there.
+    QGraphicsItem &openText(Editor &editor, const QPointF &pos);
     void withMenuOpen(const std::function<void(CanvasMenu *)> &check);
 
     std::unique_ptr<TestEditor> m_editor;
@@ -175,6 +190,12 @@ void Tst_EditorView::cleanup() {
 
 void Tst_EditorView::load(TestEditor &editor, const QSize &size, const QString &key) {
     capture::load(editor, key, capture::picture(size));
+}
+
+QGraphicsItem &Tst_EditorView::openText(Editor &editor, const QPointF &pos) {
+    editor.setShape(Editor::Text);
+    capture::Mouse(m_view->viewport()).click(m_view->mapFromScene(pos));
+    return *dynamic_cast<DrawingTextItem *>(editor.currentItem());
 }
 
 bool Tst_EditorView::sendWheel(const QPoint &pos, const QPoint &angle, Qt::KeyboardModifiers modifiers) {
@@ -666,6 +687,79 @@ void Tst_EditorView::figureIsDrawnOverWhatLiesBelow() {
     mouse.release({220, 140});
     QCoreApplication::processEvents();
     QVERIFY(m_view->scenePaints > scenePaints);
+    m_view->setEditor(nullptr);
+}
+
+void Tst_EditorView::openTextIsDrawnOverWhatLiesBelow_data() {
+    QTest::addColumn<int>("step");
+    QTest::newRow("55 %, scaled on the fly") << 10;
+    QTest::newRow("100 %") << 20;
+}
+
+void Tst_EditorView::openTextIsDrawnOverWhatLiesBelow() {
+    QFETCH(int, step);
+    TextEditor editor;
+    capture::load(editor, QStringLiteral("text"), capture::picture(QSize(400, 300)));
+    editor.setZoomStep(step);
+    m_view->setEditor(&editor);
+    const QGraphicsItem &text = openText(editor, {100, 100});
+    const auto type = [this] {
+        QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QStringLiteral("a"));
+        QCoreApplication::sendEvent(m_view.get(), &press);
+        m_view->viewport()->repaint(); // before the view is quiet long enough for its smooth background
+    };
+    type();
+    const QPointF border(text.boundingRect().center().x(), 2);
+    QPoint pos = m_view->mapFromScene(text.mapToScene(border));
+    capture::Mouse mouse(m_view->viewport());
+    mouse.press(pos);
+    const auto move = [&] {
+        const QPointF before = text.pos();
+        pos += QPoint(7, 5);
+        mouse.move(pos);
+        m_view->viewport()->repaint();
+        return text.pos() != before;
+    };
+    move(); // what lies below is painted once
+    const int scenePaints = m_view->scenePaints;
+    QImage last = shown();
+    const auto isOther = [&last, this] {
+        const QImage before = std::exchange(last, shown());
+        return last != before;
+    };
+    for (int i = 0; i < 5; ++i) {
+        QVERIFY(move());
+        QVERIFY(isOther());
+    }
+    mouse.release(pos);
+    for (int i = 0; i < 3; ++i) {
+        type();
+        QVERIFY(isOther());
+    }
+    QCOMPARE(m_view->scenePaints, scenePaints);
+    editor.update(); // the count does count
+    m_view->viewport()->repaint();
+    QVERIFY(m_view->scenePaints > scenePaints);
+    m_view->setEditor(nullptr);
+}
+
+void Tst_EditorView::mouseNearAnOpenTextAsksNoOtherItem() {
+    TextEditor editor;
+    capture::load(editor, QStringLiteral("text"), capture::picture(QSize(400, 300)));
+    m_view->setEditor(&editor);
+    capture::Mouse mouse(m_view->viewport());
+    const auto at = [this](const QPointF &pos) { return m_view->mapFromScene(pos); };
+    editor.setShape(Editor::Rectangle);
+    mouse.drag({at({10, 10}), at({350, 250}), at({390, 290})}); // below all that follows
+    const QGraphicsItem &text = openText(editor, {100, 100});
+    QCoreApplication::processEvents();
+    const int questions = editor.figure->questions;
+    const QPointF inside = text.sceneBoundingRect().center();
+    for (int i = 0; i < 5; ++i) {
+        mouse.move(at(inside + QPointF(i, 0)));
+        mouse.move(at(QPointF(300 + i, 250)));
+    }
+    QCOMPARE(editor.figure->questions, questions);
     m_view->setEditor(nullptr);
 }
 

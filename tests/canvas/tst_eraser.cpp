@@ -1,6 +1,7 @@
 #include "canvas/capturefixture.h"
 #include "canvas/editor.h"
 #include "canvas/editorview.h"
+#include "canvas/fakeitems.h"
 #include "canvas/items/drawingfreehanditem.h"
 
 #include <QRandomGenerator>
@@ -19,6 +20,7 @@ private slots:
     void takesAFinishedText();
     void takesAnItemOfSomebodyElse();
     void itemTakenAwayBySomebodyElseIsForgotten();
+    void asksNoItemThatLiesElsewhere();
 
 private:
     QGraphicsItem *erasedAt(const QPoint &pos);
@@ -166,6 +168,29 @@ void Tst_Eraser::itemTakenAwayBySomebodyElseIsForgotten() {
     drag(Editor::Rectangle, {{20, 20}, {90, 90}, {91, 91}});
     delete m_editor->items().first();
     QCOMPARE(erasedAt(QPoint(60, 60)), nullptr);
+}
+
+void Tst_Eraser::asksNoItemThatLiesElsewhere() {
+    TestEditor editor;
+    capture::load(editor, QStringLiteral("other"), capture::picture(QSize(1000, 280)));
+    m_view->resize(1020, 320);
+    m_view->setEditor(&editor);
+    capture::Mouse mouse(m_view->viewport());
+    const auto at = [this](int x, int y) { return m_view->mapFromScene(QPoint(x, y)); };
+    editor.setShape(Editor::Rectangle);
+    mouse.drag({at(800, 100), at(850, 150), at(860, 160)});
+    const FakeFigure &distant = *editor.figure;
+    editor.setShape(Editor::Eraser);
+    mouse.press(at(100, 100));
+    QCoreApplication::processEvents();
+    const int questions = distant.questions;
+    for (int x = 105; x <= 150; x += 5)
+        mouse.move(at(x, 100));
+    QCOMPARE(distant.questions, questions);
+    mouse.move(at(830, 130));
+    QVERIFY(!editor.items().contains(editor.figure));
+    mouse.release(at(830, 130));
+    m_view->setEditor(nullptr);
 }
 
 QTEST_MAIN(Tst_Eraser)
