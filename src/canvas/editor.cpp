@@ -406,6 +406,8 @@ QVector<QGraphicsItem *> Editor::itemsNear(const QRectF &area) const {
     if (present.size() == m_index.size())
         return found;
     // What others have put there, as the frame of an open crop, others take away; it came after the rest.
+    // Nobody else deletes items of the editor's own while the program runs: told by their number alone, one
+    // that went and a stranger that came would not be noticed.
     for (QGraphicsItem *item : present) {
         if (!m_index.contains(item))
             found.prepend(item);
@@ -454,10 +456,11 @@ void Editor::markUnsaved() {
 }
 
 void Editor::putIntoScene(QGraphicsItem *item) {
+    addItem(item);
+    // Not before: it may lead to a look for items, which drops from the index what the scene does not have.
     m_index.add(item);
     if (item != graphicsItem(m_currentItem))
         settle(item);
-    addItem(item);
 }
 
 void Editor::settle(QGraphicsItem *item) {

@@ -21,6 +21,7 @@ private slots:
     void takesAnItemOfSomebodyElse();
     void itemTakenAwayBySomebodyElseIsForgotten();
     void asksNoItemThatLiesElsewhere();
+    void lookForItemsWhileOneJoinsKeepsTheOrder();
 
 private:
     QGraphicsItem *erasedAt(const QPoint &pos);
@@ -191,6 +192,24 @@ void Tst_Eraser::asksNoItemThatLiesElsewhere() {
     QVERIFY(!editor.items().contains(editor.figure));
     mouse.release(at(830, 130));
     m_view->setEditor(nullptr);
+}
+
+void Tst_Eraser::lookForItemsWhileOneJoinsKeepsTheOrder() {
+    // As a paint would that the popup of a text, which comes as soon as the text does, brings about.
+    connect(m_editor.get(), &Editor::moveTextItem, m_view.get(),
+            [this] { m_editor->itemsNear(QRectF(0, 0, 380, 280)); });
+    m_editor->setShape(Editor::Text);
+    capture::Mouse(m_view->viewport()).click(m_view->mapFromScene(QPoint(100, 100)));
+    auto *text = dynamic_cast<QGraphicsItem *>(m_editor->currentItem());
+    QVERIFY(text);
+    QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QStringLiteral("word"));
+    QCoreApplication::sendEvent(m_view.get(), &press);
+    m_editor->finishCurrentItem(true);
+    drag(Editor::Line, {{90, 100}, {200, 100}, {201, 100}});
+    QGraphicsItem *line = m_editor->items().last(); // in the order in which they came
+    QVERIFY(line != text);
+    QCOMPARE(m_editor->itemsNear(QRectF(120, 99, 3, 3)), (QVector<QGraphicsItem *>{line, text}));
+    QCOMPARE(erasedAt(QPoint(121, 100)), line);
 }
 
 QTEST_MAIN(Tst_Eraser)
