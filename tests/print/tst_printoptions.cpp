@@ -16,6 +16,7 @@ private slots:
     void untouchedSettingsAreTheQueues();
     void presetsOfTheUserAreSent_data();
     void presetsOfTheUserAreSent();
+    void trayOfTheUserIsSentWithoutASize();
     void copiesOfTheUserAreSent();
     void lessThanOneCopyIsOne();
 };
@@ -119,6 +120,17 @@ void Tst_PrintOptions::presetsOfTheUserAreSent_data() {
         "cupsPrintQuality=High print-quality=5");
     // Every job names its sheet and how a page lies on it.
     row("media=iso_a5_148x210mm PageSize=A5 PageRegion=A5", 0, "media=iso_a4_210x297mm", "=A5 iso_a5");
+    row("media=A5", 0, "media=iso_a4_210x297mm PageSize=A4", "A5");
+    // The tray and the kind of paper are no part of the dialog.
+    row("media=A5,Tray2", 0, "media=iso_a4_210x297mm,Tray2 PageSize=A4", "A5");
+    row("media=Tray2,iso_a5_148x210mm,Glossy", 0, "media=iso_a4_210x297mm,Tray2,Glossy PageSize=A4", "a5");
+    row("media=A5.Fullbleed,Custom.10x10cm,iso-a5,Tray2", 0, "media=iso_a4_210x297mm,Tray2", "A5 a5 Custom");
+    row("media=Tray2", 0, "media=iso_a4_210x297mm,Tray2 PageSize=A4", "");
+    row("media-col={media-source=tray-2 media-type=photographic-glossy media-size={x-dimension=14800 "
+        "y-dimension=21000}}",
+        0, "media=iso_a4_210x297mm PageSize=A4 InputSlot=Tray2 MediaType=Glossy", "A5");
+    row("media-col={media-size={x-dimension=14800 y-dimension=21000}}", 0,
+        "media=iso_a4_210x297mm PageSize=A4", "A5 InputSlot MediaType");
     row("number-up=4 number-up-layout=btlr", 0, "number-up=1", "number-up=4 number-up-layout");
     row("orientation-requested=4 landscape=true", 0, "orientation-requested=3", "landscape");
     row("fit-to-page scaling=50 print-scaling=fill", 0, "", "fit-to-page scaling=50 =fill");
@@ -150,6 +162,14 @@ void Tst_PrintOptions::presetsOfTheUserAreSent() {
         QVERIFY2(print.options.contains(option), qPrintable(options));
     for (const QString &part : notSent.split(QLatin1Char(' '), Qt::SkipEmptyParts))
         QVERIFY2(!options.contains(part), qPrintable(options));
+}
+
+void Tst_PrintOptions::trayOfTheUserIsSentWithoutASize() {
+    writePresets("Dest Plain media=A5,Tray2\n");
+    const auto queue = opened("Plain"_qs); // which knows of no sizes
+    QVERIFY(queue);
+    const QStringList options = printedEmpty(*queue, queue->defaultMode()).options;
+    QVERIFY2(options.contains("media=Tray2"_qs), qPrintable(options.join(QLatin1Char(' '))));
 }
 
 void Tst_PrintOptions::copiesOfTheUserAreSent() {

@@ -12,6 +12,7 @@
 namespace {
 
 constexpr char Scaling[] = "print-scaling";
+constexpr char MediaCollection[] = "media-col";
 
 /// Another name of an option, of drivers or of old.
 struct Synonym {
@@ -22,7 +23,7 @@ struct Synonym {
 constexpr Synonym Synonyms[] = {
     {CUPS_MEDIA, "PageSize"},
     {CUPS_MEDIA, "PageRegion"},
-    {CUPS_MEDIA, "media-col"},
+    {CUPS_MEDIA, MediaCollection},
     {CUPS_SIDES, "Duplex"},
     {CUPS_PRINT_COLOR_MODE, "ColorModel"},
     {CUPS_PRINT_QUALITY, "cupsPrintQuality"},
@@ -100,6 +101,27 @@ QByteArray inNumbers(const char *name, const QByteArray &value) {
     return words.join(',');
 }
 
+/// Drivers have kinds of their sheets, behind a point: "A4.Fullbleed".
+bool isSize(const QByteArray &word) {
+    const char *name = word.constData();
+    const QByteArray sheet = word.left(word.indexOf('.'));
+    return isSame(sheet, "Custom") || pwgMediaForPWG(name) || pwgMediaForLegacy(name) ||
+           pwgMediaForPPD(name) || pwgMediaForPPD(sheet.constData());
+}
+
+/// The tray and the kind of paper of a collection, as one of their own; empty when it names neither.
+QByteArray withoutSize(const QByteArray &collection) {
+    cups_option_t *members = nullptr;
+    const int count = cupsParseOptions(collection.constData(), 0, &members);
+    QList<QByteArray> kept;
+    for (const char *name : {CUPS_MEDIA_SOURCE, CUPS_MEDIA_TYPE}) {
+        if (const char *value = cupsGetOption(name, count, members))
+            kept.append(QByteArray(name) + '=' + value);
+    }
+    cupsFreeOptions(count, members);
+    return kept.isEmpty() ? QByteArray() : '{' + kept.join(' ') + '}';
+}
+
 QByteArray contentOf(const QString &path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() + '\n' : QByteArray();
@@ -133,6 +155,20 @@ CupsPresets CupsPresets::read(const QString &queue) {
             queue.toUtf8()};
 }
 
+QByteArray CupsPresets::given(const char *option) const {
+    const auto found = std::find_if(m_options.begin(), m_options.end(),
+                                    [option](const auto &other) { return isSame(other.first, option); });
+    return found == m_options.end() ? QByteArray() : found->second;
+}
+
+QByteArray CupsPresets::withTray(const QByteArray &media) const {
+    QList<QByteArray> words = QList<QByteArray>{media} + given(CUPS_MEDIA).split(',');
+    // The size first, where the server looks for it.
+    const auto end = std::remove_if(words.begin() + 1, words.end(), isSize);
+    words.erase(std::remove(words.begin(), end, QByteArray()), words.end());
+    return words.join(',');
+}
+
 QByteArray CupsPresets::value(const char *option) const {
     QByteArray translated;
     for (const auto &[name, value] : m_options) {
@@ -158,5 +194,8 @@ CupsOptions CupsPresets::besides(const CupsOptions &named) const {
                    return isSame(option.first, synonym.name) && isNamed(synonym.standard);
                });
     });
+    const QByteArray tray = isNamed(CUPS_MEDIA) ? withoutSize(given(MediaCollection)) : QByteArray();
+    if (!tray.isEmpty())
+        others.emplace_back(MediaCollection, tray);
     return others;
 }

@@ -27,9 +27,15 @@ public:
     /// By the standard name, in standard words where a driver's are known and in numbers where the standard
     /// has some; empty without a preset.
     QByteArray value(const char *option) const;
-    /// What goes with a job that names `named` itself: all others, whatever the driver calls them.
+    /// What goes with a job that names `named` itself: all others, whatever the driver calls them. Of a paper
+    /// that is described part by part, the tray and the kind go with a job that names its size.
     CupsOptions besides(const CupsOptions &named) const;
+    /// The paper `media` with the words of the preset one that name no size, but a tray or a kind of paper.
+    /// Those words alone where `media` is empty.
+    QByteArray withTray(const QByteArray &media) const;
 
 private:
+    QByteArray given(const char *option) const;
+
     CupsOptions m_options;
 };

@@ -346,10 +346,13 @@ int CupsQueue::createJob(const QByteArray &title, const CupsOptions &options) {
         native.add(name, value);
     for (const auto &[name, value] : options) {
         // More copies than the queue tells of are the queue's to cut.
-        if (name == CUPS_COPIES ||
-            cupsCheckDestSupported(connection.http(), m_native->dest(), m_native->info(), name.constData(),
-                                   value.constData()))
-            native.add(name, value);
+        const bool isSupported = name == CUPS_COPIES ||
+                                 cupsCheckDestSupported(connection.http(), m_native->dest(), m_native->info(),
+                                                        name.constData(), value.constData());
+        const QByteArray supported = isSupported ? value : QByteArray();
+        const QByteArray sent = name == CUPS_MEDIA ? m_description.presets.withTray(supported) : supported;
+        if (!sent.isEmpty())
+            native.add(name, sent);
     }
     int job = 0;
     const ipp_status_t status = cupsCreateDestJob(connection.http(), m_native->dest(), m_native->info(), &job,
