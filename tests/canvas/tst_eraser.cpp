@@ -28,6 +28,7 @@ private:
     void crop(const QRect &rect) { QMetaObject::invokeMethod(m_editor.get(), "onCrop", Q_ARG(QRect, rect)); }
     void drag(Editor::ShapeType tool, const QVector<QPoint> &points);
     void drawSomething(QRandomGenerator &random);
+    void writeSomething(QRandomGenerator &random);
     static QPoint somewhere(QRandomGenerator &random) {
         return QPoint(random.bounded(380), random.bounded(280));
     }
@@ -75,10 +76,18 @@ void Tst_Eraser::drawSomething(QRandomGenerator &random) {
     drag(tool, {somewhere(random), somewhere(random), somewhere(random)});
 }
 
+void Tst_Eraser::writeSomething(QRandomGenerator &random) {
+    m_editor->setShape(Editor::Text);
+    capture::Mouse(m_view->viewport()).click(m_view->mapFromScene(somewhere(random)));
+    QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QStringLiteral("words"));
+    QCoreApplication::sendEvent(m_view.get(), &press);
+    m_editor->finishCurrentItem(true);
+}
+
 void Tst_Eraser::takesWhatTheToolkitFinds_data() {
     QTest::addColumn<QRect>("visible");
     QTest::newRow("whole image") << QRect();
-    QTest::newRow("inside a crop") << QRect(90, 70, 200, 150);
+    QTest::newRow("with a crop that comes and goes") << QRect(90, 70, 200, 150);
 }
 
 void Tst_Eraser::takesWhatTheToolkitFinds() {
@@ -86,7 +95,7 @@ void Tst_Eraser::takesWhatTheToolkitFinds() {
     QRandomGenerator random(11);
     int taken = 0;
     for (int step = 0; step < 250; ++step) {
-        switch (random.bounded(6)) {
+        switch (random.bounded(8)) {
         case 0:
             m_editor->undo();
             break;
@@ -98,13 +107,18 @@ void Tst_Eraser::takesWhatTheToolkitFinds() {
             if (m_editor->items().size() < 25)
                 drawSomething(random);
             break;
+        case 4:
+            if (m_editor->items().size() < 25)
+                writeSomething(random);
+            break;
+        case 5:
+            crop(m_editor->cropRect().isNull() ? visible : QRect());
+            break;
         default:
             break;
         }
-        if (step == 100 && !visible.isNull())
-            crop(visible);
         QPoint pos = somewhere(random);
-        if (!visible.isNull())
+        if (!m_editor->cropRect().isNull())
             pos = visible.center() + (pos - QPoint(190, 140)) / 3;
         const QList<QGraphicsItem *> found = m_editor->items(QRectF(pos.x() - 1, pos.y() - 1, 3, 3),
                                                              Qt::IntersectsItemShape, Qt::DescendingOrder);
