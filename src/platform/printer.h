@@ -107,8 +107,8 @@ enum class LateAnswer {
     Arrived ///< it may be taken; whoever asks anew instead gets a fresh one
 };
 
-/// The printers of the system. GUI thread only; no call, of a printer or a job neither, takes much longer
-/// than a second even where nobody answers.
+/// The printers of the system. GUI thread only; no call, of a printer or a job neither, takes two seconds
+/// even where nobody answers.
 class Printers {
 public:
     virtual ~Printers() = default;

@@ -110,7 +110,7 @@ void PrintPreviewDialog::choosePrinter() {
     const QString name = NativePrinter::defaultPrinterName();
     if (!name.isEmpty())
         m_printers->setCurrentText(name);
-    if (m_printers->count() == 0)
+    if (m_printers->count() == 0 && NativePrinter::latePrinterNames() == LateAnswer::None)
         trace(1, QStringLiteral("PrintPreviewDialog"), "No available printer");
     refreshControls();
 }

@@ -123,8 +123,10 @@ void Tst_PrintOptions::presetsOfTheUserAreSent_data() {
     row("media=A5", 0, "media=iso_a4_210x297mm PageSize=A4", "A5");
     // The tray and the kind of paper are no part of the dialog.
     row("media=A5,Tray2", 0, "media=iso_a4_210x297mm,Tray2 PageSize=A4", "A5");
-    row("media=Tray2,iso_a5_148x210mm,Glossy", 0, "media=iso_a4_210x297mm,Tray2,Glossy PageSize=A4", "a5");
-    row("media=A5.Fullbleed,Custom.10x10cm,iso-a5,Tray2", 0, "media=iso_a4_210x297mm,Tray2", "A5 a5 Custom");
+    row("media=Tray2,iso_a5_148x210mm,Glossy", 0, "media=iso_a4_210x297mm,Tray2,Glossy PageSize=A4",
+        "iso_a5");
+    row("media=A5.Fullbleed,Custom.10x10cm,iso-a5,Tray2", 0, "media=iso_a4_210x297mm,Tray2",
+        "A5 iso-a5 Custom");
     row("media=Tray2", 0, "media=iso_a4_210x297mm,Tray2 PageSize=A4", "");
     row("media-col={media-source=tray-2 media-type=photographic-glossy media-size={x-dimension=14800 "
         "y-dimension=21000}}",

@@ -36,6 +36,8 @@ private slots:
     void cleanup() { PrintServerTest::cleanup(); }
 
     void queuesAreListed();
+    void defaultOfTheUserIsTaken_data();
+    void defaultOfTheUserIsTaken();
     void papersHaveCommonNumbers();
     void queueTellsWhatItOffers();
     void printableAreaIsThatOfTheSheet();
@@ -52,6 +54,21 @@ private slots:
 void Tst_PrintQueues::queuesAreListed() {
     QCOMPARE(names(), "Attic Closed Office Plain Preset"_qs);
     QCOMPARE(NativePrinter::defaultPrinterName(), "Office"_qs);
+}
+
+void Tst_PrintQueues::defaultOfTheUserIsTaken_data() {
+    QTest::addColumn<QByteArray>("presets");
+    QTest::newRow("queue") << QByteArray("Default Preset copies=2\n");
+    QTest::newRow("instance of a queue") << QByteArray("Default Preset/draft copies=2\n");
+    QTest::newRow("instance beside others")
+        << QByteArray("Dest Preset copies=3\nDest Office/draft copies=3\nDefault Preset/draft copies=2\n");
+}
+
+void Tst_PrintQueues::defaultOfTheUserIsTaken() {
+    QFETCH(QByteArray, presets);
+    writePresets(presets);
+    QCOMPARE(names(), "Attic Closed Office Plain Preset"_qs);
+    QCOMPARE(NativePrinter::defaultPrinterName(), "Preset"_qs);
 }
 
 void Tst_PrintQueues::papersHaveCommonNumbers() {

@@ -33,9 +33,13 @@ void setLevel(int level) {
     loadTraceSettings();
 }
 
-bool isLogged(const QByteArray &words) {
+int countLogged(const QByteArray &words) {
     QFile log(TraceLog::filePath());
-    return log.open(QIODevice::ReadOnly) && log.readAll().contains(words);
+    return log.open(QIODevice::ReadOnly) ? log.readAll().count(words) : 0;
+}
+
+bool isLogged(const QByteArray &words) {
+    return countLogged(words) > 0;
 }
 
 } // namespace
@@ -53,6 +57,7 @@ private slots:
     void withoutRememberedPrinterTheSettingsAreFresh();
     void noPrinterLeavesOnlyCancel();
     void noPrinterIsLogged();
+    void awaitedListIsNotLoggedAsMissing();
     void returnPrintsNothingWithoutPrinter();
     void printersWithoutDefaultCanBeChosen();
     void unreadablePrinterHasNoPapers();
@@ -165,6 +170,20 @@ void Tst_PrintSettings::noPrinterIsLogged() {
     open();
     setLevel(-1);
     QVERIFY(logged());
+}
+
+void Tst_PrintSettings::awaitedListIsNotLoggedAsMissing() {
+    const auto logged = [] { return countLogged("PrintPreviewDialog : No available printer"); };
+    const int before = logged();
+    removePrinters();
+    m_printers->lateList = LateAnswer::Awaited;
+    setLevel(1);
+    open();
+    QCOMPARE(logged(), before);
+    m_printers->lateList = LateAnswer::Arrived;
+    QTRY_COMPARE(m_printers->lateList, LateAnswer::None);
+    setLevel(-1);
+    QCOMPARE(logged(), before + 1);
 }
 
 void Tst_PrintSettings::returnPrintsNothingWithoutPrinter() {

@@ -19,12 +19,15 @@ using std::chrono::milliseconds;
 
 // The window stands still meanwhile: a dialog lists and opens, and a click starts a job, draws and sends.
 // Neither may take two seconds, of which the form and the drawing need their share.
+constexpr milliseconds Frozen = 2s;
 constexpr milliseconds Patience = 1400ms;
+static_assert(Patience < Frozen);
 constexpr milliseconds ListLimit = 600ms;
 constexpr milliseconds OpenLimit = 800ms;
 static_assert(ListLimit + OpenLimit <= Patience);
 constexpr milliseconds StartLimit = 900ms;
 constexpr milliseconds ClickLimit = Patience; // from the start of a job, with its pages being drawn
+static_assert(StartLimit < ClickLimit);
 // A job that is still on its way when the program ends gets that long.
 constexpr std::chrono::seconds ExitLimit = 5s;
 

@@ -309,11 +309,18 @@ std::vector<CupsQueue::Entry> CupsQueue::list() {
     const Connection connection;
     const Destinations destinations(connection.http());
     std::vector<Entry> entries;
+    QString defaultName;
     for (const cups_dest_t &dest : destinations) {
-        // An instance is a set of presets for a queue that stands in the list by itself.
+        const QString name = QString::fromUtf8(dest.name);
+        // An instance is a set of presets for a queue that stands in the list by itself. A user's default may
+        // be one, and then its queue is meant.
         if (!dest.instance)
-            entries.push_back({QString::fromUtf8(dest.name), dest.is_default != 0});
+            entries.push_back({name, false});
+        if (dest.is_default)
+            defaultName = name;
     }
+    for (Entry &entry : entries)
+        entry.isDefault = entry.name == defaultName;
     return entries;
 }
 
