@@ -1663,6 +1663,19 @@ tindra-send --open FILE은 파일을 그대로 두고 그 사본을 엽니다.
     </message>
 </context>
 <context>
+    <name>SaveFileDialog</name>
+    <message>
+        <source>Tindra</source>
+        <translation>Tindra</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; exists already.
+Would you replace it?</source>
+        <translation>&quot;%1&quot; 파일이 이미 있습니다.
+바꾸시겠습니까?</translation>
+    </message>
+</context>
+<context>
     <name>ShortcutPreferencesWidget</name>
     <message>
         <source>Ctrl</source>

@@ -1,6 +1,6 @@
 #include "history/savefiledialog.h"
 
-#include "output/filenameutil.h"
+#include "ui/messagedialog.h"
 
 #include <QFileInfo>
 #include <QImageWriter>
@@ -22,7 +22,9 @@ QString suffixOfFilter(const QString &filter) {
 
 SaveFileDialog::SaveFileDialog(QWidget *parent, const QString &suggested, const QStringList &filters,
                                int selected)
-    : QFileDialog(parent) {
+    : FileDialog(parent) {
+    // The question is ours.
+    setOption(QFileDialog::DontConfirmOverwrite);
     setAcceptMode(QFileDialog::AcceptSave);
     setFileMode(QFileDialog::AnyFile);
     setNameFilters(filters);
@@ -35,19 +37,25 @@ SaveFileDialog::SaveFileDialog(QWidget *parent, const QString &suggested, const 
     selectFile(file.fileName());
 }
 
-QString SaveFileDialog::askPath() {
-    if (exec() != QDialog::Accepted)
-        return {};
-    const QString path = selectedFiles().value(0);
-    const QString named = withSuffix(path);
-    return named == path ? path : FileNameUtil::uniqueFilePath(named);
-}
-
 void SaveFileDialog::accept() {
     const QString path = selectedFiles().value(0);
-    if (!path.isEmpty() && !QFileInfo(path).isDir())
-        selectFile(withSuffix(path));
-    QFileDialog::accept();
+    if (!path.isEmpty() && !QFileInfo(path).isDir()) {
+        const QString named = withSuffix(path);
+        selectFile(named);
+        if (!mayWrite(named))
+            return;
+    }
+    FileDialog::accept();
+}
+
+bool SaveFileDialog::mayWrite(const QString &path) {
+    const QFileInfo file(path);
+    // A folder of that name is opened instead.
+    if (!file.exists() || file.isDir())
+        return true;
+    return MessageDialog::warning(
+               this, tr("Tindra"), tr("\"%1\" exists already.\nWould you replace it?").arg(file.fileName()),
+               MessageDialog::Yes | MessageDialog::No, MessageDialog::No) == MessageDialog::Yes;
 }
 
 // A dot in the middle of a name, as in "version 1.5", begins no suffix that a picture could be written in.

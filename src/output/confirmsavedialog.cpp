@@ -5,12 +5,12 @@
 #include "platform/folderaccess.h"
 #include "preferences/tindrapreferences.h"
 #include "services/workfolder.h"
+#include "ui/filedialog.h"
 #include "ui/messagedialog.h"
 #include "ui/negativebutton.h"
 #include "ui/positivebutton.h"
 
 #include <QComboBox>
-#include <QFileDialog>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
@@ -184,7 +184,7 @@ void ConfirmSaveDialog::onClickSetFileNameFormat() {
 }
 
 void ConfirmSaveDialog::onClickBrowse() {
-    const QString folder = QFileDialog::getExistingDirectory(this, tr("browse folder"), m_savePath->text());
+    const QString folder = FileDialog::askFolder(this, tr("browse folder"), m_savePath->text());
     if (folder.isEmpty())
         return;
     if (isInWorkFolder(folder) || !isDirectoryWritable(folder)) {

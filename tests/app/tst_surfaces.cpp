@@ -14,6 +14,7 @@
 #include "ui/aboutdialog.h"
 #include "ui/builtinstyle.h"
 #include "ui/debugdialog.h"
+#include "ui/filedialog.h"
 #include "ui/filedownloaddialog.h"
 
 #include <QAbstractButton>
@@ -728,7 +729,7 @@ void Tst_Surfaces::showFileDialog(const Visit &visit) {
     ModalAnswers answers;
     if (part == "folder") {
         addVisit(answers, visit);
-        QFileDialog::getExistingDirectory(m_window.get(), QString(), m_target->path());
+        FileDialog::askFolder(m_window.get(), QString(), m_target->path());
     } else {
         preferences()->SetString(TindraPreferences::FilePath, m_target->path());
         addVisit(answers, [&](QWidget *dialog) {

@@ -29,6 +29,9 @@ private slots:
     void dialogSuggestsNameAndFilter();
     void suffixComesFromNameOrFilter_data();
     void suffixComesFromNameOrFilter();
+    void existingFileIsReplacedAfterOneQuestion_data();
+    void existingFileIsReplacedAfterOneQuestion();
+    void refusedReplacementLeadsBackToTheDialog();
     void cancelledDialogDoesNothing();
     void noRowCountsAndDoesNothing();
     void rowThatVanishesDuringTheDialog();
@@ -230,6 +233,62 @@ void Tst_SaveFlow::suffixComesFromNameOrFilter() {
     QTEST(reader.format(), "format");
     QCOMPARE(editor()->savedPath(), target(file));
     QCOMPARE(m_session->preferences->GetInt(TindraPreferences::FileFormat, -1), 0);
+}
+
+void Tst_SaveFlow::existingFileIsReplacedAfterOneQuestion_data() {
+    QTest::addColumn<QString>("typed");
+    QTest::newRow("typed with its suffix") << "shot.png";
+    QTest::newRow("suffix of the filter") << "shot";
+}
+
+void Tst_SaveFlow::existingFileIsReplacedAfterOneQuestion() {
+    QFETCH(QString, typed);
+    QVERIFY(QImage(7, 7, QImage::Format_RGB32).save(target("shot.png"_qs)));
+    select("a"_qs, {40, 30});
+    ModalAnswers answers;
+    answers.add([&](QWidget *dialog) {
+        ModalAnswers question;
+        question.addPress("Yes"_qs);
+        dialog->findChild<QLineEdit *>("fileNameEdit"_qs)->setText(typed);
+        static_cast<QDialog *>(dialog)->accept();
+        QVERIFY(question.isDone());
+        QCOMPARE(question.texts(), QStringList{"\"shot.png\" exists already.\nWould you replace it?"_qs});
+        QVERIFY(!dialog->isVisible());
+    });
+    m_panel->onSaveCurrentImage(false, true);
+    QVERIFY(answers.isDone());
+    QCOMPARE(QImageReader(target("shot.png"_qs)).size(), QSize(40, 30));
+    QCOMPARE(QDir(m_target->path()).entryList(QDir::Files), QStringList{"shot.png"_qs});
+}
+
+void Tst_SaveFlow::refusedReplacementLeadsBackToTheDialog() {
+    QVERIFY(QImage(7, 7, QImage::Format_RGB32).save(target("shot.png"_qs)));
+    select("a"_qs, {40, 30});
+    ModalAnswers answers;
+    answers.add([&](QWidget *dialog) {
+        auto *name = dialog->findChild<QLineEdit *>("fileNameEdit"_qs);
+        {
+            ModalAnswers question;
+            // Enter is the harmless answer.
+            question.add([](QWidget *asking) {
+                QVERIFY(asking->inherits("MessageDialog"));
+                QTest::keyClick(asking, Qt::Key_Return);
+            });
+            name->setText("shot"_qs);
+            static_cast<QDialog *>(dialog)->accept();
+            QVERIFY(question.isDone());
+        }
+        QVERIFY(dialog->isVisible());
+        QCOMPARE(QImageReader(target("shot.png"_qs)).size(), QSize(7, 7));
+        // A name that is free needs no question.
+        name->setText("other"_qs);
+        static_cast<QDialog *>(dialog)->accept();
+        QVERIFY(!dialog->isVisible());
+    });
+    m_panel->onSaveCurrentImage(false, true);
+    QVERIFY(answers.isDone());
+    QCOMPARE(QImageReader(target("shot.png"_qs)).size(), QSize(7, 7));
+    QCOMPARE(QImageReader(target("other.png"_qs)).size(), QSize(40, 30));
 }
 
 void Tst_SaveFlow::cancelledDialogDoesNothing() {

@@ -9,10 +9,10 @@
 #include "preferences/dialog/sizepresettable.h"
 #include "preferences/tindrapreferences.h"
 #include "services/workfolder.h"
+#include "ui/filedialog.h"
 #include "ui/messagedialog.h"
 
 #include <QCheckBox>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -241,8 +241,8 @@ void ImagePreferencesWidget::onClickSetFileNameFormat() {
 }
 
 void ImagePreferencesWidget::onClickBrowseSavePath() {
-    const QString folder = QFileDialog::getExistingDirectory(
-        this, tr("browse folder"), FileNameUtil::folderOrDefault(m_savePath->text()));
+    const QString folder =
+        FileDialog::askFolder(this, tr("browse folder"), FileNameUtil::folderOrDefault(m_savePath->text()));
     if (folder.isEmpty())
         return;
     if (isInWorkFolder(folder) || !isDirectoryWritable(folder)) {
@@ -256,9 +256,12 @@ void ImagePreferencesWidget::onClickBrowseSavePath() {
 void ImagePreferencesWidget::onClickBrowseEditTool() {
     // Programs of this system have no such endings, so the browser begins with all files.
     const QString allFiles = tr("all files (*)");
-    const QString filters = tr("execute file (*.exe);;batch file (*.bat)") + QStringLiteral(";;") + allFiles;
-    QString selected = allFiles;
-    const QString path = QFileDialog::getOpenFileName(this, QString(), QString(), filters, &selected);
+    FileDialog dialog(this);
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    dialog.setNameFilters(tr("execute file (*.exe);;batch file (*.bat)").split(QStringLiteral(";;"))
+                          << allFiles);
+    dialog.selectNameFilter(allFiles);
+    const QString path = dialog.askPath();
     if (path.isEmpty())
         return;
     const QFileInfo tool(path);

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QFileDialog>
+
+/// The program's only file dialog, with its own pictures and in its own language, whatever the desktop.
+///
+/// A desktop's dialog would ask about overwriting by rules of its own, and before the name has its suffix.
+/// Use it as any file dialog; GUI thread only.
+class FileDialog : public QFileDialog {
+    Q_OBJECT
+public:
+    explicit FileDialog(QWidget *parent = nullptr, const QString &title = QString());
+
+    /// Runs the dialog; empty when it was cancelled.
+    QString askPath();
+    /// Asks for a folder that exists, beginning with `folder` if that is one; empty when cancelled.
+    static QString askFolder(QWidget *parent, const QString &title, const QString &folder);
+};
