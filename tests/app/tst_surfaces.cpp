@@ -3,6 +3,7 @@
 #include "output/confirmdeletedialog.h"
 #include "output/confirmsavedialog.h"
 #include "output/filenameformatsettingdialog.h"
+#include "output/filenameutil.h"
 #include "output/postsavedialog.h"
 #include "popups/popup.h"
 #include "preferences/dialog/preferencesdialog.h"
@@ -721,29 +722,37 @@ void Tst_Surfaces::showDownload(const Visit &visit) {
 
 void Tst_Surfaces::showFileDialog(const Visit &visit) {
     const QByteArray part(m_part);
-    const auto write = [this](const QString &name) {
-        QFile file(m_target->filePath(name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
+    QVERIFY(QDir(m_target->path()).mkdir("2023"_qs));
+    QImage image(640, 480, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    for (const QString &name : {"2024-01-02 03;04;05.png"_qs, "20240506_070809.png"_qs})
+        QVERIFY(image.save(m_target->filePath(name)));
+    // Pictures are to be the same at each run: the path of this one is told as a user's.
+    const auto visitFiles = [&visit](QWidget *dialog) {
+        auto *path = dialog->findChild<QComboBox *>("lookInCombo"_qs);
+        path->setItemText(path->currentIndex(), "/home/user/Pictures"_qs);
+        settle();
+        visit(dialog);
     };
-    write("2024-01-02 03;04;05.png"_qs);
     ModalAnswers answers;
     if (part == "folder") {
-        addVisit(answers, visit);
+        addVisit(answers, visitFiles);
         FileDialog::askFolder(m_window.get(), QString(), m_target->path());
     } else {
         preferences()->SetString(TindraPreferences::FilePath, m_target->path());
+        FileNameUtil::setClock([] { return QDateTime({2024, 5, 6}, {7, 8, 9}); });
         addVisit(answers, [&](QWidget *dialog) {
             if (part == "save") {
-                visit(dialog);
+                visitFiles(dialog);
                 return;
             }
-            write(dialog->findChild<QLineEdit *>("fileNameEdit"_qs)->text() + ".png"_qs);
             ModalAnswers question;
             addVisit(question, visit);
             dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Save)->click();
             QVERIFY(question.isDone());
         });
         m_window->onClickSave();
+        FileNameUtil::setClock({});
     }
     QVERIFY(answers.isDone());
 }
