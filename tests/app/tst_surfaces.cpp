@@ -727,10 +727,10 @@ void Tst_Surfaces::showFileDialog(const Visit &visit) {
     image.fill(Qt::white);
     for (const QString &name : {"2024-01-02 03;04;05.png"_qs, "20240506_070809.png"_qs})
         QVERIFY(image.save(m_target->filePath(name)));
-    // Pictures are to be the same at each run: the path of this one is told as a user's.
+    // Pictures are to be the same at each run: this folder has another path each time.
     const auto visitFiles = [&visit](QWidget *dialog) {
         auto *path = dialog->findChild<QComboBox *>("lookInCombo"_qs);
-        path->setItemText(path->currentIndex(), "/home/user/Pictures"_qs);
+        path->setItemText(path->currentIndex(), "/var/lib/pictures"_qs);
         settle();
         visit(dialog);
     };
