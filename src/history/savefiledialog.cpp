@@ -4,6 +4,7 @@
 
 #include <QFileInfo>
 #include <QImageWriter>
+#include <QLineEdit>
 
 namespace {
 
@@ -39,13 +40,19 @@ SaveFileDialog::SaveFileDialog(QWidget *parent, const QString &suggested, const 
 
 void SaveFileDialog::accept() {
     const QString path = selectedFiles().value(0);
-    if (!path.isEmpty() && !QFileInfo(path).isDir()) {
-        const QString named = withSuffix(path);
-        selectFile(named);
-        if (!mayWrite(named))
-            return;
-    }
-    FileDialog::accept();
+    if (!path.isEmpty() && !QFileInfo(path).isDir())
+        setPath(withSuffix(path));
+    // Whatever the dialog made of that: it is what will be written.
+    if (mayWrite(selectedFiles().value(0)))
+        FileDialog::accept();
+}
+
+void SaveFileDialog::setPath(const QString &path) {
+    if (path == selectedFiles().value(0) && directory() == QFileInfo(path).dir())
+        return;
+    selectFile(path);
+    // While it has the focus, the field keeps what was typed, which the folder may not fit any more.
+    findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(QFileInfo(path).fileName());
 }
 
 bool SaveFileDialog::mayWrite(const QString &path) {

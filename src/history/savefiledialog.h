@@ -18,6 +18,8 @@ protected:
 
 private:
     QString withSuffix(const QString &path) const;
+    /// Makes that the chosen file.
+    void setPath(const QString &path);
     /// Asks if there is a file of that name; true if it may be written.
     bool mayWrite(const QString &path);
 };

@@ -29,6 +29,8 @@ private slots:
     void dialogSuggestsNameAndFilter();
     void suffixComesFromNameOrFilter_data();
     void suffixComesFromNameOrFilter();
+    void nameTypedUntilTheEndGetsItsSuffix_data();
+    void nameTypedUntilTheEndGetsItsSuffix();
     void existingFileIsReplacedAfterOneQuestion_data();
     void existingFileIsReplacedAfterOneQuestion();
     void refusedReplacementLeadsBackToTheDialog();
@@ -235,6 +237,50 @@ void Tst_SaveFlow::suffixComesFromNameOrFilter() {
     QCOMPARE(m_session->preferences->GetInt(TindraPreferences::FileFormat, -1), 0);
 }
 
+void Tst_SaveFlow::nameTypedUntilTheEndGetsItsSuffix_data() {
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<bool>("isThere");
+    for (const bool isThere : {false, true}) {
+        const auto row = [&](const char *name, const QString &typed, const QString &file) {
+            QTest::addRow("%s, %s", name, isThere ? "there already" : "new") << typed << file << isThere;
+        };
+        row("name", "shot"_qs, "shot.png"_qs);
+        row("with a dot", "version 1.5"_qs, "version 1.5.png"_qs);
+        row("in a folder", "inner/shot"_qs, "inner/shot.png"_qs);
+        row("with a dot in a folder", "inner/version 1.5"_qs, "inner/version 1.5.png"_qs);
+    }
+}
+
+// While the field has the focus, the toolkit's dialog keeps what stands there whatever it is told.
+void Tst_SaveFlow::nameTypedUntilTheEndGetsItsSuffix() {
+    QFETCH(QString, typed);
+    QFETCH(QString, file);
+    QFETCH(bool, isThere);
+    QVERIFY(QDir(m_target->path()).mkdir("inner"_qs));
+    if (isThere)
+        QVERIFY(QImage(7, 7, QImage::Format_RGB32).save(target(file)));
+    select("a"_qs, {40, 30});
+    ModalAnswers answers;
+    answers.add([&](QWidget *dialog) {
+        auto *field = dialog->findChild<QLineEdit *>("fileNameEdit"_qs);
+        dialog->activateWindow();
+        field->setFocus();
+        QTRY_VERIFY(field->hasFocus());
+        ModalAnswers question;
+        if (isThere)
+            question.addPress("Yes"_qs);
+        field->setText(typed);
+        static_cast<QDialog *>(dialog)->accept();
+        QVERIFY(question.isDone());
+        QVERIFY(!dialog->isVisible());
+    });
+    m_panel->onSaveCurrentImage(false, true);
+    QVERIFY(answers.isDone());
+    QCOMPARE(QImageReader(target(file)).size(), QSize(40, 30));
+    QCOMPARE(editor()->savedPath(), target(file));
+}
+
 void Tst_SaveFlow::existingFileIsReplacedAfterOneQuestion_data() {
     QTest::addColumn<QString>("typed");
     QTest::newRow("typed with its suffix") << "shot.png";
@@ -281,6 +327,9 @@ void Tst_SaveFlow::refusedReplacementLeadsBackToTheDialog() {
         QVERIFY(dialog->isVisible());
         QCOMPARE(QImageReader(target("shot.png"_qs)).size(), QSize(7, 7));
         // A name that is free needs no question.
+        dialog->activateWindow();
+        name->setFocus();
+        QTRY_VERIFY(name->hasFocus());
         name->setText("other"_qs);
         static_cast<QDialog *>(dialog)->accept();
         QVERIFY(!dialog->isVisible());
