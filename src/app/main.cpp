@@ -2,6 +2,7 @@
 #include "app/programinformation.h"
 #include "app/tindraeditor.h"
 #include "platform/clipboardkeeper.h"
+#include "platform/filesignature.h"
 #include "platform/loadedlibrary.h"
 #include "platform/memoryreturn.h"
 #include "ui/builtinstyle.h"
@@ -36,6 +37,7 @@ int main(int argc, char **argv) {
         platform::runLibraryTrial();
     if (ProgramInformation::isCall(argc, argv))
         return ProgramInformation::run(argc, argv);
+    platform::keepOutCryptographySettings();
     platform::returnLargeBlocks();
     return runEditor(argc, argv);
 }

@@ -47,6 +47,12 @@ struct SignatureCheck {
 /// run. Any thread; reads the file once.
 SignatureCheck checkFileSignature(const QString &path, bool cheap);
 
+/// Settles for the whole process that the library of the checks, which TLS shares, reads no settings: they
+/// name modules to load into the process, unsigned, and a variable of the environment says where they stand.
+/// Only the first use of that library decides, so the program calls this before anything else may use it; a
+/// check calls it too. Any thread.
+void keepOutCryptographySettings();
+
 /// A file as it was at one moment: what is checked and what is used are the same, whatever becomes of the
 /// file meanwhile.
 struct SignedFile {

@@ -70,12 +70,27 @@ private slots:
     void missingFileFails();
 
 private:
+    void trustTheTestRoot();
     platform::SignatureCheck check(const QByteArray &bytes, bool cheap = false) const;
 
     QTemporaryDir m_folder;
 };
 
 void Tst_FileSignature::initTestCase() {
+    trustTheTestRoot();
+    // The first use of the library in a process decides whether it reads its settings. These would end every
+    // use of it.
+    QFile settings(m_folder.filePath(QStringLiteral("settings")));
+    QVERIFY(settings.open(QIODevice::WriteOnly));
+    settings.write("openssl_conf = all\nconfig_diagnostics = 1\n[all]\nproviders = modules\n"
+                   "[modules]\nown = own\n[own]\nmodule = /nowhere.so\nactivate = 1\n");
+    settings.close();
+    qputenv("OPENSSL_CONF", QFile::encodeName(settings.fileName()));
+    QCOMPARE(platform::checkFileSignature(fixture("norvane.dll"), false).trust, Trust::Good);
+    qunsetenv("OPENSSL_CONF");
+}
+
+void Tst_FileSignature::trustTheTestRoot() {
     platform::setTrustedRoots(fixture("root.pem"));
 }
 
@@ -138,7 +153,7 @@ void Tst_FileSignature::theSystemTrustsNobodyHere() {
     }
     platform::setTrustedRoots(QString());
     const platform::SignatureCheck check = platform::checkFileSignature(fixture("norvane.dll"), false);
-    initTestCase();
+    trustTheTestRoot();
     qunsetenv("SSL_CERT_FILE");
     qunsetenv("SSL_CERT_DIR");
     QCOMPARE(check.trust, Trust::UntrustedRoot);
@@ -159,7 +174,7 @@ void Tst_FileSignature::theSystemsOwnRootsAreKnown() {
     QCOMPARE(check(), Trust::UntrustedRoot); // by the root of the tests alone
     platform::setTrustedRoots(QString());
     const Trust trust = check();
-    initTestCase();
+    trustTheTestRoot();
     QVERIFY(trust != Trust::UntrustedRoot); // trusted, though it signs no code itself
     QVERIFY(trust != Trust::Failed);
 }

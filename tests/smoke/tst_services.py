@@ -211,6 +211,15 @@ class Present(EditorTest):
         self.environment |= {"SSL_CERT_FILE": str(MAKERS / "root.pem"), "SSL_CERT_DIR": str(MAKERS)}
         self.assertEqual(self.run_to_the_end(), [])
 
+    def test_settings_of_the_cryptography_bring_nothing_in(self):
+        self.add("works", "module")
+        settings = self.folder / "settings"
+        settings.write_text("openssl_conf = all\n[all]\nproviders = modules\n[modules]\nown = own\n"
+                            f"[own]\nmodule = {self.folder / 'module.so'}\nactivate = 1\n")
+        self.add("Ostler")
+        self.environment["OPENSSL_CONF"] = str(settings)
+        self.assertEqual([call.split()[0] for call in self.run_to_the_end()], ["Ostler_Initialize", "Ostler_Finalize"])
+
 
 if __name__ == "__main__":
     unittest.main(verbosity=2)

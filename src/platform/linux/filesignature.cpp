@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <openssl/crypto.h>
 #include <openssl/err.h>
 #include <openssl/evp.h>
 
@@ -135,7 +136,12 @@ SignedFile readSignedFile(const QString &path) {
     return file;
 }
 
+void keepOutCryptographySettings() {
+    OPENSSL_init_crypto(OPENSSL_INIT_NO_LOAD_CONFIG, nullptr);
+}
+
 SignatureCheck checkSignature(const SignedFile &file, bool cheap) {
+    keepOutCryptographySettings();
     if (!file.isRead)
         return {Trust::Failed, {}};
     const SignatureCheck check =
