@@ -2,6 +2,7 @@
 
 #include "output/filenameutil.h"
 #include "output/imagewriter.h"
+#include "output/reservedpaths.h"
 #include "services/tracelog.h"
 
 #include <QCursor>
@@ -64,7 +65,10 @@ void BatchSave::save(Editor *editor) {
     m_used.append(path);
     if (!m_firstPath.isEmpty()) {
         startJob(editor, path);
-    } else if (editor->saveFlattened(path, true, m_quality)) {
+        return;
+    }
+    const ReservedPaths reserved({path});
+    if (editor->saveFlattened(path, true, m_quality)) {
         m_firstPath = path;
         ++m_count;
     }
@@ -75,7 +79,8 @@ void BatchSave::startJob(Editor *editor, const QString &path) {
     editor->finishDrag();
     editor->finishCurrentItem(true);
     const QImage image = editor->flatten(true, false).toImage();
-    m_jobs.enqueue({editor, path, QtConcurrent::run(encode, image, path, m_quality)});
+    m_jobs.enqueue({editor, path, std::make_shared<const ReservedPaths>(QStringList{path}),
+                    QtConcurrent::run(encode, image, path, m_quality)});
 }
 
 void BatchSave::waitForJobs(int remaining) {

@@ -9,6 +9,10 @@
 #include <QStringList>
 #include <QVector>
 
+#include <memory>
+
+class ReservedPaths;
+
 /// Writes many captures under numbered names.
 ///
 /// The first is written on the GUI thread, so that a folder that takes no file fails at once. The others are
@@ -30,6 +34,7 @@ private:
     struct Job {
         QPointer<Editor> editor;
         QString path;
+        std::shared_ptr<const ReservedPaths> reserved; ///< until the file is there
         QFuture<bool> written;
     };
 

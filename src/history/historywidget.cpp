@@ -8,6 +8,7 @@
 #include "output/confirmdeletedialog.h"
 #include "output/confirmsavedialog.h"
 #include "output/filenameutil.h"
+#include "output/reservedpaths.h"
 #include "preferences/tindrapreferences.h"
 #include "print/printpreviewdialog.h"
 #include "services/usagestatistics.h"
@@ -308,6 +309,7 @@ void HistoryWidget::onSaveImage(QListWidgetItem *item, bool autoSave, bool showR
 bool HistoryWidget::saveImageTo(Editor *editor, const QString &path, bool rememberFolder, bool showResult) {
     if (!editor)
         return false;
+    const ReservedPaths target({path});
     const bool written = writeImages([=] { return SaveFlow::writeImage(editor, path) ? 1 : 0; }) == 1;
     m_saveFlow.reportImage(written, path, rememberFolder, showResult);
     emit imagesReported();
@@ -353,6 +355,8 @@ int HistoryWidget::saveImages(const QVector<QPointer<Editor>> &captures, QString
         return 0;
     BatchSave batch(FileNameUtil::generateFileName(folder, false),
                     SaveFlow::qualityFor(FileNameUtil::currentFileSuffix()));
+    // A file under the name of a row would be deleted with it.
+    const ReservedPaths keys(imageFiles());
     // The oldest capture gets the lowest number.
     const int count = writeImages([&] { return batch.run({captures.crbegin(), captures.crend()}); });
     firstPath = batch.firstPath();

@@ -1,5 +1,6 @@
 #include "output/filenameutil.h"
 
+#include "output/reservedpaths.h"
 #include "preferences/tindrapreferences.h"
 
 #include <QCoreApplication>
@@ -199,6 +200,24 @@ QString styledFileName(const NameStyle &style, const QString &folder, bool numbe
     }
 }
 
+/// The first number whose file is neither there nor reserved. The names of `own` may be reserved: a batch
+/// comes to its own ones again and waits.
+QString nextSerialName(const QString &folder, const QStringList &own) {
+    if (isUnusableFolder(folder))
+        return QString();
+    for (qint64 number = 1;; ++number) {
+        const QString name =
+            joined(folder, QStringLiteral("%1").arg(number, SerialDigits, 10, QLatin1Char('0')));
+        const QString path = withSuffix(name);
+        if (!QFileInfo(path).isFile() && (own.contains(path) || !ReservedPaths::contains(path)))
+            return name;
+    }
+}
+
+bool isTaken(const QString &path) {
+    return QFileInfo::exists(path) || ReservedPaths::contains(path);
+}
+
 void waitForWorker() {
     if (sources().waitForWorker)
         sources().waitForWorker();
@@ -247,14 +266,7 @@ QString FileNameUtil::generateFileName(const QString &folder, bool numbered) {
 }
 
 QString FileNameUtil::serialFileName(const QString &folder) {
-    if (isUnusableFolder(folder))
-        return QString();
-    for (qint64 number = 1;; ++number) {
-        const QString name =
-            joined(folder, QStringLiteral("%1").arg(number, SerialDigits, 10, QLatin1Char('0')));
-        if (!QFileInfo(withSuffix(name)).isFile())
-            return name;
-    }
+    return nextSerialName(folder, {});
 }
 
 QString FileNameUtil::birdFileName(const QString &folder, bool numbered) {
@@ -264,14 +276,14 @@ QString FileNameUtil::birdFileName(const QString &folder, bool numbered) {
         QString name = joined(folder, bird);
         if (numbered && !endsWithSeparator(folder))
             name += QLatin1String("_1");
-        if (!QFileInfo::exists(withSuffix(name)))
+        if (!isTaken(withSuffix(name)))
             return name;
     }
     return QString();
 }
 
 QString FileNameUtil::uniqueFilePath(const QString &path) {
-    if (path.isEmpty() || !QFileInfo::exists(path))
+    if (path.isEmpty() || !isTaken(path))
         return path;
     const QFileInfo info(path);
     const QString stem = info.path() + QLatin1Char('/') + info.baseName();
@@ -279,7 +291,7 @@ QString FileNameUtil::uniqueFilePath(const QString &path) {
     QString candidate;
     for (int number = 1; number <= MaxUniqueNumber; ++number) {
         candidate = stem + QStringLiteral(" (%1)").arg(number) + ending;
-        if (!QFileInfo::exists(candidate))
+        if (!isTaken(candidate))
             break;
     }
     return candidate;
@@ -290,10 +302,10 @@ QString FileNameUtil::batchFileName(const QString &base, const QStringList &used
     const QString folder = base.left(base.lastIndexOf(QLatin1Char('/')));
     for (int counter = 1;; ++counter) {
         const QString candidate = style.isSerial()
-                                      ? withSuffix(serialFileName(folder))
+                                      ? withSuffix(nextSerialName(folder, used))
                                       : withSuffix(base + QLatin1Char('_') + QString::number(counter));
         if (!used.contains(candidate)) {
-            if (!QFileInfo(candidate).isFile())
+            if (!QFileInfo(candidate).isFile() && !ReservedPaths::contains(candidate))
                 return candidate;
         } else if (style.isSerial()) {
             // The next number is free only once the worker that got this one has written its file.

@@ -9,7 +9,8 @@
 
 /// Turns the naming preferences and a folder into the name of the next file.
 ///
-/// Paths come without extension unless a function says otherwise. GUI thread only.
+/// Paths come without extension unless a function says otherwise. What `ReservedPaths` holds counts as a file
+/// that exists. GUI thread only.
 class FileNameUtil {
 public:
     enum NameType { Custom = 0, Date = 1, Serial = 2, Bird = 3 };

@@ -28,6 +28,9 @@ private slots:
     void drawingsAreSaved();
     void serialNamesGoOn();
     void takenNamesAreSkipped();
+    void namesOfRowsAreSkipped_data();
+    void namesOfRowsAreSkipped();
+    void autoSaveInsideABatchTakesANameOfItsOwn();
     void batchAfterTheClockWentBackwards();
     void savedRowsAreSavedAgain();
     void onlyCheckedRowsAreSaved();
@@ -167,6 +170,53 @@ void Tst_BatchSave::takenNamesAreSkipped() {
 }
 
 // The second of the first batch comes once more: nothing that it wrote is written over.
+void Tst_BatchSave::namesOfRowsAreSkipped_data() {
+    QTest::addColumn<int>("type");
+    QTest::addColumn<QStringList>("names");
+    QTest::newRow("date") << int(FileNameUtil::Date)
+                          << QStringList{"20240506_070809_1.png"_qs, "20240506_070809_2.png"_qs,
+                                         "20240506_070809_3.png"_qs, "20240506_070809_4.png"_qs};
+    QTest::newRow("serial") << int(FileNameUtil::Serial)
+                            << QStringList{"0001.png"_qs, "0002.png"_qs, "0003.png"_qs, "0004.png"_qs};
+}
+
+// A row whose file was taken away still deletes what stands under its name.
+void Tst_BatchSave::namesOfRowsAreSkipped() {
+    QFETCH(int, type);
+    QFETCH(QStringList, names);
+    preferences()->SetInt(P::FileNameType, type);
+    QImage lone(9, 9, QImage::Format_RGB32);
+    lone.fill(Qt::red);
+    QVERIFY(ImageProvider::instance()->insert(target(names[1]), QPixmap::fromImage(lone)));
+    QVERIFY(m_panel->addImage(target(names[1])));
+    add(11);
+    add(12);
+    saveAll();
+    QCOMPARE(written(), (QStringList{names[0], names[2], names[3]}));
+    list()->removeItem(list()->rowItem(2), false, true);
+    QCOMPARE(written(), (QStringList{names[0], names[2], names[3]}));
+}
+
+void Tst_BatchSave::autoSaveInsideABatchTakesANameOfItsOwn() {
+    preferences()->SetInt(P::FileNameType, FileNameUtil::Serial);
+    preferences()->SetString(P::AutoSavePath, m_target->path());
+    add(11);
+    add(12);
+    m_answers->add([this](QWidget *dialog) {
+        QTimer::singleShot(0, this, [this] {
+            add(13);
+            m_panel->onSaveCurrentImage(true, false);
+        });
+        static_cast<QDialog *>(dialog)->done(QDialog::Accepted);
+    });
+    preferences()->SetBool(P::ShowPostSaveDlg, false);
+    button("historySaveImages_")->click();
+    QCOMPARE(written(), (QStringList{"0001.png"_qs, "0002.png"_qs, "0003.png"_qs}));
+    QCOMPARE(widthOf("0001.png"_qs), 11);
+    QCOMPARE(widthOf("0002.png"_qs), 13);
+    QCOMPARE(widthOf("0003.png"_qs), 12);
+}
+
 void Tst_BatchSave::batchAfterTheClockWentBackwards() {
     addThree();
     saveAll();

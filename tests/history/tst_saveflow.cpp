@@ -21,6 +21,8 @@ private slots:
 
     void autoSaveWritesWithoutAsking();
     void autoSaveNeverOverwrites();
+    void autoSaveInsideAnotherTakesANameOfItsOwn_data();
+    void autoSaveInsideAnotherTakesANameOfItsOwn();
     void autoSaveWhileTheClockGoesBackwards();
     void autoSaveFallsBackToPictures();
     void autoSaveMovesTheFolderOfTheNextSave();
@@ -109,6 +111,40 @@ void Tst_SaveFlow::autoSaveNeverOverwrites() {
     m_panel->onSaveCurrentImage(true, true);
     m_panel->onSaveCurrentImage(true, true);
     QCOMPARE(QDir(m_target->path()).entryList(QDir::Files).size(), 2);
+}
+
+void Tst_SaveFlow::autoSaveInsideAnotherTakesANameOfItsOwn_data() {
+    QTest::addColumn<int>("type");
+    QTest::addColumn<QString>("outer");
+    QTest::addColumn<QString>("inner");
+    QTest::newRow("date") << int(FileNameUtil::Date) << "20240506_070809.png"
+                          << "20240506_070809 (1).png";
+    QTest::newRow("serial") << int(FileNameUtil::Serial) << "0001.png"
+                            << "0002.png";
+}
+
+// The second capture comes with the events before the first one's first byte.
+void Tst_SaveFlow::autoSaveInsideAnotherTakesANameOfItsOwn() {
+    QFETCH(int, type);
+    QFETCH(QString, outer);
+    QFETCH(QString, inner);
+    m_session->preferences->SetInt(TindraPreferences::FileNameType, type);
+    setText(TindraPreferences::AutoSavePath, m_target->path());
+    const QString link = target("link"_qs);
+    QVERIFY(QFile::link(m_target->path(), link)); // another road to the same folder
+    select("a"_qs, {40, 30});
+    const Editor *const first = editor();
+    QTimer::singleShot(0, this, [&] {
+        QVERIFY(!first->isSaved());
+        setText(TindraPreferences::AutoSavePath, link);
+        select("b"_qs, {7, 5});
+        m_panel->onSaveCurrentImage(true, false);
+    });
+    m_panel->onSaveCurrentImage(true, false);
+    QCOMPARE(QImageReader(target(outer)).size(), QSize(40, 30));
+    QCOMPARE(QImageReader(target(inner)).size(), QSize(7, 5));
+    QCOMPARE(first->savedPath(), target(outer));
+    QCOMPARE(QFileInfo(editor()->savedPath()).canonicalFilePath(), target(inner));
 }
 
 // As it does once a year, and when the computer learns the right time: a second comes twice.
