@@ -36,6 +36,25 @@ constexpr int CheckSum = 64 + 24 + 64;
 constexpr int CertificateEntry = 64 + 24 + 112 + 4 * 8;
 constexpr int ImageEnd = 1024;
 
+/// Signatures that hold, by makers whose time is over, with stamps that say nothing.
+struct SpoiltStamp {
+    const char *flaw;
+    const char *file;
+};
+constexpr SpoiltStamp SpoiltStamps[] = {
+    {"counter signature that was changed", "counterchanged.dll"},
+    {"counter signature of another signature", "counterother.dll"},
+    {"counter signature with a digest that can be forged", "counterweak.dll"},
+    {"counter signature of one who vouches for himself", "counterself.dll"},
+    {"counter signature of a maker", "countermaker.dll"},
+    {"token that was changed", "tokenchanged.dll"},
+    {"token of another signature", "tokenother.dll"},
+    {"token over a digest that can be forged", "tokenweak.dll"},
+    {"token signed with a digest that can be forged", "tokenweaklysigned.dll"},
+    {"token of one who vouches for himself", "tokenself.dll"},
+    {"token of a maker", "tokenmaker.dll"},
+};
+
 /// When the fixtures say that they were signed.
 const QDateTime June2020(QDate(2020, 6, 1), QTime(0, 0), Qt::UTC);
 
@@ -123,10 +142,21 @@ void Tst_FileSignature::verdicts_data() {
         << QByteArray("stampedlate.dll") << Trust::Expired << Trust::Good;
     QTest::newRow("expired, stamped in time in the old form")
         << QByteArray("counterstamped.dll") << Trust::Good << Trust::Good;
-    QTest::newRow("expired, with a stamp that was changed")
-        << QByteArray("counterchanged.dll") << Trust::Expired << Trust::Good;
-    QTest::newRow("expired, with the stamp of another signature")
-        << QByteArray("counterother.dll") << Trust::Expired << Trust::Good;
+    QTest::newRow("expired, stamped in time with a bare token")
+        << QByteArray("tokenstamped.dll") << Trust::Good << Trust::Good;
+    for (const SpoiltStamp &stamp : SpoiltStamps)
+        QTest::addRow("expired, %s", stamp.flaw) << QByteArray(stamp.file) << Trust::Expired << Trust::Good;
+    QTest::newRow("certificate that can be forged")
+        << QByteArray("weakchain.dll") << Trust::UntrustedRoot << Trust::Good;
+    QTest::newRow("certificate for encrypting")
+        << QByteArray("encipher.dll") << Trust::WrongUsage << Trust::Good;
+    QTest::newRow("through an authority") << QByteArray("chained.dll") << Trust::Good << Trust::Good;
+    QTest::newRow("through an authority for anything")
+        << QByteArray("chainedany.dll") << Trust::Good << Trust::Good;
+    QTest::newRow("through an authority for servers")
+        << QByteArray("chainedserver.dll") << Trust::WrongUsage << Trust::Good;
+    QTest::newRow("vouched for by another maker")
+        << QByteArray("chainedmaker.dll") << Trust::UntrustedRoot << Trust::Good;
     QTest::newRow("no executable") << QByteArray("root.pem") << Trust::NotAnExecutable
                                    << Trust::NotAnExecutable;
     QTest::newRow("shared object without a signature")
@@ -206,6 +236,7 @@ void Tst_FileSignature::programNameOfTwoByteCharacters() {
 void Tst_FileSignature::timeStampIsRead_data() {
     QTest::addColumn<QByteArray>("file");
     QTest::newRow("token") << QByteArray("stamped.dll");
+    QTest::newRow("bare token") << QByteArray("tokenstamped.dll");
     QTest::newRow("counter signature") << QByteArray("counterstamped.dll");
 }
 
@@ -218,8 +249,8 @@ void Tst_FileSignature::timeStampIsRead() {
 
 void Tst_FileSignature::spoiltTimeStampIsNotRead_data() {
     QTest::addColumn<QByteArray>("file");
-    QTest::newRow("changed") << QByteArray("counterchanged.dll");
-    QTest::newRow("of another signature") << QByteArray("counterother.dll");
+    for (const SpoiltStamp &stamp : SpoiltStamps)
+        QTest::newRow(stamp.flaw) << QByteArray(stamp.file);
 }
 
 void Tst_FileSignature::spoiltTimeStampIsNotRead() {

@@ -31,6 +31,8 @@ private slots:
     void codesOfTheVerifier_data();
     void codesOfTheVerifier();
     void timeStampersNameCounts();
+    void nobodyStampsWithABorrowedName_data();
+    void nobodyStampsWithABorrowedName();
     void signersAreCompared_data();
     void signersAreCompared();
     void fileWithoutAPathFails();
@@ -127,6 +129,25 @@ void Tst_CertificateTool::timeStampersNameCounts() {
     QCOMPARE(verifier.verify(FileObejct(fixture("counterchanged.dll")), 3), Failed);
     QCOMPARE(verifier.verify(FileObejct(fixture("counterother.dll")), 3), Failed);
     QCOMPARE(verifier.verify(FileObejct(fixture("norvane.dll")), 2), Failed);
+}
+
+void Tst_CertificateTool::nobodyStampsWithABorrowedName_data() {
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QString>("name");
+    const QString himself = QStringLiteral("Quillgate Corp.");
+    const QString maker = QStringLiteral("Vellumark Corp.");
+    QTest::newRow("counter signature, vouches for himself") << QByteArray("counterself.dll") << himself;
+    QTest::newRow("counter signature of a maker") << QByteArray("countermaker.dll") << maker;
+    QTest::newRow("token, vouches for himself") << QByteArray("tokenself.dll") << himself;
+    QTest::newRow("token of a maker") << QByteArray("tokenmaker.dll") << maker;
+}
+
+void Tst_CertificateTool::nobodyStampsWithABorrowedName() {
+    QFETCH(QByteArray, file);
+    QFETCH(QString, name);
+    Verifier verifier;
+    verifier.addSigner(name);
+    QCOMPARE(verifier.verify(FileObejct(fixture(file.constData())), 3), Failed);
 }
 
 void Tst_CertificateTool::signersAreCompared_data() {

@@ -49,6 +49,12 @@ bool isStrongDigest(int algorithm) {
     return algorithm == NID_sha256 || algorithm == NID_sha384 || algorithm == NID_sha512;
 }
 
+bool isStrongDigest(const X509_ALGOR *algorithm) {
+    const ASN1_OBJECT *object = nullptr;
+    X509_ALGOR_get0(&object, nullptr, nullptr, algorithm);
+    return isStrongDigest(OBJ_obj2nid(object));
+}
+
 QDateTime dateTime(const ASN1_TIME *time) {
     std::tm parts{};
     if (!time || ASN1_TIME_to_tm(time, &parts) != 1)
@@ -64,7 +70,10 @@ QDateTime signingTimeOf(PKCS7_SIGNER_INFO *signer) {
     return dateTime(value->value.asn1_string);
 }
 
+/// Empty for a digest that can be forged.
 QByteArray hash(const X509_ALGOR *algorithm, const ASN1_STRING *data) {
+    if (!isStrongDigest(algorithm))
+        return QByteArray();
     const ASN1_OBJECT *object = nullptr;
     X509_ALGOR_get0(&object, nullptr, nullptr, algorithm);
     const EVP_MD *method = EVP_get_digestbyobj(object);
@@ -196,9 +205,7 @@ std::optional<SignedMessage::ImageDigest> SignedMessage::imageDigest() const {
 
 bool SignedMessage::isSignatureOf(const QByteArray &content) const {
     const PKCS7_SIGNER_INFO *signer = signerOf(m_message.get());
-    const ASN1_OBJECT *algorithm = nullptr;
-    X509_ALGOR_get0(&algorithm, nullptr, nullptr, signer->digest_alg);
-    if (!isStrongDigest(OBJ_obj2nid(algorithm)) || sk_X509_ATTRIBUTE_num(signer->auth_attr) <= 0)
+    if (!isStrongDigest(signer->digest_alg) || sk_X509_ATTRIBUTE_num(signer->auth_attr) <= 0)
         return false;
     const BioPointer data = readerOf(content);
     return data && isSignatureValid(m_message.get(), data.get());
@@ -263,7 +270,8 @@ bool SignedMessage::readTimeStampToken(SignerInfo *info) const {
     const QByteArray der = attribute(TimeStampToken, false);
     const unsigned char *place = bytesOf(der);
     const MessagePointer token(der.isEmpty() ? nullptr : d2i_PKCS7(nullptr, &place, der.size()));
-    if (!token || !hasOneSigner(token.get()) || !isSignatureValid(token.get(), nullptr))
+    if (!token || !hasOneSigner(token.get()) || !isStrongDigest(signerOf(token.get())->digest_alg) ||
+        !isSignatureValid(token.get(), nullptr))
         return false;
     const std::unique_ptr<TS_TST_INFO, Freer<TS_TST_INFO_free>> stamp(PKCS7_to_TS_TST_INFO(token.get()));
     X509 *stamper = PKCS7_cert_from_signer_info(token.get(), signerOf(token.get()));
@@ -286,7 +294,7 @@ bool SignedMessage::readCounterSignature(SignerInfo *info) const {
     const unsigned char *place = bytesOf(der);
     const std::unique_ptr<PKCS7_SIGNER_INFO, Freer<PKCS7_SIGNER_INFO_free>> counter(
         der.isEmpty() ? nullptr : d2i_PKCS7_SIGNER_INFO(nullptr, &place, der.size()));
-    if (!counter || sk_X509_ATTRIBUTE_num(counter->auth_attr) <= 0)
+    if (!counter || !isStrongDigest(counter->digest_alg) || sk_X509_ATTRIBUTE_num(counter->auth_attr) <= 0)
         return false;
     X509 *stamper = PKCS7_cert_from_signer_info(m_message.get(), counter.get());
     const ASN1_OBJECT *algorithm = nullptr;
