@@ -35,8 +35,9 @@ void ExitRoutine::run() {
     m_isQueued = false;
     // A save processes events while it writes. An exit in its middle would ask about what is just being
     // saved or delete what is still to be written, and the next editor would find the work folder of a killed
-    // one in use.
-    m_isHeld = m_history->isWritingImages();
+    // one in use. Under a dialog the save goes no further before that is closed: there an exit is refused,
+    // and a kill closes it.
+    m_isHeld = m_history->isWritingImages() && !QApplication::activeModalWidget();
     if (m_isHeld)
         return;
     // Read before the question: a further request while it is open is refused and takes the flag back.
@@ -55,7 +56,8 @@ void ExitRoutine::run() {
 }
 
 bool ExitRoutine::confirm() {
-    if (m_killRequested || !m_history->hasUnsavedImages())
+    // What is being written must stay, saved before or not.
+    if (m_killRequested || !(m_history->hasUnsavedImages() || m_history->isWritingImages()))
         return true;
     if (QWidget *modal = QApplication::activeModalWidget()) {
         modal->activateWindow();

@@ -1,6 +1,7 @@
 #include "app/windowtest.h"
 #include "history/historybuttonwidget.h"
 #include "support/tracedby.h"
+#include "ui/messagedialog.h"
 
 #include <QLockFile>
 
@@ -58,6 +59,8 @@ private slots:
     void killDuringABatchWaitsForNoReport();
     void saveIsWrittenBeforeTheEnd_data();
     void saveIsWrittenBeforeTheEnd();
+    void dialogInsideASaveHoldsNoKill();
+    void exitUnderADialogInsideASaveIsRefused();
     void exitDuringASaveWaitsForItsReport();
     void twoKillsEndOnce();
     void killInsideTheQuestionEndsOnce();
@@ -75,6 +78,7 @@ private:
         return path;
     }
     QString elsewhere(const QString &name) const { return m_target->filePath(name); }
+    void tellSomething() { MessageDialog::warning(m_window.get(), "Tindra"_qs, "something"_qs); }
     void pin(int row) { list()->rowWidget(list()->rowItem(row))->setPinned(true); }
     bool ends(const QString &way) {
         return quits([this, way] {
@@ -506,6 +510,47 @@ void Tst_ExitRoutine::saveIsWrittenBeforeTheEnd() {
     QCOMPARE(QDir(m_target->path()).entryList({"*.png"_qs}, QDir::Files).size(), 1);
     m_window.reset();
     QCOMPARE(QFile::exists(file), captureStays);
+}
+
+void Tst_ExitRoutine::dialogInsideASaveHoldsNoKill() {
+    preferences()->SetString(TindraPreferences::AutoSavePath, m_target->path());
+    addCapture("a"_qs);
+    bool hasLeftInside = false;
+    ModalAnswers answers;
+    answers.add([&](QWidget *message) {
+        treat("/kill"_qs);
+        QCoreApplication::processEvents();
+        hasLeftInside = m_window->hasLeft();
+        message->close();
+    });
+    QVERIFY(quits([this] {
+        QTimer::singleShot(0, this, [this] { tellSomething(); });
+        emit m_window->saveCurrentImage(true, false);
+    }));
+    QVERIFY(answers.isDone());
+    QVERIFY(hasLeftInside);
+    QCOMPARE(QDir(m_target->path()).entryList({"*.png"_qs}, QDir::Files).size(), 1); // written all the same
+}
+
+void Tst_ExitRoutine::exitUnderADialogInsideASaveIsRefused() {
+    preferences()->SetString(TindraPreferences::AutoSavePath, m_target->path());
+    addCapture("a"_qs);
+    markSaved();
+    bool hasLeftInside = true;
+    ModalAnswers answers;
+    answers.add([&](QWidget *message) {
+        treat("/close"_qs);
+        QCoreApplication::processEvents();
+        hasLeftInside = m_window->hasLeft();
+        message->close();
+    });
+    QVERIFY(!quits([this] {
+        QTimer::singleShot(0, this, [this] { tellSomething(); });
+        emit m_window->saveCurrentImage(true, false);
+    }));
+    QVERIFY(answers.isDone());
+    QVERIFY(!hasLeftInside);
+    QVERIFY(QFile::exists(list()->rowItem(0)->editor()->imageKey()));
 }
 
 void Tst_ExitRoutine::exitDuringASaveWaitsForItsReport() {
