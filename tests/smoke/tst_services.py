@@ -1,8 +1,10 @@
 #!/usr/bin/env python3
-"""The real program without the maker's libraries, and with them. usage: tst_services.py EDITOR TRUSTING LIBRARIES MAKERS
+"""The real program without the maker's libraries, and with them.
 
-TRUSTING is an editor that takes the makers of the libraries for known ones. LIBRARIES and MAKERS are what tindra_substitute_library() builds: libraries with their signatures, and those who
-signed them.
+usage: tst_services.py EDITOR TRUSTING LIBRARIES MAKERS
+
+TRUSTING is an editor that takes the makers of the libraries for known ones. LIBRARIES and MAKERS are what
+tindra_substitute_library() builds: libraries with their signatures, and those who signed them.
 """
 import os
 import re
@@ -37,6 +39,22 @@ SOUGHT = {"WyvernC": 1, "Ostler": 1, "quoin2": 1, "Quoin": 1, "wyvern2_x86": 1, 
 # Places where it looks for those of the management program.
 ELSEWHERE = ("kilnworks.so", "passkin.so")
 
+# What may be opened. Of the system: its libraries, and the folders where these have their parts; /usr/lib as a whole
+# would let the settings of the cryptography through.
+SYSTEM_LIBRARY = r"(/usr)?/lib(64)?/.*\.so[.\d]*"
+SYSTEM_FOLDERS = (
+    r"/usr/lib/locale", r"/usr/lib/[^/]+/(dri|gconv|qt5)", r"/usr/share/(X11|drirc\.d|icons|locale|mime|qt5|zoneinfo)",
+    r"(/usr/share|/usr/local/share|/etc|/var/cache)/(fonts|fontconfig)", r"/sys", r"/dev/dri")
+SYSTEM_FILES = (r"/etc/ld\.so\.cache", r"(/etc|/var/lib/dbus)/machine-id", r"/etc/localtime",
+                r"/proc/sys/kernel/random/boot_id", r"/dev/(null|urandom)")
+# Of its own: the work folder and the one above it, results, the settings, and what the first of the user's editors
+# is known by.
+OWN_FOLDERS = (re.escape(str(WORK)), re.escape(str(RESULTS)))
+OWN_FILES = (re.escape(str(WORK.parent)), re.escape(str(CONFIGURATION)) + r"(/Tindra\.conf(\.lock|\.\w{6})?)?",
+             re.escape(str(RUNTIME)) + r"/(TNDEMutex\.lock|\.\w{6})")
+EXPECTED = re.compile("|".join([SYSTEM_LIBRARY, *SYSTEM_FILES, *OWN_FILES] +
+                               [f"{folder}(/.*)?" for folder in SYSTEM_FOLDERS + OWN_FOLDERS]))
+
 
 def can_trace():
     try:
@@ -65,6 +83,15 @@ class Trace:
         paths = {path for arguments in opened + changed + bound for path in PATH.findall(arguments)}
         # A file without a name yet is linked to its name by its number.
         return sorted(path for path in paths if not re.fullmatch(r"/proc/self/fd/\d+", path))
+
+    def opened(self):
+        """Every path that was opened, for whatever it was."""
+        return sorted({os.path.normpath(PATH.search(arguments).group(1)) for _, arguments in self.named(OPENS)})
+
+    def is_own_process(self, path):
+        """Whether it tells of a process of the program."""
+        parts = Path(path).parts
+        return parts[:2] == ("/", "proc") and parts[2:3] and parts[2] in {"self", *(call[0] for call in self.calls)}
 
     def mentions(self, name):
         return [call for call in self.calls if f"/{name}\"" in call[2]]
@@ -116,6 +143,10 @@ class Absent(EditorTest):
                                  for place in places)]
             self.assertEqual(strangers, [])
             self.assertTrue(any(str(RESULTS) in path for path in trace.changed()))
+        with self.subTest("what is opened"):
+            self.assertIn(str(CONFIGURATION / "Tindra.conf"), trace.opened())
+            self.assertEqual([path for path in trace.opened()
+                              if not EXPECTED.fullmatch(path) and not trace.is_own_process(path)], [])
         with self.subTest("in the runtime folder"):
             names = {Path(path).relative_to(RUNTIME).parts[:1] for path in trace.changed()
                      if RUNTIME in Path(path).parents}
