@@ -11,6 +11,8 @@
 #include <QWheelEvent>
 #include <QtTest>
 
+#include <memory>
+
 namespace {
 
 constexpr int Gap = 10;
@@ -190,7 +192,8 @@ void Tst_FloatingTextPopup::staysOnTheScreen() {
         type('a');
     QVERIFY(m_popup->isVisible());
     const QRect popup = m_popup->frameGeometry();
-    QVERIFY2(screen().contains(popup), QTest::toString(popup));
+    const std::unique_ptr<char[]> where(QTest::toString(popup));
+    QVERIFY2(screen().contains(popup), where.get());
     if (left == screen().left()) {
         QVERIFY(boxCorner().x() < left);
         QCOMPARE(popup.left(), left);
