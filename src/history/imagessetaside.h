@@ -6,7 +6,7 @@
 class Editor;
 
 /// The untouched pictures of captures whose own file is about to be written over, as new private files in the
-/// work folder.
+/// work folder; in memory where that takes none or another editor has it.
 ///
 /// Made before the write. `replaceOriginals`, after it, gives them to the captures; without that they are
 /// deleted again and everything is as before. The captures are borrowed and must stay meanwhile. GUI thread
@@ -26,7 +26,7 @@ public:
 private:
     struct Copy {
         Editor *editor;
-        QString path;
+        QString key;
     };
 
     QVector<Copy> m_copies;

@@ -33,6 +33,8 @@ public:
     void forget(const QString &path);
     /// Forgets an image held in memory; false if there is none.
     bool dropFromMemory(const QString &path);
+    /// Whether an image of that key is held in memory.
+    bool isInMemory(const QString &key) const { return m_images.contains(key); }
     /// Whether the key is an absolute path of an existing file.
     bool isFile(const QString &path) const;
 

@@ -1,6 +1,7 @@
 #include "app/windowtest.h"
 #include "history/historybuttonwidget.h"
 #include "services/tracelog.h"
+#include "support/imagecompare.h"
 
 #include <QBuffer>
 
@@ -18,6 +19,7 @@ private slots:
     void pinsOfCapturesFromElsewhereComeBack();
     void pinsOutliveARowThatShowsOneOfTheirFiles();
     void killKeepsTheFilesAndTheOldPins();
+    void captureThatWasSavedOverComesBackUntouched();
     void crashBringsEverythingBack();
     void unpinnedCaptureIsGoneAfterAnExit();
     void leftOversStandBehindThePins();
@@ -179,6 +181,22 @@ void Tst_CaptureRecovery::killKeepsTheFilesAndTheOldPins() {
     // The pin that the kill came upon is not written.
     QCOMPARE(filesIn("/pin"_qs), QStringList{"0.png"_qs});
     QCOMPARE(filesIn({}), (QStringList{"0.png"_qs, "shot12.png"_qs}));
+}
+
+void Tst_CaptureRecovery::captureThatWasSavedOverComesBackUntouched() {
+    const QString file = m_target->filePath("shot.png"_qs);
+    QImage untouched(40, 30, QImage::Format_RGB32);
+    untouched.fill(Qt::red);
+    QVERIFY(untouched.save(file));
+    treat("/path "_qs + file);
+    drawStroke();
+    QVERIFY(list()->rowItem(0)->editor()->saveFlattened(file, true, -1));
+    QVERIFY(QImage(file).convertToFormat(untouched.format()) != untouched);
+    QVERIFY(quits([this] { treat("/kill"_qs); }));
+    m_window.reset();
+    quietStart();
+    QCOMPARE(list()->count(), 1);
+    COMPARE_IMAGES(list()->rowItem(0)->editor()->flatten(true, false).toImage(), untouched, "restored");
 }
 
 void Tst_CaptureRecovery::crashBringsEverythingBack() {

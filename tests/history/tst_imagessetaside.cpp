@@ -29,6 +29,26 @@ QByteArray bytesOf(const QString &path) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+/// While it lives there is no place for a work folder: none can be made in a file.
+class NoWorkFolder {
+public:
+    explicit NoWorkFolder(const QString &file) {
+        for (const char *name : {"XDG_DATA_HOME", "TMPDIR", "HOME"}) {
+            m_values.append({name, qgetenv(name)});
+            qputenv(name, QFile::encodeName(file));
+        }
+    }
+    ~NoWorkFolder() {
+        for (const auto &value : qAsConst(m_values))
+            qputenv(value.first, value.second);
+    }
+    NoWorkFolder(const NoWorkFolder &) = delete;
+    NoWorkFolder &operator=(const NoWorkFolder &) = delete;
+
+private:
+    QVector<QPair<const char *, QByteArray>> m_values;
+};
+
 } // namespace
 
 /// Captures whose own file a save writes over.
@@ -42,9 +62,13 @@ private slots:
     void captureGoesOnUntouched();
     void everyRowOfTheFileGoesOn();
     void captureWithoutAFileDoesNotTakeTheSavedOne();
+    void captureInMemoryDoesNotTakeAFileOfSomethingElse();
     void saveBesideLeavesTheFileToTheCapture();
     void failedWriteChangesNothing();
+    void withoutAWorkFolderTheOriginalStaysInMemory();
+    void failedWriteWithoutAWorkFolderForgetsTheCopy();
     void withoutAPlaceForTheOriginalNothingIsWritten();
+    void rowThatGoesBehindTheWriteLeavesTheFile();
 
 private:
     Editor *add(const QString &key) {
@@ -176,6 +200,18 @@ void Tst_ImagesSetAside::captureWithoutAFileDoesNotTakeTheSavedOne() {
     QCOMPARE(QImage(path).size(), CropRect.size());
 }
 
+void Tst_ImagesSetAside::captureInMemoryDoesNotTakeAFileOfSomethingElse() {
+    const QString path = target("shot.png"_qs);
+    QVERIFY(ImageProvider::instance()->insert(path, QPixmap::fromImage(pattern())));
+    QFile text(path);
+    QVERIFY(text.open(QIODevice::WriteOnly) && text.write("no picture") > 0);
+    text.close();
+    Editor *const editor = add(path);
+    QVERIFY(editor->saveFlattened(path, true, -1));
+    forgetShownImage();
+    COMPARE_IMAGES(editor->flatten(false, true).toImage(), pattern(), "kept");
+}
+
 void Tst_ImagesSetAside::saveBesideLeavesTheFileToTheCapture() {
     Editor *const editor = addFile("shot.png"_qs);
     QVERIFY(editor->saveFlattened(target("saved.png"_qs), true, -1));
@@ -192,25 +228,65 @@ void Tst_ImagesSetAside::failedWriteChangesNothing() {
     QCOMPARE(originals(), QStringList());
 }
 
-void Tst_ImagesSetAside::withoutAPlaceForTheOriginalNothingIsWritten() {
+void Tst_ImagesSetAside::withoutAWorkFolderTheOriginalStaysInMemory() {
     Editor *const editor = addFile("shot.png"_qs);
+    drawAndCrop(editor);
+    const QImage drawn = editor->flatten(true, false).toImage();
+    const NoWorkFolder noFolder(target("shot.png"_qs));
+    QCOMPARE(workFolder(), QString());
+    QVERIFY(editor->saveFlattened(target("shot.png"_qs), true, -1));
+    QVERIFY(editor->isSaved());
+    forgetShownImage();
+    COMPARE_IMAGES(QImage(target("shot.png"_qs)), drawn, "saved");
+    COMPARE_IMAGES(editor->flatten(true, false).toImage(), drawn, "drawn");
+    COMPARE_IMAGES(editor->flatten(false, true).toImage(), pattern(), "kept");
+    QCOMPARE(m_panel->imageFiles(), QStringList());
+    list()->removeItem(list()->rowItem(0), false, true);
+    QCOMPARE(ImageProvider::instance()->usedMegabytes(), 0.0);
+    QVERIFY(QFile::exists(target("shot.png"_qs)));
+}
+
+void Tst_ImagesSetAside::failedWriteWithoutAWorkFolderForgetsTheCopy() {
+    Editor *const editor = addFile("shot.xyz"_qs);
+    const NoWorkFolder noFolder(target("shot.xyz"_qs));
+    QVERIFY(!editor->saveFlattened(target("shot.xyz"_qs), true, -1));
+    QCOMPARE(editor->imageKey(), target("shot.xyz"_qs));
+    QCOMPARE(ImageProvider::instance()->usedMegabytes(), 0.0);
+}
+
+void Tst_ImagesSetAside::withoutAPlaceForTheOriginalNothingIsWritten() {
+    // Less than a megabyte would count as nothing.
+    QVERIFY(pattern().scaled(1024, 512).save(target("shot.png"_qs)));
+    Editor *const editor = add(target("shot.png"_qs));
     const QByteArray before = bytesOf(target("shot.png"_qs));
     drawAndCrop(editor);
-    const QByteArray names[] = {"XDG_DATA_HOME", "TMPDIR", "HOME"};
-    QVector<QByteArray> values;
-    for (const QByteArray &name : names) {
-        values.append(qgetenv(name));
-        qputenv(name, QFile::encodeName(target("shot.png"_qs))); // no folder can be made in a file
-    }
-    const QString folder = workFolder();
-    const bool saved = editor->saveFlattened(target("shot.png"_qs), true, -1);
-    for (int i = 0; i < values.size(); ++i)
-        qputenv(names[i], values[i]);
-    QCOMPARE(folder, QString());
-    QVERIFY(!saved);
+    // Many keys of one picture: each is counted, none takes memory of its own.
+    const QPixmap large(2048, 1024);
+    for (int i = 0; ImageProvider::instance()->insert("filler%1"_qs.arg(i), large); ++i)
+        continue;
+    const NoWorkFolder noFolder(target("shot.png"_qs));
+    QVERIFY(!editor->saveFlattened(target("shot.png"_qs), true, -1));
     QVERIFY(!editor->isSaved());
     QCOMPARE(bytesOf(target("shot.png"_qs)), before);
     QCOMPARE(editor->imageKey(), target("shot.png"_qs));
+}
+
+// With the events behind the write, before the save has come back.
+void Tst_ImagesSetAside::rowThatGoesBehindTheWriteLeavesTheFile() {
+    Editor *const editor = addFile("shot.png"_qs);
+    drawAndCrop(editor);
+    QSize sizeAtTheTime;
+    QTimer::singleShot(0, this, [&] {
+        QTimer::singleShot(0, this, [&] {
+            sizeAtTheTime = QImage(target("shot.png"_qs)).size();
+            list()->removeItem(list()->rowItem(0), false, true);
+        });
+    });
+    QVERIFY(editor->saveFlattened(target("shot.png"_qs), true, -1));
+    QCOMPARE(list()->count(), 0);
+    QCOMPARE(sizeAtTheTime, CropRect.size());
+    QCOMPARE(QImage(target("shot.png"_qs)).size(), CropRect.size());
+    QCOMPARE(originals(), QStringList());
 }
 
 QTEST_MAIN(Tst_ImagesSetAside)
