@@ -12,4 +12,7 @@ namespace platform {
 /// other people's rights from one that exists already. False when it cannot be had so.
 bool makePrivateFolder(const QString &path);
 
+/// Whether what this user puts into the folder stays his: nobody else may move it, or a folder above it.
+bool keepsOurEntries(const QString &path);
+
 } // namespace platform

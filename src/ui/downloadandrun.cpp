@@ -1,5 +1,6 @@
 #include "ui/downloadandrun.h"
 
+#include "platform/folderaccess.h"
 #include "services/certificatetool.h"
 #include "services/tracelog.h"
 #include "ui/filedownloaddialog.h"
@@ -17,9 +18,10 @@ bool fail(const char *format, const QString &what) {
 }
 
 /// The name of an empty file of our own, which is deleted with `file`. It is open to nobody else from the
-/// start.
+/// start, and stands where nobody else can exchange it after the check.
 QString makeTarget(QTemporaryFile *file) {
-    const QString name = file->open() ? file->fileName() : QString();
+    const bool isSafe = platform::keepsOurEntries(QDir::tempPath());
+    const QString name = isSafe && file->open() ? file->fileName() : QString();
     file->close();
     return name;
 }

@@ -9,8 +9,11 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QPushButton>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <QtTest>
+
+#include <sys/stat.h>
 
 namespace {
 
@@ -39,6 +42,8 @@ private slots:
     void cancelledOneIsNotStarted();
     void refusedByTheDesktopIsDeleted();
     void nothingWithoutATemporaryFolder();
+    void nothingWhereOthersMayExchangeIt_data();
+    void nothingWhereOthersMayExchangeIt();
 
 private:
     std::unique_ptr<HttpServer> m_server;
@@ -151,6 +156,29 @@ void Tst_DownloadAndRun::nothingWithoutATemporaryFolder() {
     qputenv("TMPDIR", folder);
     QVERIFY(!started);
     QCOMPARE(m_server->requests, QStringList());
+}
+
+void Tst_DownloadAndRun::nothingWhereOthersMayExchangeIt_data() {
+    QTest::addColumn<uint>("mode");
+    QTest::addColumn<bool>("starts");
+    QTest::newRow("own") << 0700U << true;
+    QTest::newRow("everybody's, who keep what is theirs") << 01777U << true;
+    QTest::newRow("everybody's") << 0777U << false;
+    QTest::newRow("a group's") << 0770U << false;
+}
+
+void Tst_DownloadAndRun::nothingWhereOthersMayExchangeIt() {
+    QFETCH(uint, mode);
+    m_server->answer("/setup"_qs, "200 OK", fixture("norvane.dll"));
+    const QByteArray folder = qgetenv("TMPDIR");
+    const QTemporaryDir shared;
+    QCOMPARE(::chmod(QFile::encodeName(shared.path()).constData(), mode), 0);
+    const OpenedUrls opened;
+    qputenv("TMPDIR", QFile::encodeName(shared.path()));
+    const bool started = downloadAndRun(m_server->url("/setup"_qs));
+    qputenv("TMPDIR", folder);
+    QTEST(started, "starts");
+    QCOMPARE(m_server->requests.isEmpty(), !started);
 }
 
 QTEST_MAIN(Tst_DownloadAndRun)

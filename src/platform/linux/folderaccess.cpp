@@ -41,6 +41,32 @@ bool takeOthersRights(int descriptor) {
     return !(folder.st_mode & OthersRights) || ::fchmod(descriptor, PrivateMode) == 0;
 }
 
+bool isTrusted(uid_t user) {
+    return user == 0 || user == ::geteuid();
+}
+
+/// Whether nobody may rename or remove what another put into the folder.
+bool keepsEntriesOfItsUsers(const QString &path) {
+    const QByteArray name = QFile::encodeName(path);
+    struct stat folder;
+    struct stat entry;
+    if (::stat(name.constData(), &folder) != 0 || ::lstat(name.constData(), &entry) != 0)
+        return false;
+    const bool othersWrite = folder.st_mode & (S_IWGRP | S_IWOTH);
+    // A link leads wherever its owner likes.
+    return S_ISDIR(folder.st_mode) && isTrusted(folder.st_uid) && isTrusted(entry.st_uid) &&
+           (!othersWrite || (folder.st_mode & S_ISVTX));
+}
+
+bool keepsEntriesUpToTheRoot(QString path) {
+    while (keepsEntriesOfItsUsers(path)) {
+        if (path == QLatin1String("/"))
+            return true;
+        path = QFileInfo(path).path();
+    }
+    return false;
+}
+
 } // namespace
 
 bool isDirectoryWritable(const QString &path) {
@@ -64,4 +90,10 @@ bool platform::makePrivateFolder(const QString &path) {
     const bool isPrivate = takeOthersRights(descriptor);
     ::close(descriptor);
     return isPrivate;
+}
+
+bool platform::keepsOurEntries(const QString &path) {
+    const QString target = QFileInfo(path).canonicalFilePath();
+    return !target.isEmpty() && keepsEntriesUpToTheRoot(QDir::cleanPath(QDir(path).absolutePath())) &&
+           keepsEntriesUpToTheRoot(target);
 }

@@ -1,3 +1,4 @@
+#include "platform/folderaccess.h"
 #include "platform/namedlock.h"
 
 #include <QDir>
@@ -21,39 +22,6 @@ bool isOurPrivateFolder(const QString &path) {
     struct stat info;
     return ::lstat(QFile::encodeName(path).constData(), &info) == 0 && S_ISDIR(info.st_mode) &&
            info.st_uid == ::geteuid() && (info.st_mode & 0777) == S_IRWXU;
-}
-
-bool isTrusted(uid_t user) {
-    return user == 0 || user == ::geteuid();
-}
-
-/// Whether nobody may rename or remove what another put into the folder.
-bool keepsEntriesOfItsUsers(const QString &path) {
-    const QByteArray name = QFile::encodeName(path);
-    struct stat folder;
-    struct stat entry;
-    if (::stat(name.constData(), &folder) != 0 || ::lstat(name.constData(), &entry) != 0)
-        return false;
-    const bool othersWrite = folder.st_mode & (S_IWGRP | S_IWOTH);
-    // A link leads wherever its owner likes.
-    return S_ISDIR(folder.st_mode) && isTrusted(folder.st_uid) && isTrusted(entry.st_uid) &&
-           (!othersWrite || (folder.st_mode & S_ISVTX));
-}
-
-bool keepsEntriesUpToTheRoot(QString path) {
-    while (keepsEntriesOfItsUsers(path)) {
-        if (path == QLatin1String("/"))
-            return true;
-        path = QFileInfo(path).path();
-    }
-    return false;
-}
-
-/// Whether what we put into the folder stays ours: nobody else may move it, or a folder above it.
-bool keepsOurEntries(const QString &path) {
-    const QString target = QFileInfo(path).canonicalFilePath();
-    return !target.isEmpty() && keepsEntriesUpToTheRoot(QDir::cleanPath(QDir(path).absolutePath())) &&
-           keepsEntriesUpToTheRoot(target);
 }
 
 /// Where the session's own folder may be. The second is known without the environment too, so that a start
@@ -81,7 +49,7 @@ QStringList substituteFolders() {
     const QString name = QStringLiteral("tindra-%1").arg(::geteuid());
     QStringList paths;
     const QString temporary = QDir::tempPath();
-    if (keepsOurEntries(temporary)) {
+    if (platform::keepsOurEntries(temporary)) {
         paths.append(temporary + QLatin1Char('/') + name);
         for (int i = 1; i < temporaryNames; ++i)
             paths.append(QStringLiteral("%1/%2-%3").arg(temporary, name).arg(i));
