@@ -139,7 +139,7 @@ void Tst_ImagesSetAside::captureGoesOnUntouched() {
     QFETCH(QString, capture);
     QFETCH(QString, saved);
     const QString file = target(QFileInfo(capture).suffix() == "bmp"_qs ? "shot.bmp"_qs : "shot.png"_qs);
-    QVERIFY(pattern().save(file, "PNG"));
+    QVERIFY(pattern().save(file));
     QVERIFY(QFile::link(file, target("link.png"_qs)));
     QVERIFY(QDir(m_target->path()).mkdir("folder"_qs));
     Editor *const editor = add(target(capture));
