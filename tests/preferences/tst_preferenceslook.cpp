@@ -90,9 +90,10 @@ void Tst_PreferencesLook::sizesOfTheSheet() {
 void Tst_PreferencesLook::nothingIsCutOff_data() {
     QTest::addColumn<QString>("language");
     QTest::addColumn<int>("page");
-    for (const char *language : {"en", "ko"}) {
+    for (const QByteArray &language : {QByteArrayLiteral("en"), QByteArrayLiteral("ko")}) {
         for (int page = 0; page < 4; ++page)
-            QTest::addRow("%s, page %d", language, page) << QString::fromLatin1(language) << page;
+            QTest::newRow(language + ", page " + QByteArray::number(page))
+                << QString::fromLatin1(language) << page;
     }
 }
 
