@@ -8,11 +8,23 @@
 #include "ui/windowplacement.h"
 
 #include <QApplication>
-#include <QTimer>
 #include <QWidget>
+
+namespace {
+
+constexpr int LookAgainMs = 100;
+
+} // namespace
 
 ExitRoutine::ExitRoutine(QWidget *window, HistoryWidget *history)
     : QObject(window), m_window(window), m_history(history) {
+    m_lookAgain.setSingleShot(true);
+    m_lookAgain.setInterval(LookAgainMs);
+    // A dialog may open inside the save that is waited for.
+    connect(&m_lookAgain, &QTimer::timeout, this, [this] {
+        if (m_isHeld && (m_killRequested || m_history->isWritingImages()))
+            start();
+    });
     // A kill does not wait for what the user is told of a save; an exit that asks would ask under it.
     connect(m_history, &HistoryWidget::imagesWritten, this, [this] {
         if (m_isHeld && m_killRequested)
@@ -38,8 +50,10 @@ void ExitRoutine::run() {
     // one in use. Under a dialog the save goes no further before that is closed: there an exit is refused,
     // and a kill closes it.
     m_isHeld = m_history->isWritingImages() && !QApplication::activeModalWidget();
-    if (m_isHeld)
+    if (m_isHeld) {
+        m_lookAgain.start();
         return;
+    }
     // Read before the question: a further request while it is open is refused and takes the flag back.
     const bool exitRequested = m_exitRequested;
     const bool confirmed = confirm();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QTimer>
 
 class HistoryWidget;
 class QWidget;
@@ -51,5 +52,6 @@ private:
     bool m_killRequested = false;
     bool m_isQueued = false;
     bool m_isHeld = false; ///< until captures are written
+    QTimer m_lookAgain;    ///< while held
     bool m_left = false;
 };

@@ -309,8 +309,11 @@ void HistoryWidget::onSaveImage(QListWidgetItem *item, bool autoSave, bool showR
 bool HistoryWidget::saveImageTo(Editor *editor, const QString &path, bool rememberFolder, bool showResult) {
     if (!editor)
         return false;
+    // A dialog inside another save may name the very file that this one is about to write.
+    const bool isTaken = ReservedPaths::contains(path);
     const ReservedPaths target({path});
-    const bool written = writeImages([=] { return SaveFlow::writeImage(editor, path) ? 1 : 0; }) == 1;
+    const bool written =
+        !isTaken && writeImages([=] { return SaveFlow::writeImage(editor, path) ? 1 : 0; }) == 1;
     m_saveFlow.reportImage(written, path, rememberFolder, showResult);
     emit imagesReported();
     return written;

@@ -2,6 +2,7 @@
 
 #include "ui/messagedialog.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QImageWriter>
 #include <QLineEdit>
@@ -50,9 +51,13 @@ void SaveFileDialog::accept() {
 void SaveFileDialog::setPath(const QString &path) {
     if (path == selectedFiles().value(0) && directory() == QFileInfo(path).dir())
         return;
-    selectFile(path);
+    // A folder that is missing cannot be shown; its file must not become one of the folder that is.
+    const QFileInfo file(path);
+    const bool isShown = file.dir().exists();
+    if (isShown)
+        selectFile(path);
     // While it has the focus, the field keeps what was typed, which the folder may not fit any more.
-    findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(QFileInfo(path).fileName());
+    findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(isShown ? file.fileName() : path);
 }
 
 bool SaveFileDialog::mayWrite(const QString &path) {

@@ -60,6 +60,7 @@ private slots:
     void saveIsWrittenBeforeTheEnd_data();
     void saveIsWrittenBeforeTheEnd();
     void dialogInsideASaveHoldsNoKill();
+    void dialogAfterAHeldKillHoldsItNoLonger();
     void exitUnderADialogInsideASaveIsRefused();
     void exitDuringASaveWaitsForItsReport();
     void twoKillsEndOnce();
@@ -530,6 +531,32 @@ void Tst_ExitRoutine::dialogInsideASaveHoldsNoKill() {
     QVERIFY(answers.isDone());
     QVERIFY(hasLeftInside);
     QCOMPARE(QDir(m_target->path()).entryList({"*.png"_qs}, QDir::Files).size(), 1); // written all the same
+}
+
+// The kill comes first and is held; the dialog that opens then is answered by nobody but the end.
+void Tst_ExitRoutine::dialogAfterAHeldKillHoldsItNoLonger() {
+    preferences()->SetString(TindraPreferences::AutoSavePath, m_target->path());
+    addCapture("a"_qs);
+    bool wasHeld = false;
+    bool hasLeftInside = false;
+    QVERIFY(quits([&] {
+        QTimer::singleShot(0, this, [&] {
+            treat("/kill"_qs);
+            QCoreApplication::processEvents();
+            wasHeld = !m_window->hasLeft();
+            ModalAnswers answers;
+            answers.add([&](QWidget *message) {
+                QTRY_VERIFY(m_window->hasLeft());
+                hasLeftInside = true;
+                message->close();
+            });
+            tellSomething();
+            QVERIFY(answers.isDone());
+        });
+        emit m_window->saveCurrentImage(true, false);
+    }));
+    QVERIFY(wasHeld);
+    QVERIFY(hasLeftInside);
 }
 
 void Tst_ExitRoutine::exitUnderADialogInsideASaveIsRefused() {

@@ -23,6 +23,7 @@ private slots:
     void autoSaveNeverOverwrites();
     void autoSaveInsideAnotherTakesANameOfItsOwn_data();
     void autoSaveInsideAnotherTakesANameOfItsOwn();
+    void dialogInsideASaveCannotTakeItsName();
     void autoSaveWhileTheClockGoesBackwards();
     void autoSaveFallsBackToPictures();
     void autoSaveMovesTheFolderOfTheNextSave();
@@ -33,6 +34,8 @@ private slots:
     void suffixComesFromNameOrFilter();
     void nameTypedUntilTheEndGetsItsSuffix_data();
     void nameTypedUntilTheEndGetsItsSuffix();
+    void missingFolderTakesNoFileElsewhere_data();
+    void missingFolderTakesNoFileElsewhere();
     void existingFileIsReplacedAfterOneQuestion_data();
     void existingFileIsReplacedAfterOneQuestion();
     void refusedReplacementLeadsBackToTheDialog();
@@ -145,6 +148,25 @@ void Tst_SaveFlow::autoSaveInsideAnotherTakesANameOfItsOwn() {
     QCOMPARE(QImageReader(target(inner)).size(), QSize(7, 5));
     QCOMPARE(first->savedPath(), target(outer));
     QCOMPARE(QFileInfo(editor()->savedPath()).canonicalFilePath(), target(inner));
+}
+
+void Tst_SaveFlow::dialogInsideASaveCannotTakeItsName() {
+    setText(TindraPreferences::AutoSavePath, m_target->path());
+    select("a"_qs, {40, 30});
+    const Editor *const first = editor();
+    ModalAnswers answers;
+    QTimer::singleShot(0, this, [&] {
+        QVERIFY(!first->isSaved());
+        select("b"_qs, {7, 5});
+        answerFileDialog(answers, target("20240506_070809.png"_qs));
+        answers.addPress("Ok"_qs);
+        m_panel->onSaveCurrentImage(false, true);
+    });
+    m_panel->onSaveCurrentImage(true, false);
+    QVERIFY(answers.isDone());
+    QCOMPARE(QImageReader(target("20240506_070809.png"_qs)).size(), QSize(40, 30));
+    QVERIFY(first->isSaved());
+    QVERIFY(!editor()->isSaved());
 }
 
 // As it does once a year, and when the computer learns the right time: a second comes twice.
@@ -315,6 +337,37 @@ void Tst_SaveFlow::nameTypedUntilTheEndGetsItsSuffix() {
     QVERIFY(answers.isDone());
     QCOMPARE(QImageReader(target(file)).size(), QSize(40, 30));
     QCOMPARE(editor()->savedPath(), target(file));
+}
+
+void Tst_SaveFlow::missingFolderTakesNoFileElsewhere_data() {
+    QTest::addColumn<QString>("typed");
+    QTest::newRow("suffix of the filter") << "missing/shot";
+    QTest::newRow("typed with its suffix") << "missing/shot.png";
+}
+
+// The folder that is shown has a file of that name, which nobody spoke of.
+void Tst_SaveFlow::missingFolderTakesNoFileElsewhere() {
+    QFETCH(QString, typed);
+    QVERIFY(QImage(7, 7, QImage::Format_RGB32).save(target("shot.png"_qs)));
+    select("a"_qs);
+    ModalAnswers answers;
+    answers.add([&](QWidget *dialog) {
+        auto *field = dialog->findChild<QLineEdit *>("fileNameEdit"_qs);
+        dialog->activateWindow();
+        field->setFocus();
+        QTRY_VERIFY(field->hasFocus());
+        field->setText(typed);
+        static_cast<QDialog *>(dialog)->accept();
+        QVERIFY(!dialog->isVisible());
+    });
+    answers.addPress("Ok"_qs);
+    m_panel->onSaveCurrentImage(false, true);
+    QVERIFY(answers.isDone());
+    QCOMPARE(answers.texts().last(), "failed to access save file."_qs);
+    QCOMPARE(QDir(m_target->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+             QStringList{"shot.png"_qs});
+    QCOMPARE(QImageReader(target("shot.png"_qs)).size(), QSize(7, 7));
+    QVERIFY(!editor()->isSaved());
 }
 
 void Tst_SaveFlow::existingFileIsReplacedAfterOneQuestion_data() {
