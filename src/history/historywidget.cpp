@@ -309,11 +309,13 @@ void HistoryWidget::onSaveImage(QListWidgetItem *item, bool autoSave, bool showR
 bool HistoryWidget::saveImageTo(Editor *editor, const QString &path, bool rememberFolder, bool showResult) {
     if (!editor)
         return false;
-    // A dialog inside another save may name the very file that this one is about to write.
-    const bool isTaken = ReservedPaths::contains(path);
-    const ReservedPaths target({path});
-    const bool written =
-        !isTaken && writeImages([=] { return SaveFlow::writeImage(editor, path) ? 1 : 0; }) == 1;
+    bool written = false;
+    // A dialog inside another save may name the very file that this one is about to write. Once it is
+    // written, and while that is reported, it is a file like any other.
+    if (!ReservedPaths::contains(path)) {
+        const ReservedPaths target({path});
+        written = writeImages([=] { return SaveFlow::writeImage(editor, path) ? 1 : 0; }) == 1;
+    }
     m_saveFlow.reportImage(written, path, rememberFolder, showResult);
     emit imagesReported();
     return written;

@@ -24,6 +24,7 @@ private slots:
     void autoSaveInsideAnotherTakesANameOfItsOwn_data();
     void autoSaveInsideAnotherTakesANameOfItsOwn();
     void dialogInsideASaveCannotTakeItsName();
+    void writtenFileMayBeReplacedWhileItIsReported();
     void autoSaveWhileTheClockGoesBackwards();
     void autoSaveFallsBackToPictures();
     void autoSaveMovesTheFolderOfTheNextSave();
@@ -167,6 +168,23 @@ void Tst_SaveFlow::dialogInsideASaveCannotTakeItsName() {
     QCOMPARE(QImageReader(target("20240506_070809.png"_qs)).size(), QSize(40, 30));
     QVERIFY(first->isSaved());
     QVERIFY(!editor()->isSaved());
+}
+
+void Tst_SaveFlow::writtenFileMayBeReplacedWhileItIsReported() {
+    const QString file = target("20240506_070809.png"_qs);
+    setText(TindraPreferences::AutoSavePath, m_target->path());
+    m_session->preferences->SetBool(TindraPreferences::ShowPostSaveDlg, true);
+    select("a"_qs, {40, 30});
+    ModalAnswers report;
+    report.add([&](QWidget *message) {
+        select("b"_qs, {7, 5});
+        QVERIFY(m_panel->saveImageTo(editor(), file, true, false));
+        message->close();
+    });
+    m_panel->onSaveCurrentImage(true, true);
+    QVERIFY(report.isDone());
+    QCOMPARE(QImageReader(file).size(), QSize(7, 5));
+    QCOMPARE(editor()->savedPath(), file);
 }
 
 // As it does once a year, and when the computer learns the right time: a second comes twice.
