@@ -74,6 +74,15 @@ private:
             static_cast<QDialog *>(dialog)->accept();
         });
     }
+    /// Accepts the file dialog while its field has the focus, as Enter does.
+    static void acceptWhileTyping(QWidget *dialog, const QString &name) {
+        auto *field = dialog->findChild<QLineEdit *>("fileNameEdit"_qs);
+        dialog->activateWindow();
+        field->setFocus();
+        QTRY_VERIFY(field->hasFocus());
+        field->setText(name);
+        static_cast<QDialog *>(dialog)->accept();
+    }
     void setText(TindraPreferences::Id id, const QString &text) {
         m_session->preferences->SetString(id, text);
     }
@@ -339,15 +348,10 @@ void Tst_SaveFlow::nameTypedUntilTheEndGetsItsSuffix() {
     select("a"_qs, {40, 30});
     ModalAnswers answers;
     answers.add([&](QWidget *dialog) {
-        auto *field = dialog->findChild<QLineEdit *>("fileNameEdit"_qs);
-        dialog->activateWindow();
-        field->setFocus();
-        QTRY_VERIFY(field->hasFocus());
         ModalAnswers question;
         if (isThere)
             question.addPress("Yes"_qs);
-        field->setText(typed);
-        static_cast<QDialog *>(dialog)->accept();
+        acceptWhileTyping(dialog, typed);
         QVERIFY(question.isDone());
         QVERIFY(!dialog->isVisible());
     });
@@ -370,12 +374,7 @@ void Tst_SaveFlow::missingFolderTakesNoFileElsewhere() {
     select("a"_qs);
     ModalAnswers answers;
     answers.add([&](QWidget *dialog) {
-        auto *field = dialog->findChild<QLineEdit *>("fileNameEdit"_qs);
-        dialog->activateWindow();
-        field->setFocus();
-        QTRY_VERIFY(field->hasFocus());
-        field->setText(typed);
-        static_cast<QDialog *>(dialog)->accept();
+        acceptWhileTyping(dialog, typed);
         QVERIFY(!dialog->isVisible());
     });
     answers.addPress("Ok"_qs);
