@@ -19,6 +19,9 @@ constexpr int PngWidthOffset = 16;
 constexpr int PngHeightOffset = 20;
 constexpr int PngChannelBitsOffset = 24;
 constexpr char DeepChannelBits = 16;
+constexpr int GifWidthOffset = 6;
+constexpr int GifHeightOffset = 8;
+constexpr int GifHeaderSize = 10;
 constexpr int BitmapWidthOffset = 4;
 constexpr int BitmapHeightOffset = 8;
 constexpr int PictureHeaderSize = 25;
@@ -58,6 +61,16 @@ Claim claimInsideIcon(QIODevice *device) {
                   std::abs(qFromLittleEndian<qint32>(header.constData() + BitmapHeightOffset) / 2))};
 }
 
+/// The reader tells a size that fits the first frame when the screen is far larger, and then decodes to the
+/// size of the screen all the same: either may be what the image gets, in each direction.
+QSize largerOfScreenAnd(const QSize &told, QIODevice *device) {
+    const QByteArray header = device->peek(GifHeaderSize);
+    if (header.size() < GifHeaderSize)
+        return {};
+    return told.expandedTo(QSize(qFromLittleEndian<quint16>(header.constData() + GifWidthOffset),
+                                 qFromLittleEndian<quint16>(header.constData() + GifHeightOffset)));
+}
+
 /// Readers of a torn header answer with any number.
 int depthOf(QImage::Format format) {
     if (format <= QImage::Format_Invalid || format >= QImage::NImageFormats)
@@ -66,11 +79,18 @@ int depthOf(QImage::Format format) {
 }
 
 Claim claimOf(QImageReader &reader) {
-    if (QImageReader::imageFormat(reader.device()) == "ico")
+    const QByteArray format = QImageReader::imageFormat(reader.device());
+    if (format == "ico")
         return claimInsideIcon(reader.device());
     const QSize size = reader.size();
+    if (format == "gif" && !size.isEmpty())
+        return {largerOfScreenAnd(size, reader.device())};
     // Behind a torn header the readers' answer is whatever stood in memory.
     return {size, size.isEmpty() ? UsualDepth : depthOf(reader.imageFormat())};
+}
+
+bool isWithin(double limitMegabytes, const QSize &size, int depth) {
+    return !size.isEmpty() && imageMegabytes(size.width(), size.height(), depth) <= limitMegabytes;
 }
 
 } // namespace
@@ -80,10 +100,12 @@ QImage decodeImage(QIODevice *device, double limitMegabytes) {
     // What a file is called says nothing about what is in it.
     reader.setDecideFormatFromContent(true);
     const Claim claim = claimOf(reader);
-    if (claim.size.isEmpty() ||
-        imageMegabytes(claim.size.width(), claim.size.height(), claim.depth) > limitMegabytes)
+    if (!isWithin(limitMegabytes, claim.size, claim.depth))
         return QImage();
     QImage image = reader.read();
+    // A decoder may make more of a file than its reader told before.
+    if (!isWithin(limitMegabytes, image.size(), image.depth()))
+        return QImage();
     // A file called "…@2x" comes out as a picture for a denser screen, drawn at half its size.
     image.setDevicePixelRatio(1.0);
     return image;

@@ -1,11 +1,15 @@
 #include "ipc/imagedecoder.h"
 #include "support/imagecompare.h"
+#include "understatedformat.h"
 
 #include <QBuffer>
 #include <QFile>
 #include <QPainter>
 #include <QTest>
 #include <QtEndian>
+#include <QtPlugin>
+
+Q_IMPORT_PLUGIN(UnderstatedFormat)
 
 namespace {
 
@@ -63,6 +67,14 @@ QByteArray gif(quint16 width, quint16 height) {
     return "GIF89a" + littleEndian(width) + littleEndian(height) +
            QByteArray("\x80\0\0\0\0\0\xff\xff\xff", 9) + "," + QByteArray(4, '\0') + littleEndian(width) +
            littleEndian(height) + QByteArray("\0\x02\x02\x44\x01\0;", 7);
+}
+
+/// One frame of four pixels on a screen of that size. The reader of the format tells the size of the frame,
+/// and decodes to that of the screen.
+QByteArray gifOfSmallFrame(quint16 width, quint16 height) {
+    return "GIF89a" + littleEndian(width) + littleEndian(height) +
+           QByteArray("\x80\0\0\0\0\0\xff\xff\xff", 9) + QByteArray(",\0\0\0\0\x02\0\x02\0\0", 10) +
+           QByteArray("\x02\x03\x84\x8f\x05\0;", 7);
 }
 
 QByteArray webp(quint32 width, quint32 height) {
@@ -147,6 +159,8 @@ private slots:
     void refusesWhatIsNoImage_data();
     void refusesWhatIsNoImage();
     void acceptsExactlyTheLimit();
+    void keepsToTheLimitOfWhatIsDecoded_data();
+    void keepsToTheLimitOfWhatIsDecoded();
     void countsWholeMegabytes_data();
     void countsWholeMegabytes();
 };
@@ -246,6 +260,33 @@ void Tst_ImageDecoder::acceptsExactlyTheLimit() {
     const QByteArray twoMegabytes = encoded(testPicture(1024, 512), "png");
     QCOMPARE(decode(twoMegabytes, 2.0).size(), QSize(1024, 512));
     QVERIFY(decode(twoMegabytes, 1.0).isNull());
+}
+
+// 4 bytes * 2100 * 2100 are 16.8 megabytes, 4 * 12000 * 12000 are 549.3, 4 * 65535 * 2000 are 499.9; the
+// frame alone takes a few bytes.
+void Tst_ImageDecoder::keepsToTheLimitOfWhatIsDecoded_data() {
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<double>("limit");
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("gif, within") << gifOfSmallFrame(2100, 2100) << 16.0 << QSize(2100, 2100);
+    QTest::newRow("gif, beyond") << gifOfSmallFrame(12000, 12000) << 548.0 << QSize();
+    QTest::newRow("gif, beyond in width") << gifOfSmallFrame(65535, 2000) << 498.0 << QSize();
+    QTest::newRow("gif, beyond in height") << gifOfSmallFrame(2000, 65535) << 498.0 << QSize();
+    // Where the screen tells nothing the frame counts.
+    QTest::newRow("gif without a height, within") << gifOfSmallFrame(2100, 0) << 0.0 << QSize(2100, 2);
+    QTest::newRow("another format, within") << QByteArray(UnderstatedSignature) << 1.0 << QSize(512, 512);
+    QTest::newRow("another format, beyond") << QByteArray(UnderstatedSignature) << 0.0 << QSize();
+}
+
+void Tst_ImageDecoder::keepsToTheLimitOfWhatIsDecoded() {
+    QFETCH(QByteArray, bytes);
+    QFETCH(double, limit);
+    QFETCH(QSize, size);
+    const qint64 before = peakKilobytes();
+    const QImage image = decode(bytes, limit);
+    QCOMPARE(image.isNull() ? QSize() : image.size(), size);
+    QVERIFY2(peakKilobytes() - before < AllowedGrowthKilobytes,
+             qPrintable(QStringLiteral("took %1 KB").arg(peakKilobytes() - before)));
 }
 
 void Tst_ImageDecoder::countsWholeMegabytes_data() {
