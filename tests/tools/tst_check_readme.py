@@ -27,7 +27,7 @@ class CheckReadme(unittest.TestCase):
 
     def test_finds_the_blocks_that_are_to_be_run(self):
         text = "# Title\n\n" + block("run: first", "one", "", "two  # why") + "\ntext\n\n" + block("run: second", "three")
-        self.assertEqual(self.tool.blocks(text), ([], [("first", ["one", "two  # why"]), ("second", ["three"])]))
+        self.assertEqual(self.tool.blocks(text), ([], [("run", "first", ["one", "two  # why"]), ("run", "second", ["three"])]))
 
     def test_a_block_that_nobody_runs_is_a_problem(self):
         for mark in ("", "run", "run: ", "note: x", "run by: tools/no-such-script", "run by: README.md"):
@@ -45,8 +45,41 @@ class CheckReadme(unittest.TestCase):
         self.assertEqual(self.tool.blocks(block("run by: ./test", "./test")), ([], []))
         self.assertEqual(self.tool.blocks(block("run by: tools/check-package --fresh", "apt")), ([], []))
 
+    def test_a_block_for_a_copy_of_the_system_has_its_kind(self):
+        kind = "run on a copy of the system"
+        self.assertEqual(self.tool.blocks(block(f"{kind}: install", "apt")), ([], [(kind, "install", ["apt"])]))
+
     def test_blocks_of_other_languages_are_no_commands(self):
-        self.assertEqual(self.tool.blocks(block("", "int x;", language="cpp") + block("", "x", language="")), ([], []))
+        self.assertEqual(self.tool.blocks(block("", "int x;", language="cpp") + block("", "x", language="text")), ([], []))
+
+    def test_no_spelling_of_a_block_hides_commands(self):
+        for language in ("", "bash", "console", "shell", "python"):
+            for mark in ("", "run: x", "run by: ./test"):
+                with self.subTest(language=language, mark=mark):
+                    problems, found = self.tool.blocks(block(mark, "one", language=language))
+                    self.assertEqual((len(problems), found), (1, []))
+        for text in ("~~~sh\none\n~~~\n", "- x\n\n  ```sh\n  one\n  ```\n", "> ```sh\n> one\n> ```\n",
+                     "```sh\none\n", "````sh\none\n````\n"):
+            with self.subTest(text=text):
+                problems, found = self.tool.blocks(block("run: good", "fine") + text)
+                self.assertTrue(problems)
+
+    def test_what_changes_the_system_is_run_on_a_copy(self):
+        if os.geteuid() != 0:
+            if os.environ.get("CI") == "true":
+                self.fail("a copy of the system needs root")
+            self.skipTest("a copy of the system needs root")
+        (self.folder / "tindra-editor_1_all.deb").write_text("package")
+        trace = f"trace-of-{os.getpid()}"
+        lines = ["grep package ./build/release/tindra-editor_*.deb  # a comment", f"sudo touch /usr/share/{trace}",
+                 f"test -e /usr/share/{trace}"]
+        with contextlib.redirect_stdout(io.StringIO()) as printed:
+            self.assertEqual(self.tool.run_on_copy(lines, self.folder), 0)
+        self.assertIn(f"$ {lines[2]}", printed.getvalue())
+        self.assertFalse(Path("/usr/share", trace).exists())
+        with contextlib.redirect_stdout(io.StringIO()) as printed:
+            self.assertEqual(self.tool.run_on_copy(["echo complaint; (exit 3)", f"touch /{trace}"], self.folder), 3)
+        self.assertIn("complaint", printed.getvalue())
 
     def run_lines(self, *lines):
         """The exit code and what is printed; each time with a home of its own."""
@@ -75,7 +108,7 @@ class CheckReadme(unittest.TestCase):
         (self.folder / "bin/tindra-editor").touch()
         self.tool.README = readme
         for failing, code in (("none", 0), ("two", 1)):
-            self.tool.run_block = lambda lines, _build, failing=failing: int(lines == [failing])
+            self.tool.RUNNERS["run"] = lambda lines, _build, failing=failing: int(lines == [failing])
             with (contextlib.redirect_stdout(io.StringIO()) as printed,
                   mock.patch.object(self.tool.shutil, "which", return_value="Xvfb")):
                 self.assertEqual(self.tool.main([str(self.folder)]), code)
