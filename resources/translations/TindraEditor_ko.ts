@@ -2016,4 +2016,17 @@ Would you replace it?</source>
         <translation>AI 도구</translation>
     </message>
 </context>
+<context>
+    <name>UnopenedFiles</name>
+    <message>
+        <source>These files cannot be opened.
+Please check that they are images and can be read.</source>
+        <translation>다음 파일을 열 수 없습니다.
+이미지 파일인지, 읽을 수 있는 파일인지 확인하십시오.</translation>
+    </message>
+    <message>
+        <source>and %0 more</source>
+        <translation>외 %0개</translation>
+    </message>
+</context>
 </TS>

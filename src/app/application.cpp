@@ -1,6 +1,7 @@
 #include "app/application.h"
 
 #include "app/namedmutex.h"
+#include "app/orderlystart.h"
 #include "app/scaleenvironment.h"
 #include "app/tindraeditor.h"
 #include "app/translation.h"
@@ -18,8 +19,9 @@ namespace {
 
 const QLatin1String serverName("TNDEMutex");
 
-/// Runs ahead of the base class, which reads these settings as it is built.
+/// Runs ahead of the base class, which reads these settings as it is built, and fails without a display.
 int &prepared(int &argc) {
+    OrderlyStart::begin();
     prepareScaleEnvironment();
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     return argc;
@@ -28,6 +30,7 @@ int &prepared(int &argc) {
 } // namespace
 
 Application::Application(int &argc, char **argv) : QApplication(prepared(argc), argv) {
+    OrderlyStart::end();
     setApplicationName(QStringLiteral("Tindra"));
     setApplicationVersion(QStringLiteral(TINDRA_VERSION));
     loadTraceSettings();

@@ -1,6 +1,8 @@
 #include "app/application.h"
+#include "app/picturetrial.h"
 #include "app/programinformation.h"
 #include "app/tindraeditor.h"
+#include "app/unopenedfiles.h"
 #include "platform/clipboardkeeper.h"
 #include "platform/filesignature.h"
 #include "platform/loadedlibrary.h"
@@ -37,7 +39,11 @@ int main(int argc, char **argv) {
         platform::runLibraryTrial();
     if (ProgramInformation::isCall(argc, argv))
         return ProgramInformation::run(argc, argv);
+    if (PictureTrial::isCall(argc, argv))
+        return PictureTrial::run(argc, argv);
     platform::keepOutCryptographySettings();
+    if (UnopenedFiles::isCall(argc, argv))
+        return UnopenedFiles::run(argc, argv);
     platform::returnLargeBlocks();
     return runEditor(argc, argv);
 }

@@ -1,5 +1,6 @@
 #include "app/managementprogramoffer.h"
 #include "app/plugintest.h"
+#include "app/unopenedfiles.h"
 #include "output/confirmdeletedialog.h"
 #include "output/confirmsavedialog.h"
 #include "output/filenameformatsettingdialog.h"
@@ -317,6 +318,7 @@ const QVector<Tst_Surfaces::Surface> &Tst_Surfaces::surfaces() {
         {"dialog-debug", &Test::showDialog, "debug"},
         {"dialog-exit", &Test::showExitQuestion, nullptr},
         {"dialog-failed", &Test::showFailedCapture, nullptr},
+        {"dialog-unopened", &Test::showDialog, "unopened"},
         {"dialog-restored", &Test::showRestoredCaptures, nullptr},
         {"dialog-download", &Test::showDownload, nullptr},
         {"files-save", &Test::showFileDialog, "save"},
@@ -585,6 +587,8 @@ std::unique_ptr<QDialog> Tst_Surfaces::makeDialog(const QByteArray &name) {
             dialog->setCount(12);
         return dialog;
     }
+    if (name == "unopened")
+        return UnopenedFiles::message({"회의 내용.txt"_qs, "받은 그림 2.png"_qs});
     auto dialog = std::make_unique<MessageDialog>(parent);
     dialog->setIcon(MessageDialog::Question);
     dialog->setText(MessageDialog::tr("Tindra"));

@@ -12,8 +12,8 @@ import time
 import unittest
 from pathlib import Path
 
-from editorsession import (EDITOR, LIMIT, RESULTS, RUNTIME, SOCKET, WORK, EditorTest, held, main_window, wait_for,
-                           windows)
+from editorsession import (EDITOR, LIMIT, RESULTS, RUNTIME, SENDER, SOCKET, WORK, EditorTest, held, main_window, png,
+                           wait_for, windows)
 
 TOP = Path(__file__).resolve().parents[2]
 
@@ -62,6 +62,15 @@ class Start(EditorTest):
         shown = {(int(width), int(height)) for width, height in re.findall(r"Icon \((\d+) x (\d+)\)", told)}
         self.assertEqual(shown, sizes)
 
+    def test_the_desktop_knows_the_window_as_that_of_its_entry(self):
+        entry = (TOP / "packaging/tindra-editor.desktop").read_text()
+        expected = re.search(r"^StartupWMClass=(.*)$", entry, re.MULTILINE).group(1)
+        self.first("/show")
+        self.assertTrue(wait_for(windows))
+        told = subprocess.run(["xprop", "-id", str(main_window()), "WM_CLASS"], capture_output=True, text=True,
+                              check=True).stdout
+        self.assertEqual(re.findall(r'"(.*?)"', told)[1], expected)
+
     def test_a_redirect_that_fails_ends_with_0_too(self):
         with socket.socket(socket.AF_UNIX) as server, held("TNDERedirectMutex.lock"):
             SOCKET.unlink(missing_ok=True)  # of an editor that was killed
@@ -85,13 +94,13 @@ class Start(EditorTest):
 
     # Questions.
 
-    def asked(self, *arguments, **environment):
+    def asked(self, *arguments, question=b"", **environment):
         """What the program prints when it has neither a display nor anything else of a desktop."""
         for name in ("DISPLAY", "QT_QPA_PLATFORM", "DBUS_SESSION_BUS_ADDRESS"):
             environment.setdefault(name, None)
         wanted = {name: value for name, value in (os.environ | environment).items() if value is not None}
-        return subprocess.run([EDITOR, *arguments], env=wanted, stdin=subprocess.DEVNULL, capture_output=True,
-                              check=False, timeout=60)
+        return subprocess.run([EDITOR, *arguments], env=wanted, input=question, capture_output=True, check=False,
+                              timeout=60)
 
     def test_a_question_is_answered_without_a_display(self):
         version = re.search(r"project\(Tindra VERSION ([\d.]+)", (TOP / "CMakeLists.txt").read_text()).group(1)
@@ -127,6 +136,48 @@ class Start(EditorTest):
         with open("/dev/full", "wb") as full:
             code = subprocess.run([EDITOR, "--help"], stdout=full, check=False, timeout=60).returncode
         self.assertEqual(code, 1)
+
+    def test_a_start_without_a_display_ends_with_a_word_and_no_crash(self):
+        for display in ({"DISPLAY": None}, {"DISPLAY": ":987"}):
+            for words in ((), ("/show",)):
+                with self.subTest(display=display, words=words):
+                    told = self.asked(*words, **display)
+                    self.assertEqual(told.returncode, 1, told.stderr.decode())
+                    self.assertIn("tindra-editor: could not connect to display", told.stderr.decode())
+        self.assertFalse(SOCKET.exists())
+
+    def test_pictures_are_tried_without_a_display_and_disturb_no_editor(self):
+        self.first()
+        pictures = (png(20, 10, (255, 0, 0)), b"no picture", b"")
+        question = b"".join(struct.pack(">Q", len(picture)) + picture for picture in pictures)
+        told = self.asked("--try-pictures", question=question)
+        self.assertEqual((told.returncode, told.stdout, told.stderr), (0, b"ynn", b""))
+        self.assertEqual(windows(), [])
+
+    def test_a_file_that_cannot_be_opened_is_told_in_a_window(self):
+        note = Path(os.environ["TMPDIR"]) / "a note.txt"
+        note.write_text("no picture")
+        for shown in (False, True):
+            with self.subTest(shown=shown):
+                first = self.first("/show" if shown else "/hide")
+                self.window_count(int(shown))
+                failed = subprocess.run([SENDER, "--open", note, "--editor", EDITOR], capture_output=True, check=False,
+                                        timeout=60)
+                self.assertEqual(failed.returncode, 1)
+                self.window_count(int(shown) + 1)
+                self.press_in_dialog("Return", int(shown))
+                self.send("--kill")
+                self.assertEqual(self.ended(first), 0)
+        self.assertEqual(list(WORK.glob("*.png*")), [])
+
+    def test_a_reader_who_has_seen_enough_is_no_trouble(self):
+        # The pipe of a shell: its reader is gone before the program writes.
+        reader, writer = os.pipe()
+        os.close(reader)
+        with os.fdopen(writer, "wb") as pipe:
+            for word in ("--help", "--version"):
+                ended = subprocess.run([EDITOR, word], stdout=pipe, stderr=subprocess.PIPE, check=False, timeout=60)
+                self.assertEqual((ended.returncode, ended.stderr), (-signal.SIGPIPE, b""))
 
     def test_in_a_longer_line_an_option_is_no_question(self):
         first = self.first("--help", "--version")

@@ -4,6 +4,7 @@ import contextlib
 import ctypes
 import fcntl
 import importlib.machinery
+import io
 import os
 import re
 import resource
@@ -145,10 +146,18 @@ class TindraSend(unittest.TestCase):
             threading.Event().wait(0.01)
         return editor.lines
 
-    def program(self, body):
-        """An editor to be started: writes down its arguments, one a line, and runs `body`."""
+    def program(self, body, trial="printf yyy"):
+        """An editor to be started: writes down its arguments, one a line, and runs `body`. Asked about pictures it
+        keeps the question and runs `trial`; told about unopened files it keeps their names."""
         path = self.scratch / "editor"
-        path.write_text(f'#!/bin/sh\nprintf "%s\\n" "$@" >"{self.scratch}/arguments"\n{body}\n')
+        path.write_text(f"""#!/bin/sh
+case $1 in
+    --try-pictures) cat >"{self.scratch}/question"; {trial}; exit ;;
+    --tell-unopened) cat >"{self.scratch}/names"; mv "{self.scratch}/names" "{self.scratch}/told"; exit ;;
+esac
+printf "%s\\n" "$@" >"{self.scratch}/arguments"
+{body}
+""")
         path.chmod(0o700)
         return str(path)
 
@@ -393,6 +402,69 @@ class TindraSend(unittest.TestCase):
         tool.is_editor_running = lambda: next(looks)()
         tool.start_editor(None, ["/show"], "/bin/true")
         self.assertEqual(list(looks), [])
+
+    def told(self):
+        """The files of the window that told of them."""
+        path = self.scratch / "told"
+        for _ in range(1000):
+            if path.exists():
+                break
+            time.sleep(0.01)
+        return path.read_bytes().split(b"\0")
+
+    def test_open_tries_the_bytes_that_it_hands_over(self):
+        editor = self.editor()
+        other = self.scratch / "other.jpg"
+        other.write_bytes(b"other")
+        self.send("--open", self.picture, other, "--editor", self.program("exit 4"))
+        self.assertEqual(len(self.lines(editor, 2)), 2)
+        self.assertEqual((self.scratch / "question").read_bytes(),
+                         struct.pack(">Q", len(PICTURE)) + PICTURE + struct.pack(">Q", 5) + b"other")
+
+    def test_open_hands_over_what_it_can_and_tells_the_rest(self):
+        editor = self.editor()
+        unknown = self.scratch / "it's 100% 그림.txt"
+        unknown.write_bytes(b"no picture")
+        missing = self.scratch / "none.png"
+        error = self.send("--open", missing, unknown, self.picture, "--editor", self.program("", "printf ny"), code=1)
+        self.assertEqual(self.told(), [os.fsencode(missing), os.fsencode(unknown)])
+        self.assertIn(f"cannot read {missing}", error)
+        self.assertIn(f"{unknown} is no picture", error)
+        copies = [re.fullmatch(r'"tindra-send" "/path" "(.*)"', line).group(1) for line in self.lines(editor, 1)]
+        self.assertEqual([Path(copy).read_bytes() for copy in copies], [PICTURE])
+        self.assertEqual(len(list(self.work.iterdir())), 1)
+
+    def test_a_picture_that_ends_the_trial_is_none(self):
+        editor = self.editor()
+        for trial in ("exit 1", "kill -SEGV $$", "printf n", "printf x", "exec <&-"):
+            with self.subTest(trial=trial):
+                (self.scratch / "told").unlink(missing_ok=True)
+                error = self.send("--open", self.picture, "--editor", self.program("", trial), code=1)
+                self.assertIn("is no picture", error)
+                self.assertEqual(self.told(), [os.fsencode(self.picture)])
+        self.assertEqual(editor.lines, [])
+
+    def test_a_trial_that_reads_nothing_of_a_large_picture(self):
+        self.editor()
+        large = self.scratch / "large.png"
+        large.write_bytes(bytes(1 << 20))
+        program = Path(self.program(""))
+        program.write_text(program.read_text().replace("cat >", ": >", 1))
+        self.send("--open", large, self.picture, "--editor", program)
+
+    def test_open_without_a_program_to_ask_hands_over_to_the_editor_that_runs(self):
+        editor = self.editor()
+        self.send("--open", self.picture, "--editor", "/nonexistent/editor")
+        self.assertEqual(len(self.lines(editor, 1)), 1)
+        self.assertIn("cannot read", self.send("--open", self.scratch, "--editor", "/nonexistent/editor", code=1))
+
+    def test_who_has_a_terminal_gets_no_window(self):
+        tool = tool_as_module()
+        with mock.patch.dict(os.environ, self.environment), mock.patch.object(tool, "has_terminal", lambda: True):
+            with contextlib.redirect_stderr(io.StringIO()) as printed:
+                self.assertEqual(tool.main(["--open", str(self.scratch), "--editor", self.program("")]), 1)
+        self.assertIn("cannot read", printed.getvalue())
+        self.assertFalse((self.scratch / "told").exists())
 
     def test_open_tells_an_editor_that_cannot_start(self):
         self.assertIn("code 4", self.send("--open", self.picture, "--editor", self.program("exit 4"), code=1))
