@@ -1,0 +1,485 @@
+"""A user and a capture side at work on one editor, and what its list must hold after each of their doings."""
+import subprocess
+import time
+from concurrent.futures import ThreadPoolExecutor
+from pathlib import Path
+
+import user as places
+from editorsession import EDITOR, RESULTS, SENDER, WORK, put_capture, size_of, tell, windows, xdotool
+from pictures import COLOURS, Picture, png
+from user import User, heard, wait
+
+ROWS, PINS = 100, 5  # at most
+FORMATS = ("png", "jpg", "bmp", "gif", "webp")  # in the order of the setting FileFormat
+SETTINGS = {"FileNameType": 0, "FileNameTamplate": "shot", "ShowPostSaveDlg": 0, "ShowPostSaveAllDlg": 0,
+            "NotifyDeleteHistory": 0, "NotifyDeleteAllHistory": 0, "AutoHistoryDelete": 1, "LastDrawingItem": 1}
+AUTO_HISTORY_DELETE = 59  # the number of that setting in /updateprefvalue
+LARGE = (3840, 2160)  # from here on a thumbnail waits for a pause
+PREFERENCE_PAGES = 4
+NARROW = (960, 600)  # some buttons are in the menu
+
+
+class Capture:
+    def __init__(self, number, size):
+        self.number, self.size = number, size
+        self.file = None  # without one it is in the editor's memory alone
+        self.is_drawn_on = self.is_cropped = False
+
+    def __repr__(self):
+        return f"capture {self.number} of {self.size[0]}x{self.size[1]}"
+
+
+class Session:
+    """Everything that is done at random takes its chance from one generator, so a seed plays the same again."""
+
+    def __init__(self, chance):
+        self.chance = chance
+        self.user = User()
+        self.rows, self.pinned, self.selected = [], 0, None
+        self.taken = self.last_number = 0
+        self.format = FORMATS[0]
+        self.refused = 0  # their files stay in the work folder until the end
+        self.doing = ""
+        self.done = {}  # how often
+        self.bag = []
+        self.saves = 0  # files that were looked at
+
+    # The capture side.
+
+    def take(self):
+        """One capture by one of the roads, saved by itself as it arrives, which proves that it has."""
+        self.doing = "taking a capture"
+        self.taken += 1
+        number = self.free_number()
+        capture = Capture(number, self.size())
+        content = png(*capture.size, number)
+        x, y = self.chance.randrange(600), self.chance.randrange(400)
+        silent = ["/skip"] * (self.chance.random() < 0.3)
+        words = ["/point", str(x), str(y), "/autosave", *silent]
+        self.chance.choices((self.by_path, self.by_memory, self.by_second_start), (5, 3, 2))[0](capture, content, words)
+        if len(self.rows) == ROWS:
+            self.rows.pop()
+        self.rows.insert(self.pinned, capture)
+        self.selected = capture
+        self.looks_at_save(capture)
+
+    def size(self):
+        if self.chance.random() < 0.01:
+            return LARGE
+        return self.chance.randrange(400, 1500), self.chance.randrange(300, 1000)
+
+    def free_number(self):
+        """Pinned captures stay long enough for the colours to begin anew."""
+        used = {capture.number for capture in self.rows}
+        while True:
+            self.last_number = (self.last_number + 1) % COLOURS
+            if self.last_number not in used:
+                return self.last_number
+
+    def by_path(self, capture, content, words):
+        capture.file = put_capture(f"shot-{self.taken:05}.png", content)
+        tell(f"/path \"{capture.file}\" {' '.join(words)}")
+
+    def by_memory(self, _capture, content, words):
+        options = [word.replace("/", "--") for word in words]
+        subprocess.run([SENDER, "--road", "memory", "-", *options], input=content, check=True, timeout=places.NEVER)
+
+    def by_second_start(self, capture, content, words):
+        capture.file = put_capture(f"shot-{self.taken:05}.png", content)
+        subprocess.run([EDITOR, "/path", capture.file, *words], check=True, timeout=places.NEVER)
+
+    def looks_at_save(self, capture):
+        """The one file that a save has just written; it takes its name when it is whole."""
+        path = RESULTS / f"shot.{self.format}"
+        wait(path.exists, f"{capture} is not saved")
+        self.look_at(path, capture)
+
+    def look_at(self, path, capture):
+        picture = Picture(path)
+        assert picture.shows(capture), (f"{path.name} shows {picture.size} of {picture.number()} instead of {capture},"
+                                        f" whose share is {picture.share_of(capture.number)}")
+        path.unlink()
+        self.saves += 1
+
+    # The user.
+
+    def act(self):
+        """One thing of all that can be done; each comes once before any comes again."""
+        if not self.bag:
+            self.bag = sorted(name for name in dir(self) if name.startswith("do_"))
+            self.chance.shuffle(self.bag)
+        name = self.bag.pop()
+        self.doing = name[3:].replace("_", " ")
+        self.user.show()
+        # Of what cannot be done now it says so.
+        if getattr(self, name)() is not False:
+            self.done[self.doing] = self.done.get(self.doing, 0) + 1
+        heard()
+
+    def can_act(self):
+        """Whether there are enough rows for any of it."""
+        return len(self.rows) > places.ROWS_IN_SIGHT
+
+    def near_middle(self, reach=100):
+        x, y = places.CANVAS
+        return x + self.chance.randint(-reach, reach), y + self.chance.randint(-reach * 7 // 10, reach * 7 // 10)
+
+    def draw(self, button, points=None):
+        self.selected.is_drawn_on = True
+        self.user.click(button)
+        self.user.drag(points or [self.near_middle() for _ in range(self.chance.randint(2, 6))])
+
+    def do_pen(self):
+        self.draw(places.PEN)
+
+    def do_pen_in_another_colour(self):
+        self.user.open_panel(places.PEN)
+        self.user.click(self.chance.choice(places.PEN_COLOURS))
+        self.draw(places.PEN)
+
+    def do_highlighter(self):
+        self.draw(places.HIGHLIGHTER)
+
+    def do_highlighter_in_another_colour(self):
+        self.user.open_panel(places.HIGHLIGHTER)
+        self.user.click(self.chance.choice(places.HIGHLIGHTER_COLOURS))
+        self.draw(places.HIGHLIGHTER)
+
+    def figure(self, index):
+        self.user.open_panel(places.FIGURE)
+        self.user.click(places.FIGURES[index])
+        heard()
+        self.draw(places.FIGURE)
+
+    def do_rectangle(self):
+        self.figure(0)
+
+    def do_circle(self):
+        self.figure(1)
+
+    def do_balloon(self):
+        self.figure(2)
+
+    def do_line(self):
+        self.figure(3)
+
+    def do_arrow(self):
+        self.figure(4)
+
+    def do_figure_in_another_colour(self):
+        self.user.open_panel(places.FIGURE)
+        self.user.click(self.chance.choice(places.FIGURE_COLOURS))
+        self.user.key("Escape")
+        heard()
+        self.user.show()
+        self.draw(places.FIGURE)
+
+    def do_line_width(self):
+        self.user.open_panel(places.LINE)
+        self.user.click(self.chance.choice(places.LINE_WIDTHS))
+
+    def do_mosaic(self):
+        self.user.open_panel(places.MOSAIC)
+        self.user.click(self.chance.choice(places.STRENGTHS))
+        heard()
+        self.draw(places.MOSAIC)
+
+    def do_eraser(self):
+        self.draw(places.ERASER)
+
+    def text(self):
+        self.selected.is_drawn_on = True
+        self.user.click(places.TEXT)
+        self.user.click(self.near_middle())
+        self.user.type(f"capture {self.taken}")
+
+    def do_text(self):
+        self.text()
+        x, y = places.CANVAS
+        self.user.click((x - 300, y - 250))
+
+    def do_text_and_regret(self):
+        self.text()
+        self.user.key("Escape")
+
+    def do_crop(self):
+        self.crop()
+        self.user.key("Return")
+        self.selected.is_drawn_on = self.selected.is_cropped = True
+
+    def do_crop_and_regret(self):
+        self.crop()
+        self.user.key("Escape")
+
+    def crop(self):
+        """The width is the first field of the panel."""
+        self.user.click(places.CROP)
+        heard()
+        self.user.type(str(self.chance.randint(250, 390)))
+        self.user.key("Tab")
+
+    def do_undo(self):
+        self.user.key("ctrl+z")
+
+    def do_undo_and_redo(self):
+        self.user.key(*["ctrl+z"] * 3, *["ctrl+y"] * 2)
+
+    def do_reset(self):
+        self.user.click(places.RESET)
+
+    def do_zoom_by_wheel(self):
+        button = self.chance.choice((places.WHEEL_UP, places.WHEEL_DOWN))
+        self.user.turn_wheel(places.CANVAS, button, self.chance.randint(1, 6), "ctrl")
+        heard()
+        self.user.click(places.ZOOM_RESET)
+
+    def do_zoom_by_buttons(self):
+        for place in (places.ZOOM_IN, places.ZOOM_IN, places.ZOOM_OUT, places.ZOOM_RESET):
+            self.user.click(place)
+
+    def do_scroll(self):
+        self.user.turn_wheel(places.CANVAS, places.WHEEL_DOWN, 3)
+        self.user.turn_wheel(places.CANVAS, places.WHEEL_UP, 3)
+
+    def do_canvas_menu(self):
+        self.user.click(places.CANVAS, button=3)
+        heard()
+        self.user.key("Escape")
+
+    # The list.
+
+    def select(self, row):
+        self.selected = self.rows[row]
+
+    def do_up_and_down(self):
+        row = self.rows.index(self.selected)
+        downs = self.chance.randint(1, 6)
+        self.user.key(*["Down"] * downs, "Up")
+        self.select(max(0, min(row + downs, len(self.rows) - 1) - 1))
+        heard()
+        self.do_save_by_itself()
+
+    def row_in_sight(self, first=0):
+        return self.chance.randrange(first, min(places.ROWS_IN_SIGHT, len(self.rows)))
+
+    def do_click_on_row(self):
+        self.user.scroll_to_first_row()
+        row = self.row_in_sight()
+        self.user.click_on_row(row)
+        self.user.leave_rows()
+        self.select(row)
+
+    def do_row_menu(self):
+        self.user.click(self.user.row(0), button=3)
+        heard()
+        self.user.key("Escape")
+
+    def do_pin(self):
+        if self.pinned >= PINS - 1:
+            return False
+        self.user.scroll_to_first_row()
+        row = self.row_in_sight(self.pinned)
+        if not self.rows[row].file:
+            return False
+        self.user.click_on_row(row, places.PIN)
+        self.user.leave_rows()
+        self.rows.insert(0, self.rows.pop(row))
+        self.pinned += 1
+        return True
+
+    def do_unpin(self):
+        if not self.pinned:
+            return False
+        self.user.scroll_to_first_row()
+        row = self.chance.randrange(self.pinned)
+        self.user.click_on_row(row, places.PIN)
+        self.user.leave_rows()
+        self.pinned -= 1
+        self.rows.insert(self.pinned, self.rows.pop(row))
+        return True
+
+    def delete(self, row):
+        """What is said of the list here, it does itself."""
+        capture = self.rows.pop(row)
+        self.pinned -= row < self.pinned
+        self.select(max(row - 1, 0))
+        if capture.file:
+            wait(lambda: not capture.file.exists(), f"{capture} is not deleted")
+
+    def do_delete_by_key(self):
+        self.user.key("Delete")
+        heard()
+        self.delete(self.rows.index(self.selected))
+
+    def do_delete_by_mouse(self):
+        self.user.scroll_to_first_row()
+        row = self.row_in_sight()
+        self.user.click_on_row(row, places.CLOSE)
+        self.user.leave_rows()
+        self.delete(row)
+
+    def check_two_rows(self):
+        self.user.scroll_to_first_row()
+        self.user.click(places.SELECT)
+        heard()
+        rows = sorted(self.chance.sample(range(places.ROWS_IN_SIGHT), 2), reverse=True)
+        for row in rows:
+            self.user.click_on_row(row, places.CHECK)
+        return rows
+
+    def do_delete_checked(self):
+        rows = self.check_two_rows()
+        self.user.click(places.DELETE_ALL)
+        heard()
+        for row in rows:
+            self.delete(row)
+        self.select(0)
+
+    def do_save_checked(self):
+        rows = self.check_two_rows()
+        self.save_batch([self.rows[row] for row in rows], self.format)
+
+    def do_hide_list(self):
+        self.user.click(places.HIDE_LIST)
+        heard()
+        # The window treats events on its way, and only then the button is there.
+        time.sleep(0.1)
+        heard()
+        self.user.click(places.SHOW_LIST)
+        heard()
+
+    # Saving, and the other windows.
+
+    def do_save_by_itself(self):
+        tell("/autosave /skip")
+        self.looks_at_save(self.selected)
+
+    def do_save_by_dialog(self):
+        suffix = self.chance.choice(FORMATS)
+        self.user.key("ctrl+s")
+        self.user.dialog()
+        self.user.key("ctrl+a")
+        self.user.type(f"by hand.{suffix}")
+        self.user.key("Return")
+        path = RESULTS / f"by hand.{suffix}"
+        wait(path.exists, f"{self.selected} is not saved by hand")
+        self.user.dialog_closed()
+        self.look_at(path, self.selected)
+
+    def save_batch(self, captures, suffix):
+        """Those that are meant, from the last row to the first; the next saves are of that format, too."""
+        self.user.click(places.SAVE_ALL)
+        self.user.dialog()
+        self.user.key("Home", *["Down"] * FORMATS.index(suffix), "alt+s")
+        self.format = suffix
+        paths = [RESULTS / f"shot_{number}.{suffix}" for number in range(1, len(captures) + 1)]
+        wait(lambda: len(list(RESULTS.glob(f"shot_*.{suffix}"))) == len(paths), f"not {len(paths)} files saved")
+        self.user.dialog_closed()
+        heard()
+        # A number too many would be a row that should not be.
+        assert sorted(RESULTS.iterdir()) == sorted(paths), f"{sorted(path.name for path in RESULTS.iterdir())}"
+        with ThreadPoolExecutor(2) as readers:
+            list(readers.map(self.look_at, paths, captures))
+
+    def save_all(self):
+        """Which shows the whole list, in its order."""
+        self.user.show()
+        self.save_batch(self.rows[::-1], self.chance.choice(FORMATS))
+
+    def do_copy(self):
+        self.user.key("ctrl+c")
+
+    def do_preferences(self):
+        self.user.key("F4")
+        self.user.dialog()
+        self.user.key(*["Down"] * self.chance.randrange(PREFERENCE_PAGES),
+                      self.chance.choice(("Return", "Escape")))
+        self.user.dialog_closed()
+
+    def do_preferences_by_command(self):
+        tell(f"/preference {self.chance.randrange(PREFERENCE_PAGES)}")
+        self.close_dialog()
+
+    def do_about(self):
+        tell("/about")
+        self.close_dialog()
+
+    def do_print_preview(self):
+        self.user.key("ctrl+p")
+        self.close_dialog()
+
+    def close_dialog(self):
+        self.user.dialog()
+        self.user.key("Escape")
+        self.user.dialog_closed()
+
+    def do_floating_copy(self):
+        """It goes with its capture."""
+        row = self.rows.index(self.selected)
+        self.user.key("ctrl+alt+shift+f")
+        wait(lambda: len(windows()) == 2, "no floating copy")
+        subprocess.run(["wmctrl", "-i", "-a", hex(self.user.window)], check=True)
+        wait(lambda: xdotool("getactivewindow").strip() == str(self.user.window), "the window is not active")
+        self.user.key("Delete")
+        self.user.dialog_closed()
+        self.delete(row)
+
+    def do_menus(self):
+        for button in (places.HELP, places.MENU):
+            self.user.click(button)
+            heard()
+            self.user.key("Escape")
+            heard()
+
+    def do_hide(self):
+        self.user.hide()
+
+    def do_close(self):
+        subprocess.run(["wmctrl", "-i", "-c", hex(self.user.window)], check=True)
+        wait(lambda: not windows(), "closing does not hide")
+
+    def do_resize(self):
+        xdotool("windowsize", self.user.window, *NARROW)
+        wait(lambda: size_of(self.user.window) == NARROW, "the window keeps its size")
+        heard()
+
+    def do_refused_captures(self):
+        """A full list takes none when the oldest is not to go."""
+        if len(self.rows) < ROWS:
+            return False
+        tell(f"/updateprefvalue {AUTO_HISTORY_DELETE} 0")
+        heard()
+        content = png(600, 400, 0)
+        tell(f"/path \"{put_capture(f'refused-{self.refused}.png', content)}\"")
+        subprocess.run([SENDER, "--road", "memory", "-"], input=content, check=True, timeout=places.NEVER)
+        heard()
+        tell(f"/updateprefvalue {AUTO_HISTORY_DELETE} 1")
+        self.refused += 1
+        self.do_save_by_itself()
+        return True
+
+    # The list as a whole.
+
+    def check(self):
+        """Saves everything and compares it with what was done."""
+        self.doing = "checking the list"
+        self.save_all()
+        files = {capture.file for capture in self.rows if capture.file}
+        left = {path for path in WORK.glob("*.png") if not path.name.startswith("refused")}
+        assert left == files, f"in the work folder: {left ^ files}"
+
+    def empty(self):
+        self.doing = "emptying the list"
+        self.user.show()
+        self.user.click(places.DELETE_ALL)
+        heard()
+        files = [capture.file for capture in self.rows if capture.file]
+        wait(lambda: not any(file.exists() for file in files), "not all captures are deleted")
+        self.rows, self.pinned, self.selected = [], 0, None
+        for path in WORK.glob("refused-*.png"):
+            path.unlink()
+
+    @staticmethod
+    def left_over():
+        """Captures on the disk."""
+        return sorted(path.name for folder in (WORK, Path(WORK, "pin")) for path in folder.glob("*.png"))
