@@ -2,6 +2,7 @@
 // change. No change of what is signed goes unnoticed, and none makes another signer.
 
 #include "fuzz/support/input.h"
+#include "fuzz/support/scratchfolder.h"
 #include "fuzz/support/testroot.h"
 #include "platform/filesignature.h"
 
@@ -24,10 +25,33 @@ struct Fixture {
     const char *name;
     const char *signature; ///< of its own file, or null
 };
-constexpr Fixture Files[] = {{"norvane.dll", nullptr},     {"nested.dll", nullptr},
-                             {"stamped.dll", nullptr},     {"stampedlate.dll", nullptr},
-                             {"weak.dll", nullptr},        {"self.dll", nullptr},
-                             {"signed.so", "norvane.p7s"}, {"signed.so", "other.p7s"}};
+/// Seeds name them by their place (see make-corpus).
+constexpr Fixture Files[] = {{"norvane.dll", nullptr},
+                             {"nested.dll", nullptr},
+                             {"stamped.dll", nullptr},
+                             {"stampedlate.dll", nullptr},
+                             {"weak.dll", nullptr},
+                             {"self.dll", nullptr},
+                             {"signed.so", "norvane.p7s"},
+                             {"signed.so", "other.p7s"},
+                             {"signed.so", "named.p7s"},
+                             {"signed.so", nullptr},
+                             {"unsigned.dll", nullptr},
+                             {"expired.dll", nullptr},
+                             {"tls.dll", nullptr},
+                             {"plain.dll", nullptr},
+                             {"encipher.dll", nullptr},
+                             {"weakchain.dll", nullptr},
+                             {"chained.dll", nullptr},
+                             {"chainedany.dll", nullptr},
+                             {"chainedserver.dll", nullptr},
+                             {"chainedmaker.dll", nullptr},
+                             {"counterstamped.dll", nullptr},
+                             {"countermaker.dll", nullptr},
+                             {"counterweak.dll", nullptr},
+                             {"tokenstamped.dll", nullptr},
+                             {"tokenchanged.dll", nullptr},
+                             {"tokenweaklysigned.dll", nullptr}};
 
 void change(QByteArray *bytes, Input *input) {
     const int difference = input->number(-MostBytesBehind, MostBytesBehind);
@@ -50,6 +74,22 @@ QByteArray signedPart(const QByteArray &bytes) {
     return part.replace(CheckSum, CheckSumSize, QByteArray());
 }
 
+/// As it comes from the disk.
+platform::SignedFile writtenAndRead(const platform::SignedFile &file) {
+    const ScratchFolder folder;
+    const QString path = folder.write(QStringLiteral("file"), file.bytes);
+    if (file.hasSignatureFile)
+        folder.write(QStringLiteral("file.p7s"), file.signature);
+    platform::SignedFile read = platform::readSignedFile(path);
+    require(read.isRead && read.bytes == file.bytes, "what is checked is what the file holds");
+    const bool isShared = file.bytes.startsWith("\177ELF");
+    require(read.hasSignatureFile == (file.hasSignatureFile && isShared),
+            "a signature beside the file is that of a shared object");
+    require(!read.hasSignatureFile || read.signature == file.signature,
+            "what is checked is what its signature's file holds");
+    return read;
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
@@ -58,13 +98,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     Input input(data, size);
     const Fixture &chosen = Files[input.byte() % static_cast<int>(std::size(Files))];
     const QByteArray original = testroot::bytesOf(chosen.name);
-    platform::SignedFile file;
-    file.isRead = true;
-    file.bytes = original;
-    file.hasSignatureFile = chosen.signature != nullptr;
-    if (file.hasSignatureFile)
-        file.signature = testroot::bytesOf(chosen.signature);
-    change(file.hasSignatureFile && !input.flag() ? &file.signature : &file.bytes, &input);
+    platform::SignedFile changed;
+    changed.bytes = original;
+    changed.hasSignatureFile = chosen.signature != nullptr;
+    if (changed.hasSignatureFile)
+        changed.signature = testroot::bytesOf(chosen.signature);
+    change(changed.hasSignatureFile && !input.flag() ? &changed.signature : &changed.bytes, &input);
+    const platform::SignedFile file = writtenAndRead(changed);
 
     const platform::SignatureCheck full = platform::checkSignature(file, false);
     const platform::SignatureCheck cheap = platform::checkSignature(file, true);

@@ -69,6 +69,15 @@ void checkColor(const QString &value) {
     require(colorFromStyleValue(again).rgba() == opaque.rgba(), "a colour, written again, is the same");
 }
 
+/// Of the table that the editor brings.
+void checkOwnColor(const QString &key) {
+    static const QSettings table(QStringLiteral(":/style/editor_variables.ini"), QSettings::IniFormat);
+    const QColor color = StyleColors::instance().color(key);
+    require(color == colorFromStyleValue(table.value(key, QString()).toString()),
+            "a colour is what the table says of its key");
+    require(table.contains(key) || !color.isValid(), "what is not in the table has no colour");
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
@@ -83,8 +92,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     require(preprocessStyleSheet(sheet, variable, scale) == withPixels(withValues(sheet, variable), scale),
             "variables and sizes are replaced, and nothing else");
     const QStringList keys = table.allKeys();
-    for (const QString &key : keys)
+    for (const QString &key : keys) {
         checkColor(variable(key));
+        checkOwnColor(key);
+    }
     checkColor(sheet);
     return 0;
 }
