@@ -31,9 +31,9 @@ public:
 };
 
 /// Runs in the pool: touches its own picture and one file.
-bool encode(const QImage &image, const QString &path, int quality) {
-    trace(2, QStringLiteral("future"), "%ls", path.utf16());
-    return writeImage(image, path, quality);
+bool encode(const BatchQueue::Picture &picture) {
+    trace(2, QStringLiteral("future"), "%ls", picture.path.utf16());
+    return writeImage(picture.image, picture.path, picture.quality);
 }
 
 void paintWindows() {
@@ -42,6 +42,9 @@ void paintWindows() {
 }
 
 } // namespace
+
+BatchSave::BatchSave(const QString &base, int quality)
+    : m_base(base), m_quality(quality), m_queue(std::make_shared<BatchQueue>(encode)) {}
 
 int BatchSave::run(const QVector<QPointer<Editor>> &captures) {
     const BusyState busy([this] {
@@ -78,9 +81,9 @@ void BatchSave::startJob(Editor *editor, const QString &path) {
     waitForJobs(QThreadPool::globalInstance()->maxThreadCount());
     editor->finishDrag();
     editor->finishCurrentItem(true);
-    const QImage image = editor->flatten(true, false).toImage();
-    m_jobs.enqueue({editor, path, std::make_shared<const ReservedPaths>(QStringList{path}),
-                    QtConcurrent::run(encode, image, path, m_quality)});
+    m_queue->add({editor->flatten(true, false).toImage(), path, m_quality});
+    m_jobs.enqueue({editor, path, std::make_shared<const ReservedPaths>(QStringList{path})});
+    QtConcurrent::run([queue = m_queue] { queue->writeNext(); });
 }
 
 void BatchSave::waitForJobs(int remaining) {
@@ -92,9 +95,9 @@ void BatchSave::waitForJobs(int remaining) {
 }
 
 void BatchSave::takeResults() {
-    while (!m_jobs.isEmpty() && m_jobs.head().written.isFinished()) {
+    while (const std::optional<bool> isWritten = m_queue->takeFirst()) {
         const Job job = m_jobs.dequeue();
-        if (!job.written.result())
+        if (!*isWritten)
             continue;
         ++m_count;
         if (job.editor)

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "canvas/editor.h"
+#include "history/batchqueue.h"
 
 #include <QCoreApplication>
-#include <QFuture>
 #include <QPointer>
 #include <QQueue>
 #include <QStringList>
@@ -22,7 +22,7 @@ class ReservedPaths;
 class BatchSave {
 public:
     /// `base` is the name without number and suffix; `quality` as for `writeImage`.
-    BatchSave(const QString &base, int quality) : m_base(base), m_quality(quality) {}
+    BatchSave(const QString &base, int quality);
 
     /// Writes the captures in that order and returns how many were written; those that are gone by the time
     /// their turn comes are passed over.
@@ -31,11 +31,11 @@ public:
     QString firstPath() const { return m_firstPath; }
 
 private:
+    /// A picture that is in the queue.
     struct Job {
         QPointer<Editor> editor;
         QString path;
         std::shared_ptr<const ReservedPaths> reserved; ///< until the file is there
-        QFuture<bool> written;
     };
 
     void save(Editor *editor);
@@ -48,5 +48,6 @@ private:
     QString m_firstPath;
     int m_count = 0;
     QStringList m_used; ///< names given out
-    QQueue<Job> m_jobs;
+    const std::shared_ptr<BatchQueue> m_queue;
+    QQueue<Job> m_jobs; ///< in the order of the queue
 };
