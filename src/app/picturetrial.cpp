@@ -16,6 +16,20 @@
 namespace {
 
 const char *const trialOption = "--try-pictures";
+// By number: from a stream of the C library the toolkit reads only what has come already.
+constexpr int StandardInput = 0;
+
+/// Fewer bytes only at the end.
+QByteArray readWhole(QIODevice *device, int size) {
+    QByteArray bytes;
+    while (bytes.size() < size) {
+        const QByteArray piece = device->read(size - bytes.size());
+        if (piece.isEmpty())
+            break;
+        bytes += piece;
+    }
+    return bytes;
+}
 
 bool isPicture(QByteArray encoded) {
     QBuffer buffer(&encoded);
@@ -35,7 +49,7 @@ int PictureTrial::run(int argc, char **argv) {
     const QGuiApplication application(argc, argv);
     QFile question;
     QFile answers;
-    if (!question.open(stdin, QIODevice::ReadOnly) || !answers.open(stdout, QIODevice::WriteOnly))
+    if (!question.open(StandardInput, QIODevice::ReadOnly) || !answers.open(stdout, QIODevice::WriteOnly))
         return EXIT_FAILURE;
     answer(&question, &answers);
     return EXIT_SUCCESS;
@@ -43,13 +57,13 @@ int PictureTrial::run(int argc, char **argv) {
 
 void PictureTrial::answer(QIODevice *question, QIODevice *answers) {
     for (;;) {
-        const QByteArray sizeField = question->read(sizeof(quint64));
+        const QByteArray sizeField = readWhole(question, sizeof(quint64));
         if (sizeField.size() != int(sizeof(quint64)))
             return;
         const auto size = qFromBigEndian<quint64>(sizeField.constData());
         if (size > quint64(std::numeric_limits<int>::max()))
             return;
-        const QByteArray encoded = question->read(qint64(size));
+        const QByteArray encoded = readWhole(question, int(size));
         if (quint64(encoded.size()) != size)
             return;
         answers->putChar(isPicture(encoded) ? 'y' : 'n');

@@ -8,19 +8,20 @@
 #include <QFileInfo>
 #include <QIcon>
 
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
 namespace {
 
 const char *const messageOption = "--tell-unopened";
+// By number: from a stream of the C library the toolkit reads only what has come already.
+constexpr int StandardInput = 0;
 constexpr int NamedAtMost = 10;
 
 QStringList namesFromStandardInput() {
     QFile input;
     QStringList names;
-    if (!input.open(stdin, QIODevice::ReadOnly))
+    if (!input.open(StandardInput, QIODevice::ReadOnly))
         return names;
     for (const QByteArray &path : input.readAll().split('\0')) {
         if (!path.isEmpty())

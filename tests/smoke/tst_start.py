@@ -153,6 +153,14 @@ class Start(EditorTest):
         told = self.asked("--try-pictures", question=question)
         self.assertEqual((told.returncode, told.stdout, told.stderr), (0, b"ynn", b""))
         self.assertEqual(windows(), [])
+        # A question that comes in pieces, as a pipe brings it.
+        slow = subprocess.Popen([EDITOR, "--try-pictures"], stdin=subprocess.PIPE, stdout=subprocess.PIPE)
+        self.started.append(slow)
+        for at in range(0, len(question), 40):
+            time.sleep(0.05)
+            slow.stdin.write(question[at:at + 40])
+            slow.stdin.flush()
+        self.assertEqual(slow.communicate(timeout=60)[0], b"ynn")
 
     def test_a_file_that_cannot_be_opened_is_told_in_a_window(self):
         note = Path(os.environ["TMPDIR"]) / "a note.txt"
@@ -169,6 +177,19 @@ class Start(EditorTest):
                 self.send("--kill")
                 self.assertEqual(self.ended(first), 0)
         self.assertEqual(list(WORK.glob("*.png*")), [])
+        # Names that come late, as a pipe brings them.
+        message = subprocess.Popen([EDITOR, "--tell-unopened"], stdin=subprocess.PIPE)
+        self.started.append(message)
+        for name in (b"one.txt\0", b"another.txt"):
+            time.sleep(0.3)
+            message.stdin.write(name)
+            message.stdin.flush()
+        message.stdin.close()
+        self.window_count(1)
+        self.press_in_dialog("Return", 0)
+        self.assertEqual(self.ended(message), 0)
+        nothing = subprocess.run([EDITOR, "--tell-unopened"], stdin=subprocess.DEVNULL, check=False, timeout=60)
+        self.assertEqual(nothing.returncode, 0)
 
     def test_a_reader_who_has_seen_enough_is_no_trouble(self):
         # The pipe of a shell: its reader is gone before the program writes.

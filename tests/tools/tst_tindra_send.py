@@ -492,6 +492,15 @@ printf "%s\\n" "$@" >"{self.scratch}/arguments"
         self.send("--", "/path 그림😀.png")
         self.assertEqual(self.lines(editor, 1), ["/path 그림😀.png"])
 
+    def test_the_document_of_the_protocol_sends_the_same_bytes(self):
+        text = (TOOL.parents[1] / "docs/protocol.md").read_text(encoding="utf-8")
+        code = re.search(r"```python\n(.*?)```", text, re.DOTALL).group(1)
+        tool = tool_as_module()
+        for line in ("x /show", "x /path 그림😀.png", "x" * 40000):
+            connection = mock.Mock()
+            exec(code, {"struct": struct, "line": line, "connection": connection})
+            connection.sendall.assert_called_once_with(tool.encoded(line))
+
     # Wrong usage and bad pictures.
 
     def test_wrong_usage(self):
