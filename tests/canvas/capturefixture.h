@@ -2,7 +2,10 @@
 
 #include "canvas/editor.h"
 
+#include <QEvent>
 #include <QImage>
+
+#include <functional>
 
 class QWidget;
 
@@ -35,6 +38,33 @@ private:
 
     QWidget *m_viewport;
     Qt::MouseButtons m_buttons;
+};
+
+/// Counts how often a widget is brought to the front.
+class RaiseCounter : public QObject {
+public:
+    int raises = 0;
+    bool eventFilter(QObject *, QEvent *event) override {
+        raises += event->type() == QEvent::ZOrderChange;
+        return false;
+    }
+};
+
+/// Does something as soon as a widget hides.
+class HideListener : public QObject {
+public:
+    bool heard = false;
+    explicit HideListener(std::function<void()> answer) : m_answer(std::move(answer)) {}
+    bool eventFilter(QObject *, QEvent *event) override {
+        if (event->type() == QEvent::Hide) {
+            heard = true;
+            m_answer();
+        }
+        return false;
+    }
+
+private:
+    std::function<void()> m_answer;
 };
 
 } // namespace capture

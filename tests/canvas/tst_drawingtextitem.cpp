@@ -52,12 +52,15 @@ private slots:
     void textBeginsWithTheStoredSettings();
     void storedSizeThatIsNoneGivesAUsableText();
     void openTextIsNoStep();
+    void undoAndRedoAreNotOffered_data();
+    void undoAndRedoAreNotOffered();
     void pressMarksTheCaptureUnsaved();
 
     void boxFollowsTheLongestLine();
     void widthRuleRunsAfter_data();
     void widthRuleRunsAfter();
     void returnMakesALine();
+    void droppedTextWidensTheBox();
 
     void composedSyllables();
     void onlyComposingKeepsTheBoxInSight_data();
@@ -91,6 +94,8 @@ private slots:
     void blankTextIsKept();
     void closesOnceHoweverItIsClosed_data();
     void closesOnceHoweverItIsClosed();
+    void closingIsNotBegunAnewByWhatItCauses_data();
+    void closingIsNotBegunAnewByWhatItCauses();
     void closedTextIsInert();
     void textEmptiesTheRedoList();
     void undoAndRedoMoveTheSameText();
@@ -114,6 +119,8 @@ private:
     /// Of the open text, or the last closed one.
     DrawingTextItem *text() const;
     void type(const QString &typed);
+    /// As another program does, into the middle of the open text.
+    void drop(const QString &dropped);
     void compose(const QString &composed, const QString &finished = QString());
     void click(const QPoint &scenePos, Qt::KeyboardModifiers modifiers = Qt::NoModifier,
                Qt::MouseButton button = Qt::LeftButton);
@@ -191,6 +198,19 @@ void Tst_DrawingTextItem::type(const QString &typed) {
     }
 }
 
+void Tst_DrawingTextItem::drop(const QString &dropped) {
+    const QPoint pos = inView(text()->sceneBoundingRect().center());
+    QMimeData data;
+    data.setText(dropped);
+    QDragEnterEvent enter(pos, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(m_view->viewport(), &enter);
+    QDragMoveEvent over(pos, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(m_view->viewport(), &over);
+    QVERIFY(over.isAccepted());
+    QDropEvent release(pos, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(m_view->viewport(), &release);
+}
+
 void Tst_DrawingTextItem::compose(const QString &composed, const QString &finished) {
     QInputMethodEvent event(composed, {});
     event.setCommitString(finished);
@@ -249,6 +269,39 @@ void Tst_DrawingTextItem::openTextIsNoStep() {
     QCOMPARE(m_editor->shapeType(), Editor::TextEditing);
 }
 
+void Tst_DrawingTextItem::undoAndRedoAreNotOffered_data() {
+    QTest::addColumn<std::function<void()>>("finish");
+    QTest::addColumn<bool>("canRedo"); // afterwards
+    QTest::newRow("kept") << std::function<void()>([this] { click({300, 250}); }) << false;
+    QTest::newRow("thrown away") << std::function<void()>([this] { m_editor->finishCurrentItem(false); })
+                                 << true;
+}
+
+void Tst_DrawingTextItem::undoAndRedoAreNotOffered() {
+    QFETCH(std::function<void()>, finish);
+    bool undo = false, redo = false;
+    const QObject listener;
+    connect(m_view.get(), &EditorView::canUndo, &listener, [&](bool can) { undo = can; });
+    connect(m_view.get(), &EditorView::canRedo, &listener, [&](bool can) { redo = can; });
+    m_editor->setShape(Editor::Pen);
+    m_mouse->drag({{20, 20}, {40, 40}, {60, 30}});
+    m_mouse->drag({{20, 220}, {40, 240}, {60, 230}});
+    m_editor->undo();
+    m_editor->setShape(Editor::Text);
+    QCoreApplication::processEvents();
+    QVERIFY(undo && redo);
+    open({60, 70});
+    QCoreApplication::processEvents();
+    QVERIFY(!undo && !redo);
+    type(QStringLiteral("abc"));
+    QCoreApplication::processEvents();
+    QVERIFY(!undo && !redo);
+    finish();
+    QCoreApplication::processEvents();
+    QVERIFY(undo);
+    QTEST(redo, "canRedo");
+}
+
 void Tst_DrawingTextItem::pressMarksTheCaptureUnsaved() {
     m_editor->setSavedPath(QStringLiteral("/somewhere.png"));
     m_mouse->press({60, 70});
@@ -277,6 +330,7 @@ void Tst_DrawingTextItem::widthRuleRunsAfter_data() {
     QTest::newRow("key press") << std::function<void()>([this] { type(QStringLiteral("b")); });
     QTest::newRow("input method") << std::function<void()>([this] { compose(Syllable); });
     QTest::newRow("focus out") << std::function<void()>([this] { m_editor->setFocusItem(nullptr); });
+    QTest::newRow("drop") << std::function<void()>([this] { drop(QStringLiteral("b")); });
     QTest::newRow("font") << std::function<void()>([this] { text()->onChangeFont(12, Qt::red, 0); });
 }
 
@@ -298,6 +352,17 @@ void Tst_DrawingTextItem::returnMakesALine() {
     type(QStringLiteral("b"));
     QCOMPARE(item->toPlainText(), QStringLiteral("a\nb"));
     QVERIFY(qAbs(item->boundingRect().height() - 12 - 2 * oneLine) <= 1);
+    QCOMPARE(m_editor->shapeType(), Editor::TextEditing);
+}
+
+void Tst_DrawingTextItem::droppedTextWidensTheBox() {
+    const DrawingTextItem *item = open({60, 70});
+    type(QStringLiteral("a"));
+    drop(LongLine);
+    QCOMPARE(item->toPlainText(), QStringLiteral("a") + LongLine);
+    const double needed = QFontMetricsF(item->font()).horizontalAdvance(LongLine);
+    QVERIFY2(item->boundingRect().width() >= needed, qPrintable(QString::number(needed)));
+    QCOMPARE(item->document()->firstBlock().layout()->lineCount(), 1);
     QCOMPARE(m_editor->shapeType(), Editor::TextEditing);
 }
 
@@ -718,6 +783,36 @@ void Tst_DrawingTextItem::closesOnceHoweverItIsClosed() {
     item->setSelected(true);
     item->setSelected(false);
     QCOMPARE(finished.count(), 1);
+}
+
+void Tst_DrawingTextItem::closingIsNotBegunAnewByWhatItCauses_data() {
+    QTest::addColumn<QString>("cause");
+    QTest::newRow("the text loses the focus") << QStringLiteral("focus");
+    QTest::newRow("the popup hides") << QStringLiteral("popup");
+}
+
+// Whoever hears of a step of the closing may want the text closed as well, and in another way.
+void Tst_DrawingTextItem::closingIsNotBegunAnewByWhatItCauses() {
+    QFETCH(QString, cause);
+    DrawingTextItem *item = open({60, 70});
+    type(QStringLiteral("abc"));
+    QSignalSpy finished(item, &DrawingTextItem::finishEdit);
+    int heard = 0;
+    const auto throwAway = [&] {
+        ++heard;
+        m_editor->finishCurrentItem(false);
+    };
+    capture::HideListener popup(throwAway);
+    const QObject focus;
+    if (cause == QLatin1String("popup"))
+        m_view->findChild<TextPopup *>()->installEventFilter(&popup);
+    else
+        connect(m_editor.get(), &QGraphicsScene::focusItemChanged, &focus, throwAway);
+    m_editor->finishCurrentItem(true);
+    QVERIFY(heard > 0);
+    QCOMPARE(finished.count(), 1);
+    QCOMPARE(finished.first(), (QList<QVariant>{true, true}));
+    QCOMPARE(m_editor->items(), QList<QGraphicsItem *>{item});
 }
 
 void Tst_DrawingTextItem::closedTextIsInert() {

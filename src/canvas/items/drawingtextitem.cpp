@@ -165,6 +165,11 @@ bool DrawingTextItem::sceneEvent(QEvent *event) {
         ensureVisible(QRectF(), ComposingMargin, ComposingMargin);
         return handled;
     }
+    case QEvent::GraphicsSceneDrop: {
+        const bool handled = QGraphicsTextItem::sceneEvent(event);
+        applyWidthRule();
+        return handled;
+    }
     case QEvent::FocusOut:
         applyWidthRule();
         return QGraphicsTextItem::sceneEvent(event);
