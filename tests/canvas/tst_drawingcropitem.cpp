@@ -35,16 +35,6 @@ public:
     }
 };
 
-/// Counts how often a widget is brought to the front.
-class RaiseCounter : public QObject {
-public:
-    int raises = 0;
-    bool eventFilter(QObject *, QEvent *event) override {
-        raises += event->type() == QEvent::ZOrderChange;
-        return false;
-    }
-};
-
 } // namespace
 
 Q_DECLARE_METATYPE(std::function<void()>)
@@ -103,6 +93,7 @@ private slots:
     void viewGoesWhileTheFrameIsOpen();
     void editorWithoutViewCrops();
     void focusBringsTheFrameToTheFront();
+    void frameThatOpensBringsItsPopupToTheFront();
 
 private:
     void open();
@@ -761,7 +752,7 @@ void Tst_DrawingCropItem::editorWithoutViewCrops() {
 
 void Tst_DrawingCropItem::focusBringsTheFrameToTheFront() {
     open();
-    RaiseCounter frame, floating;
+    capture::RaiseCounter frame, floating;
     proxy()->widget()->installEventFilter(&frame);
     popup()->installEventFilter(&floating);
     QFocusEvent focus(QEvent::FocusIn, Qt::OtherFocusReason);
@@ -773,6 +764,20 @@ void Tst_DrawingCropItem::focusBringsTheFrameToTheFront() {
     QCOMPARE(frame.raises, 1);
     QCOMPARE(floating.raises, 1);
     compareCrop(Whole);
+}
+
+// Without a view, which would do the same for a popup that it places.
+void Tst_DrawingCropItem::frameThatOpensBringsItsPopupToTheFront() {
+    CropPopup floating;
+    floating.show(); // else its window comes to the front by being new
+    capture::RaiseCounter counter;
+    floating.installEventFilter(&counter);
+    QGraphicsScene scene;
+    auto *item = new DrawingCropItem(QRectF(Whole), QRect(), &scene);
+    item->attachPopup(&floating);
+    QCOMPARE(counter.raises, 0);
+    scene.addItem(item);
+    QCOMPARE(counter.raises, 1);
 }
 
 QTEST_MAIN(Tst_DrawingCropItem)

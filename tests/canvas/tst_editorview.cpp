@@ -1,14 +1,16 @@
 #include "canvas/canvasmenu.h"
 #include "canvas/capturefixture.h"
-#include "canvas/editorview.h"
 #include "canvas/fakeitems.h"
 #include "canvas/imagetoolwidget.h"
+#include "canvas/scaledview.h"
 #include "ipc/imageprovider.h"
 #include "popups/itembutton.h"
 #include "popups/popup.h"
+#include "popups/textpopup.h"
 #include "preferences/tindrapreferences.h"
 #include "support/imagecompare.h"
 #include "ui/menu.h"
+#include "ui/uistyler.h"
 
 #include <QContextMenuEvent>
 #include <QElapsedTimer>
@@ -29,16 +31,12 @@ constexpr int Notch = 120;
 constexpr int QuietTime = 66;
 const QColor Around(90, 120, 30);
 
-/// Counts how often the scene is painted anew; stands on a screen of any resolution.
-class CountingView : public EditorView {
+/// Counts how often the scene is painted anew.
+class CountingView : public ScaledView {
 public:
     int scenePaints = 0;
-    int dpi = 96;
 
 protected:
-    int metric(PaintDeviceMetric which) const override {
-        return which == PdmDpiX || which == PdmDpiY ? dpi : EditorView::metric(which);
-    }
     void drawBackground(QPainter *painter, const QRectF &rect) override {
         ++scenePaints;
         EditorView::drawBackground(painter, rect);
@@ -127,6 +125,7 @@ private slots:
     void mouseNearAnOpenTextAsksNoOtherItem();
     void exposureDoesNotPaintTheScene();
     void eachCauseOfARepaintShows();
+    void paintWithinAPaintLeavesTheBackgroundOut();
     void withoutEditorOnlyTheBackgroundIsShown();
     void editorThatDiesWhileShownIsForgotten();
 
@@ -140,10 +139,12 @@ private slots:
     void historyButtonMarginFollowsTheScale_data();
     void historyButtonMarginFollowsTheScale();
     void historyButtonAsksForThePanelAndHides();
+    void movedWindowPlacesOnceHoweverOftenItIsTold();
     void menuEntriesInOrder();
     void menuChecksThePresentTool_data();
     void menuChecksThePresentTool();
     void menuIsDisabledWithoutEditor();
+    void menuOpensWhereItIsAskedFor();
     void menuEntriesAskTheMainWindow();
     void panelsHangBelowTheirEntries();
     void aiToolsMenuNeedsItsEntry();
@@ -233,8 +234,14 @@ void Tst_EditorView::cursorOfTool() {
     QFETCH(int, cursor);
     QFETCH(QString, picture);
     QSignalSpy spy(m_view.get(), &EditorView::changeShape);
+    // Whoever hears of the tool finds its cursor in place.
+    int cursorWhenTold = -1;
+    const QObject listener;
+    connect(m_view.get(), &EditorView::changeShape, &listener,
+            [&] { cursorWhenTold = int(m_view->viewport()->cursor().shape()); });
     m_editor->setShape(static_cast<Editor::ShapeType>(shape));
     QCOMPARE(spy.count(), 1);
+    QCOMPARE(cursorWhenTold, cursor);
     QCOMPARE(spy.first().first().value<Editor::ShapeType>(), static_cast<Editor::ShapeType>(shape));
     QCOMPARE(int(m_view->viewport()->cursor().shape()), cursor);
     if (!picture.isEmpty()) {
@@ -860,6 +867,30 @@ void Tst_EditorView::itemIsCutAtTheCropAndWholeAfterItsUndo() {
     COMPARE_IMAGES(shown(), cut, "cut again");
 }
 
+// Whoever hears in the middle of a paint that the picture has become another may look at the view at once.
+void Tst_EditorView::paintWithinAPaintLeavesTheBackgroundOut() {
+    const auto render = [this] {
+        QImage image(400, 300, QImage::Format_RGB32);
+        image.fill(Around);
+        QPainter painter(&image);
+        m_view->render(&painter);
+        return image;
+    };
+    QImage empty(400, 300, QImage::Format_RGB32);
+    empty.fill(Around);
+    QImage inner;
+    connect(m_editor.get(), &QGraphicsScene::sceneRectChanged, this, [&] { inner = render(); });
+    load(*m_editor, QSize(200, 140), QStringLiteral("of the same size"));
+    QVERIFY(inner.isNull());
+    const QImage other = capture::picture(QSize(90, 70));
+    ImageProvider::instance()->insert(QStringLiteral("of the same size"), QPixmap::fromImage(other));
+    const QImage outer = render();
+    COMPARE_IMAGES(inner, empty, "within");
+    disconnect(m_editor.get(), &QGraphicsScene::sceneRectChanged, this, nullptr);
+    QVERIFY(outer != empty);
+    COMPARE_IMAGES(render(), outer, "afterwards");
+}
+
 void Tst_EditorView::withoutEditorOnlyTheBackgroundIsShown() {
     m_view->setEditor(nullptr);
     QCoreApplication::processEvents();
@@ -913,8 +944,9 @@ void Tst_EditorView::zoomToolStandsAtTheBottomLeft() {
     check(10, 20);
     m_view->resize(350, 260);
     check(10, 20);
+    // The styler tells of another scale.
     m_view->dpi = 144;
-    m_view->onZoomIn();
+    UIStyler::applyScale(m_view.get(), 1.5);
     check(15, 30);
 }
 
@@ -995,11 +1027,18 @@ void Tst_EditorView::historyButtonMarginFollowsTheScale_data() {
 void Tst_EditorView::historyButtonMarginFollowsTheScale() {
     QFETCH(double, scale);
     QFETCH(int, margin);
-    m_view->dpi = int(scale * 96);
     auto *button = m_view->findChild<ItemButton *>(QStringLiteral("historyShow_"));
+    const auto check = [button](int expected) {
+        QCOMPARE(button->geometry().right(), 400 - expected - 1);
+        QCOMPARE(button->geometry().top(), expected);
+    };
+    m_view->dpi = int(scale * 96);
     m_view->onClickHistoryHide();
-    QCOMPARE(button->geometry().right(), 400 - margin - 1);
-    QCOMPARE(button->geometry().top(), margin);
+    check(margin);
+    // Another screen while it is seen.
+    m_view->dpi = 240;
+    UIStyler::applyScale(m_view.get(), 2.5);
+    check(25);
 }
 
 void Tst_EditorView::historyButtonAsksForThePanelAndHides() {
@@ -1009,6 +1048,27 @@ void Tst_EditorView::historyButtonAsksForThePanelAndHides() {
     button->click();
     QCOMPARE(spy.count(), 1);
     QVERIFY(!button->isVisible());
+}
+
+void Tst_EditorView::movedWindowPlacesOnceHoweverOftenItIsTold() {
+    TextEditor editor;
+    load(editor, QSize(200, 140), QStringLiteral("text"));
+    m_view->setEditor(&editor);
+    openText(editor, {60, 70});
+    auto *popup = m_view->findChild<TextPopup *>();
+    QVERIFY(popup->isVisible());
+    // The popup goes out of the way, and that is told as a move of the window again.
+    capture::HideListener listener([this] { m_view->onMoveMainWindow(); });
+    capture::RaiseCounter placed;
+    popup->installEventFilter(&listener);
+    popup->installEventFilter(&placed);
+    m_view->onMoveMainWindow();
+    QVERIFY(listener.heard);
+    QCOMPARE(placed.raises, 1);
+    m_view->onMoveMainWindow();
+    QCOMPARE(placed.raises, 2);
+    popup->removeEventFilter(&listener);
+    m_view->setEditor(nullptr);
 }
 
 void Tst_EditorView::withMenuOpen(const std::function<void(CanvasMenu *)> &check) {
@@ -1087,6 +1147,15 @@ void Tst_EditorView::menuIsDisabledWithoutEditor() {
     withMenuOpen([](CanvasMenu *menu) { QVERIFY(!menu->isEnabled()); });
     m_view->setEditor(m_editor.get());
     withMenuOpen([](CanvasMenu *menu) { QVERIFY(menu->isEnabled()); });
+}
+
+void Tst_EditorView::menuOpensWhereItIsAskedFor() {
+    // The menu key asks for it away from the mouse.
+    QCursor::setPos(5, 5);
+    m_view->move(130, 90);
+    const QPoint place = m_view->mapToGlobal(QPoint(20, 20));
+    QVERIFY(place.x() > 100 && place.y() > 100);
+    withMenuOpen([place](CanvasMenu *menu) { QCOMPARE(menu->pos(), place); });
 }
 
 void Tst_EditorView::menuEntriesAskTheMainWindow() {

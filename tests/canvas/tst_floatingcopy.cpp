@@ -5,6 +5,7 @@
 #include "support/imagecompare.h"
 
 #include <QLabel>
+#include <QPainter>
 #include <QtTest>
 
 class Tst_FloatingCopy : public QObject {
@@ -59,13 +60,19 @@ bool Tst_FloatingCopy::send(QWidget *window, QEvent::Type type, const QPoint &gl
 }
 
 void Tst_FloatingCopy::showsTheFlattenedPicture() {
+    EditorView view;
+    view.show();
+    view.setEditor(m_editor.get());
     m_editor->setShape(Editor::Rectangle);
+    capture::Mouse(view.viewport()).drag({view.mapFromScene(20, 15), view.mapFromScene(50, 40)});
     m_editor->applyCrop(QRect(10, 5, 100, 60));
     FloatingCopy *copy = open();
     QCOMPARE(copy->size(), QSize(100, 60));
     QVERIFY(copy->isVisible());
+    QImage expected = capture::picture(QSize(120, 80));
+    QPainter(&expected).fillRect(20, 15, 30, 25, Qt::green);
     COMPARE_IMAGES(copy->grab().toImage().convertToFormat(QImage::Format_RGB32),
-                   capture::picture(QSize(120, 80)).copy(10, 5, 100, 60), "copy");
+                   expected.copy(10, 5, 100, 60), "copy");
 }
 
 void Tst_FloatingCopy::pictureFollowsTheWindow() {

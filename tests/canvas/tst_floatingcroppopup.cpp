@@ -1,8 +1,8 @@
 #include "canvas/capturefixture.h"
 #include "canvas/cropplacement.h"
-#include "canvas/editorview.h"
 #include "canvas/floatingcroppopup.h"
 #include "canvas/items/drawingcropitem.h"
+#include "canvas/scaledview.h"
 #include "popups/croppopup.h"
 
 #include <QScrollBar>
@@ -20,6 +20,8 @@ private slots:
     void belongsToTheView();
     void staysAtTheFrame_data();
     void staysAtTheFrame();
+    void gapIsTheSameAtEachScale_data();
+    void gapIsTheSameAtEachScale();
     void barsTakeRoom();
     void comesAndGoesWithTheView();
     void staysAwayWithoutACrop();
@@ -141,10 +143,34 @@ void Tst_FloatingCropPopup::staysAtTheFrame() {
     open({600, 400}, {900, 700});
     const QPoint first = popup()->pos();
     QVERIFY(popup()->isVisible());
+    capture::RaiseCounter counter;
+    popup()->installEventFilter(&counter);
     change();
     QCOMPARE(popup()->pos(), expectedPlace());
-    if (qstrcmp(QTest::currentDataTag(), "opened") != 0)
-        QVERIFY(popup()->pos() != first);
+    if (qstrcmp(QTest::currentDataTag(), "opened") == 0)
+        return;
+    QVERIFY(popup()->pos() != first);
+    QVERIFY(counter.raises > 0);
+}
+
+void Tst_FloatingCropPopup::gapIsTheSameAtEachScale_data() {
+    QTest::addColumn<int>("dpi");
+    for (const int dpi : {96, 144, 192})
+        QTest::addRow("%d DPI", dpi) << dpi;
+}
+
+void Tst_FloatingCropPopup::gapIsTheSameAtEachScale() {
+    QFETCH(int, dpi);
+    auto view = std::make_unique<ScaledView>();
+    view->dpi = dpi;
+    view->setFrameShape(QFrame::NoFrame);
+    m_view = std::move(view);
+    open({600, 400}, {1500, 1200});
+    QSize size(500, 300);
+    emit popup()->sizeChanged(size);
+    const QRect frame = m_item->frame();
+    const QPoint corner = m_view->viewport()->mapToGlobal(m_view->mapFromScene(frame.bottomRight()));
+    QCOMPARE(popup()->pos(), corner + QPoint(-popup()->width(), 10));
 }
 
 void Tst_FloatingCropPopup::barsTakeRoom() {

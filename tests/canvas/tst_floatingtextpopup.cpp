@@ -1,6 +1,6 @@
 #include "canvas/capturefixture.h"
-#include "canvas/editorview.h"
 #include "canvas/items/drawingtextitem.h"
+#include "canvas/scaledview.h"
 #include "popups/combobox.h"
 #include "popups/itembutton.h"
 #include "popups/textpopup.h"
@@ -53,6 +53,8 @@ private slots:
     void pressInTheBoxBringsItBack();
     void typingBringsItBack_data();
     void typingBringsItBack();
+    void comesToTheFrontBy_data();
+    void comesToTheFrontBy();
     void hidesAndReturnsAtItsPlace_data();
     void hidesAndReturnsAtItsPlace();
     void composingThatScrollsHidesIt();
@@ -76,7 +78,7 @@ private:
     DrawingTextItem *text() const;
 
     std::unique_ptr<Editor> m_editor;
-    std::unique_ptr<EditorView> m_view;
+    std::unique_ptr<ScaledView> m_view;
     std::unique_ptr<capture::Mouse> m_mouse;
     TextPopup *m_popup = nullptr;
 };
@@ -87,7 +89,7 @@ void Tst_FloatingTextPopup::init() {
     TindraPreferences::instance()->SetInt(TindraPreferences::LastDrawingItem, Editor::Text);
     m_editor = std::make_unique<Editor>();
     capture::load(*m_editor, QStringLiteral("capture"), capture::picture(QSize(1500, 1200)));
-    m_view = std::make_unique<EditorView>();
+    m_view = std::make_unique<ScaledView>();
     m_view->setFrameShape(QFrame::NoFrame);
     m_view->setGeometry(100, 200, 400, 300);
     m_view->show();
@@ -147,13 +149,18 @@ bool Tst_FloatingTextPopup::isInPlace() const {
 
 void Tst_FloatingTextPopup::appearsAboveTheText_data() {
     QTest::addColumn<int>("zoomSteps");
-    QTest::newRow("100 %") << 0;
-    QTest::newRow("250 %") << 10;
-    QTest::newRow("55 %") << -10;
+    QTest::addColumn<int>("dpi");
+    QTest::newRow("100 %") << 0 << 96;
+    QTest::newRow("250 %") << 10 << 96;
+    QTest::newRow("55 %") << -10 << 96;
+    QTest::newRow("100 %, 144 DPI") << 0 << 144;
+    QTest::newRow("100 %, 192 DPI") << 0 << 192;
 }
 
 void Tst_FloatingTextPopup::appearsAboveTheText() {
     QFETCH(int, zoomSteps);
+    QFETCH(int, dpi);
+    m_view->dpi = dpi;
     for (int i = 0; i < qAbs(zoomSteps); ++i)
         zoomSteps > 0 ? m_view->onZoomIn() : m_view->onZoomOut();
     QVERIFY(!m_popup->isVisible());
@@ -313,6 +320,28 @@ void Tst_FloatingTextPopup::typingBringsItBack() {
     m_popup->hide();
     typing();
     QVERIFY(m_popup->isVisible());
+}
+
+void Tst_FloatingTextPopup::comesToTheFrontBy_data() {
+    QTest::addColumn<std::function<void()>>("action");
+    const auto row = [](const char *name, const std::function<void()> &action) {
+        QTest::newRow(name) << action;
+    };
+    row("letter", [this] { type('a'); });
+    row("composed", [this] { compose(QStringLiteral("\uac00")); });
+    row("press in the box", [this] { m_mouse->press({126, 190}); });
+    row("box moved", [this] { text()->moveBy(-20, 5); });
+}
+
+// Another window may lie over it.
+void Tst_FloatingTextPopup::comesToTheFrontBy() {
+    QFETCH(std::function<void()>, action);
+    open({120, 190});
+    QVERIFY(m_popup->isVisible());
+    capture::RaiseCounter counter;
+    m_popup->installEventFilter(&counter);
+    action();
+    QCOMPARE(counter.raises, 1);
 }
 
 void Tst_FloatingTextPopup::hidesAndReturnsAtItsPlace_data() {
