@@ -48,10 +48,27 @@ class CheckTree(unittest.TestCase):
 
     def test_links_lead_somewhere(self):
         self.problems("docs/b.md", "")
-        self.assertEqual(self.problems("docs/a.md", "[b](b.md) [c](b.md#c) [d](#d) [e](https://e.example/x)"), [])
+        self.assertEqual(self.problems("docs/a.md", "[b](b.md) [c](../docs/b.md) [e](https://e.example/x#y)"), [])
         self.assertEqual(self.problems("docs/a.md", "[x](x.md)"), ["docs/a.md:1: the link leads nowhere: x.md"])
         self.assertEqual(self.problems("docs/a.md", '<img alt="" src="x.png">'),
                          ["docs/a.md:1: the link leads nowhere: x.png"])
+
+    def test_links_to_headings_lead_to_one(self):
+        self.problems("docs/b.md", "# First, *the* `word` of 2_3\n")
+        good = "[b](b.md#first-the-word-of-2_3)\n## Here, too\n[here](#here-too)\n"
+        self.assertEqual(self.problems("docs/a.md", good), [])
+        for link in ("b.md#first", "#there", "b.md#here-too"):
+            with self.subTest(link=link):
+                self.assertEqual(self.problems("docs/a.md", f"[x]({link})\n## Here, too\n"),
+                                 [f"docs/a.md:1: the link leads nowhere: {link}"])
+
+    def test_each_picture_is_shown(self):
+        for name in ("one.png", "two.svg", "sheet-100.png", "sheet-200.png", "lost.png", "other-150.png"):
+            self.problems(f"docs/images/{name}", "")
+        problems = self.problems("README.md", '![a](docs/images/one.png) <img src="docs/images/two.svg">\n'
+                                 "![c](docs/images/sheet-100.png)\n")
+        self.assertEqual(problems, ["docs/images/lost.png: no document shows it",
+                                    "docs/images/other-150.png: no document shows it"])
 
     def test_what_the_build_makes_is_not_looked_at(self):
         self.assertEqual(self.problems("build/dev/src/a.cpp", "\n" * 601), [])
