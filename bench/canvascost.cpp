@@ -7,30 +7,25 @@
 // and the selection of another capture until it is painted; and the time from the press of the mosaic to a
 // preview that is right, there and on a scroll capture.
 
-#include "canvas/editorview.h"
 #include "canvas/items/drawingcropitem.h"
 #include "canvas/items/drawingtextitem.h"
 #include "canvas/pixelate.h"
-#include "ipc/imageprovider.h"
+#include "canvasbench.h"
+#include "figures.h"
+#include "measuring.h"
 #include "preferences/tindrapreferences.h"
+#include "sceneitems.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QMouseEvent>
 #include <QScrollBar>
-#include <QThread>
-
-#include <time.h>
 
 #include <algorithm>
-#include <cmath>
-#include <cstdio>
 #include <functional>
 #include <vector>
 
 namespace {
 
-const QSize ViewSize(1920, 1080);
 const QSize CaptureSize(3840, 2160);
 const QSize ScrollCaptureSize(1920, 30000);
 constexpr int Moves = 150;
@@ -39,50 +34,12 @@ constexpr int MovesAtOnce = 10;
 constexpr int Runs = 15;
 /// Where the measured motions begin: to the right of all items.
 constexpr QPoint DragStart(1100, 300);
-/// Milliseconds after which a reduced picture has its smooth copy, with a margin.
-constexpr int SmoothAfter = 250;
 constexpr int Half = 9; // the zoom step of 50.5 %
 constexpr int Full = 20;
-constexpr double MoveTargetMs = 0.6;
-constexpr double GrowthTarget = 1.25;
-constexpr double FrameTargetMs = 16;
-constexpr double PreviewTargetMs = 100;
-
-double processorMs() {
-    timespec time;
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return time.tv_sec * 1e3 + time.tv_nsec / 1e6;
-}
-
-double median(QVector<double> values) {
-    std::sort(values.begin(), values.end());
-    return values.at(values.size() / 2);
-}
-
-void print(const QString &name, double measured, const char *unit, double target) {
-    std::printf("%-58s %8.3f %-4s %8.2f %s\n", qPrintable(name), measured, unit, target,
-                measured <= target ? "met" : "missed");
-    std::fflush(stdout);
-}
-
-QPixmap picture(const QSize &size) {
-    QImage image(size, QImage::Format_RGB32);
-    for (int y = 0; y < size.height(); ++y) {
-        auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
-        for (int x = 0; x < size.width(); ++x)
-            line[x] = qRgb(x / 16, y / 9, (x ^ y) & 255);
-    }
-    return QPixmap::fromImage(image);
-}
-
-class PaintCounter : public QObject {
-public:
-    int paints = 0;
-    bool eventFilter(QObject *, QEvent *event) override {
-        paints += event->type() == QEvent::Paint;
-        return false;
-    }
-};
+constexpr double MoveBoundMs = 0.6;
+constexpr double GrowthBound = 1.25;
+constexpr double FrameBoundMs = 16;
+constexpr double PreviewBoundMs = 100;
 
 struct Tool {
     Editor::ShapeType shape;
@@ -119,13 +76,10 @@ public:
     void measure();
 
 private:
-    void load(Editor &editor, const char *key, const QSize &size);
-    void rest(int milliseconds);
-    /// Until the view has painted once more.
-    void waitForPaint();
-    template <class Action> double untilPainted(Action action);
-    void send(QEvent::Type type, const QPoint &pos, Qt::MouseButton held = Qt::LeftButton);
-    void addItems(int count);
+    double untilPainted(const std::function<void()> &action) { return m_canvas.untilPainted(action); }
+    void send(QEvent::Type type, const QPoint &pos, Qt::MouseButton held = Qt::LeftButton) {
+        m_canvas.send(type, pos, held);
+    }
     void show(int zoomStep);
     std::vector<Motion> motions();
     Cost costOf(const std::function<void(const QPoint &offset)> &move);
@@ -140,80 +94,25 @@ private:
     void measurePreview(const QSize &size);
 
     QString m_only; ///< a part of the names of the motions to measure
-    EditorView m_view;
-    PaintCounter m_counter;
     Editor m_capture, m_other;
+    CanvasBench m_canvas;
+    EditorView &m_view = m_canvas.view();
 };
 
 Bench::Bench(const QString &only) : m_only(only) {
     TindraPreferences::instance()->Init();
-    load(m_capture, "capture", CaptureSize);
-    load(m_other, "other", CaptureSize);
-    m_view.setFrameShape(QFrame::NoFrame);
-    m_view.setWindowFlag(Qt::FramelessWindowHint);
-    m_view.resize(ViewSize);
-    m_view.setEditor(&m_capture);
-    m_view.show();
-    m_view.viewport()->installEventFilter(&m_counter);
-    rest(500);
-}
-
-void Bench::load(Editor &editor, const char *key, const QSize &size) {
-    ImageProvider::instance()->insert(QLatin1String(key), picture(size));
-    editor.setImageKey(QLatin1String(key));
-}
-
-void Bench::rest(int milliseconds) {
-    QElapsedTimer clock;
-    clock.start();
-    while (clock.elapsed() < milliseconds) {
-        QCoreApplication::processEvents();
-        QThread::msleep(1);
-    }
-}
-
-void Bench::waitForPaint() {
-    const int paints = m_counter.paints;
-    while (m_counter.paints == paints)
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
-}
-
-template <class Action> double Bench::untilPainted(Action action) {
-    const double begin = processorMs();
-    action();
-    waitForPaint();
-    return processorMs() - begin;
-}
-
-void Bench::send(QEvent::Type type, const QPoint &pos, Qt::MouseButton held) {
-    const bool move = type == QEvent::MouseMove;
-    const bool up = type == QEvent::MouseButtonRelease;
-    QMouseEvent event(type, pos, m_view.viewport()->mapToGlobal(pos), move ? Qt::NoButton : Qt::LeftButton,
-                      up ? Qt::NoButton : held, Qt::NoModifier);
-    QCoreApplication::sendEvent(m_view.viewport(), &event);
-}
-
-/// On the left of the view, where no measured drag comes; of all tools by turns.
-void Bench::addItems(int count) {
-    for (int i = 0; i < count; ++i) {
-        m_capture.setShape(Tools[i % 7].shape);
-        const QPoint from(20 + i * 37 % 700, 20 + i * 53 % 900);
-        send(QEvent::MouseButtonPress, from);
-        send(QEvent::MouseMove, from + QPoint(30 + i % 40, 20));
-        send(QEvent::MouseMove, from + QPoint(60, 10 + i % 50));
-        send(QEvent::MouseButtonRelease, from + QPoint(60, 10 + i % 50));
-    }
+    loadCapture(m_capture, QStringLiteral("capture"), CaptureSize);
+    loadCapture(m_other, QStringLiteral("other"), CaptureSize);
+    m_canvas.show(m_capture);
 }
 
 void Bench::show(int zoomStep) {
     m_capture.setZoomStep(zoomStep);
-    m_view.setEditor(nullptr);
-    m_view.setEditor(&m_capture);
-    rest(SmoothAfter);
+    m_canvas.show(m_capture);
 }
 
 Cost Bench::costOf(const std::function<void(const QPoint &offset)> &move) {
-    rest(SmoothAfter);
+    settle(CanvasBench::SmoothAfter);
     QVector<double> costs;
     for (int i = 0; i < Moves; i += MovesAtOnce) {
         const double begin = processorMs();
@@ -230,9 +129,9 @@ Cost Bench::perMove(Editor::ShapeType tool) {
     const Cost cost = costOf(
         [this](const QPoint &offset) { untilPainted([&] { send(QEvent::MouseMove, DragStart + offset); }); });
     send(QEvent::MouseButtonRelease, DragStart + QPoint(20 + 3 * Moves, 20 + 2 * Moves));
-    rest(50);
+    settle(50);
     m_capture.undo();
-    rest(SmoothAfter);
+    settle(CanvasBench::SmoothAfter);
     return cost;
 }
 
@@ -266,7 +165,7 @@ Cost Bench::perHover(bool overText) {
         QCoreApplication::processEvents();
     });
     m_capture.finishCurrentItem(false);
-    rest(SmoothAfter);
+    settle(CanvasBench::SmoothAfter);
     return cost;
 }
 
@@ -278,7 +177,7 @@ Cost Bench::perMoveOfText() {
         [&](const QPoint &offset) { untilPainted([&] { send(QEvent::MouseMove, border + offset); }); });
     send(QEvent::MouseButtonRelease, border);
     m_capture.finishCurrentItem(false);
-    rest(SmoothAfter);
+    settle(CanvasBench::SmoothAfter);
     return cost;
 }
 
@@ -322,9 +221,9 @@ void Bench::measureMoves(int zoomStep) {
     std::vector<QVector<Cost>> costs(all.size());
     int present = 0;
     for (const int count : Counts) {
-        addItems(count - present);
+        addItems(m_capture, count - present);
         present = count;
-        rest(SmoothAfter);
+        settle(CanvasBench::SmoothAfter);
         for (std::size_t motion = 0; motion < all.size(); ++motion)
             costs[motion].append(all[motion].perMove());
     }
@@ -337,7 +236,7 @@ void Bench::measureMoves(int zoomStep) {
                                  .arg(percent)
                                  .arg(cost.at(0).median, 0, 'f', 3)
                                  .arg(cost.at(1).median, 0, 'f', 3);
-        print(name, cost.at(2).median, "ms", MoveTargetMs);
+        figures::print(name, cost.at(2).median, "ms", MoveBoundMs);
     }
     const auto growth = [&](const char *what, std::size_t first, std::size_t end) {
         double none = 0, thousand = 0;
@@ -345,10 +244,10 @@ void Bench::measureMoves(int zoomStep) {
             none += costs[motion].first().fastest;
             thousand += costs[motion].last().fastest;
         }
-        print(QStringLiteral("%1 at %2 %: beside 1,000 items to beside none")
-                  .arg(QLatin1String(what))
-                  .arg(percent),
-              thousand / none, "x", GrowthTarget);
+        figures::print(QStringLiteral("%1 at %2 %: beside 1,000 items to beside none")
+                           .arg(QLatin1String(what))
+                           .arg(percent),
+                       thousand / none, "x", GrowthBound);
     };
     if (!m_only.isEmpty())
         return;
@@ -364,27 +263,28 @@ void Bench::measureSteps() {
         m_other.setZoomStep(zoomStep);
         for (int run = 0; run < Runs; ++run) {
             m_view.setEditor(&m_capture);
-            rest(SmoothAfter);
+            settle(CanvasBench::SmoothAfter);
             scrolls.append(untilPainted([&] {
                 QScrollBar *bar = m_view.verticalScrollBar();
                 bar->setValue(bar->value() + (run % 2 ? -17 : 17));
             }));
             selections.append(untilPainted([&] { m_view.setEditor(&m_other); }));
-            rest(SmoothAfter);
+            settle(CanvasBench::SmoothAfter);
             zooms.append(untilPainted([&] { m_view.onZoomOut(); }));
             m_view.onZoomIn();
         }
-        print(QStringLiteral("zoom step from %1 to painted").arg(scale), median(zooms), "ms", FrameTargetMs);
-        print(QStringLiteral("scroll step at %1 to painted").arg(scale), median(scrolls), "ms",
-              FrameTargetMs);
-        print(QStringLiteral("another capture at %1 to painted").arg(scale), median(selections), "ms",
-              FrameTargetMs);
+        figures::print(QStringLiteral("zoom step from %1 to painted").arg(scale), median(zooms), "ms",
+                       FrameBoundMs);
+        figures::print(QStringLiteral("scroll step at %1 to painted").arg(scale), median(scrolls), "ms",
+                       FrameBoundMs);
+        figures::print(QStringLiteral("another capture at %1 to painted").arg(scale), median(selections),
+                       "ms", FrameBoundMs);
     }
 }
 
 void Bench::measurePreview(const QSize &size) {
     Editor capture;
-    load(capture, "preview", size);
+    loadCapture(capture, QStringLiteral("preview"), size);
     m_view.setEditor(&capture);
     capture.setShape(Editor::Mosaic);
     const QRect looked(105, 105, 40, 30);
@@ -393,7 +293,7 @@ void Bench::measurePreview(const QSize &size) {
     right = right.copy(looked);
     QVector<double> times;
     for (int run = 0; run < Runs; ++run) {
-        rest(SmoothAfter);
+        settle(CanvasBench::SmoothAfter);
         QElapsedTimer clock;
         clock.start();
         send(QEvent::MouseButtonPress, QPoint(100, 100));
@@ -410,11 +310,11 @@ void Bench::measurePreview(const QSize &size) {
     }
     m_view.setEditor(nullptr);
     const double fastest = *std::min_element(times.begin(), times.end());
-    print(QStringLiteral("mosaic on %1x%2: press to preview (fastest %3)")
-              .arg(size.width())
-              .arg(size.height())
-              .arg(fastest, 0, 'f', 1),
-          median(times), "ms", PreviewTargetMs);
+    figures::print(QStringLiteral("mosaic on %1x%2: press to preview (fastest %3)")
+                       .arg(size.width())
+                       .arg(size.height())
+                       .arg(fastest, 0, 'f', 1),
+                   median(times), "ms", PreviewBoundMs);
 }
 
 void Bench::measure() {

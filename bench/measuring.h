@@ -1,39 +1,33 @@
 #pragma once
 
-#include <QByteArray>
-#include <QColor>
 #include <QImage>
-#include <QPoint>
+#include <QObject>
+#include <QSize>
+#include <QVector>
 
-#include <vector>
+#include <functional>
 
-struct _XDisplay;
+/// The middle value.
+double median(QVector<double> values);
 
-/// What a capture looks like to a decoder: flat areas, lines of text and a noisy photograph. The middle shows
-/// one colour that differs from run to run.
-QImage drawCapture(QSize size, QColor marker);
-QByteArray encoded(const QImage &image);
-/// The time that decoding takes in this process.
-double decodeMs(const QByteArray &bytes);
-double median(std::vector<double> values);
-/// Until the editor that was started listens.
-void waitForServer();
+/// Milliseconds of processor time, user and system, that all threads of this process have used.
+double processorMs();
+/// Milliseconds that the work takes by the clock.
+double clockMs(const std::function<void()> &work);
 
-/// Looks at the screen from outside of the editor.
-class ScreenObserver {
+/// Lets the event loop run for so long. The process sleeps while there is nothing to do.
+void settle(int milliseconds);
+
+/// A capture whose pixels differ from their neighbours', opaque.
+QImage patternedCapture(const QSize &size);
+
+/// Counts what reaches a widget.
+class EventCounter : public QObject {
 public:
-    ScreenObserver();
-    ~ScreenObserver();
-    ScreenObserver(const ScreenObserver &) = delete;
-    ScreenObserver &operator=(const ScreenObserver &) = delete;
+    int moves = 0;
+    int paints = 0;
 
-    /// Whether the colour stands somewhere on a coarse grid over the screen.
-    bool shows(QRgb colour, QPoint *where) const;
-    /// The colour of one pixel of the root window, whatever window covers it.
-    QRgb pixel(QPoint at) const;
-    /// Presses and releases a key of that name, as the keyboard does.
-    void pressKey(const char *name) const;
-
-private:
-    _XDisplay *m_display;
+    bool eventFilter(QObject *, QEvent *event) override;
+    /// Lets the event loop run until the widget has painted once more.
+    void waitForPaint() const;
 };

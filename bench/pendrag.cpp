@@ -7,18 +7,15 @@
 
 #include "app/tindraeditor.h"
 #include "canvas/editorview.h"
+#include "figures.h"
 #include "ipc/imageprovider.h"
+#include "measuring.h"
 #include "preferences/tindrapreferences.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QImage>
-#include <QThread>
-
-#include <sys/resource.h>
 
 #include <cmath>
-#include <cstdio>
 
 // Last, because Xlib defines words such as Bool and None.
 #include <X11/Xlib.h>
@@ -28,35 +25,14 @@
 
 namespace {
 
-constexpr int CaptureWidth = 3840;
-constexpr int CaptureHeight = 2160;
+constexpr QSize CaptureSize(3840, 2160);
 constexpr qint64 GiveUpMs = 10000;
-constexpr double TargetMs = 0.6;
-constexpr double TargetRatio = 1.25;
+constexpr double BoundMs = 0.6;
+constexpr double BoundRatio = 1.25;
 constexpr int Portion = 1000; // moves at either end of the long drag that are compared
 constexpr double StepPixels = 7;
 constexpr double Turn = 0.021; // radians from step to step, more or less
 constexpr int Border = 40;     // the drag keeps away from the canvas' border by this
-
-double processorMs() {
-    rusage usage;
-    getrusage(RUSAGE_SELF, &usage);
-    const auto ms = [](const timeval &time) { return time.tv_sec * 1e3 + time.tv_usec / 1e3; };
-    return ms(usage.ru_utime) + ms(usage.ru_stime);
-}
-
-/// Counts what reaches the canvas.
-class Witness : public QObject {
-public:
-    int moves = 0;
-    int paints = 0;
-
-    bool eventFilter(QObject *, QEvent *event) override {
-        moves += event->type() == QEvent::MouseMove;
-        paints += event->type() == QEvent::Paint;
-        return false;
-    }
-};
 
 /// The X server's mouse.
 class Mouse {
@@ -114,22 +90,13 @@ template <class Condition> void waitUntil(Condition condition, const char *what)
     }
 }
 
-void settle(int milliseconds) {
-    QElapsedTimer clock;
-    clock.start();
-    while (clock.elapsed() < milliseconds) {
-        QCoreApplication::processEvents();
-        QThread::msleep(1);
-    }
-}
-
 struct Result {
     double perMove;
     double firstPortion;
     double lastPortion;
 };
 
-Result drag(const Mouse &mouse, Witness &witness, const QRect &area, int count) {
+Result drag(const Mouse &mouse, const EventCounter &witness, const QRect &area, int count) {
     Path path(area);
     mouse.move(path.next());
     settle(300);
@@ -153,12 +120,6 @@ Result drag(const Mouse &mouse, Witness &witness, const QRect &area, int count) 
     return {(end - begin) / count, (firstEnd - begin) / Portion, (end - lastBegin) / Portion};
 }
 
-void print(const char *name, double measured, const char *unit, double target) {
-    std::printf("%-58s %8.3f %-4s %8.2f %s\n", name, measured, unit, target,
-                measured <= target ? "met" : "missed");
-    std::fflush(stdout);
-}
-
 } // namespace
 
 int main(int argc, char **argv) {
@@ -166,14 +127,8 @@ int main(int argc, char **argv) {
     TindraPreferences::instance()->Init();
     TindraPreferences::instance()->SetInt(TindraPreferences::LastDrawingItem, Editor::Pen);
     TindraEditor window;
-    QImage capture(CaptureWidth, CaptureHeight, QImage::Format_RGB32);
-    for (int y = 0; y < CaptureHeight; ++y) {
-        auto *line = reinterpret_cast<QRgb *>(capture.scanLine(y));
-        for (int x = 0; x < CaptureWidth; ++x)
-            line[x] = qRgb(x / 16, y / 9, (x ^ y) & 255);
-    }
     const QString key = QStringLiteral("pen-drag");
-    ImageProvider::instance()->insert(key, QPixmap::fromImage(capture));
+    ImageProvider::instance()->insert(key, QPixmap::fromImage(patternedCapture(CaptureSize)));
     window.AddNewPixmap(key, QPoint(), true);
     window.showMaximized();
     settle(1500);
@@ -181,20 +136,20 @@ int main(int argc, char **argv) {
     auto *view = window.findChild<EditorView *>();
     if (!view || !view->editor())
         qFatal("no canvas");
-    std::printf("window %dx%d, canvas %dx%d\n", window.width(), window.height(), view->viewport()->width(),
-                view->viewport()->height());
-    Witness witness;
+    EventCounter witness;
     view->viewport()->installEventFilter(&witness);
     const QRect area(view->viewport()->mapToGlobal(QPoint()), view->viewport()->size());
     const QRect inside = area.adjusted(Border, Border, -Border, -Border);
     const Mouse mouse;
-    print("pen drag of 250 moves: processor time per move", drag(mouse, witness, inside, 250).perMove, "ms",
-          TargetMs);
-    print("pen drag of 1,500 moves: processor time per move", drag(mouse, witness, inside, 1500).perMove,
-          "ms", TargetMs);
+    const auto print = [](int moves, const Result &result) {
+        figures::print(QStringLiteral("pen drag of %1 moves: processor time per move").arg(moves),
+                       result.perMove, "ms", BoundMs);
+    };
+    for (const int moves : {250, 1500})
+        print(moves, drag(mouse, witness, inside, moves));
     const Result longDrag = drag(mouse, witness, inside, 10000);
-    print("pen drag of 10,000 moves: processor time per move", longDrag.perMove, "ms", TargetMs);
-    print("pen drag of 10,000 moves: last thousand to first", longDrag.lastPortion / longDrag.firstPortion,
-          "x", TargetRatio);
+    print(10000, longDrag);
+    figures::print(QStringLiteral("pen drag of 10000 moves: last thousand to first"),
+                   longDrag.lastPortion / longDrag.firstPortion, "x", BoundRatio);
     return 0;
 }

@@ -24,7 +24,9 @@ bool SmoothBackground::refresh(const QPixmap &image, const QRect &rect, double z
     if (had && image.cacheKey() == m_key && fits(rect, zoom))
         return false;
     const QSize size(static_cast<int>(rect.width() * zoom), static_cast<int>(rect.height() * zoom));
-    m_pixmap = image.copy(rect).scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    // A copy of all would be a third of the work.
+    const QPixmap part = rect == image.rect() ? image : image.copy(rect);
+    m_pixmap = part.scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
     m_key = image.cacheKey();
     m_rect = rect;
     m_zoom = zoom;
