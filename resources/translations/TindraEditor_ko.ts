@@ -1663,6 +1663,23 @@ tindra-send --open FILE은 파일을 그대로 두고 그 사본을 엽니다.
     </message>
 </context>
 <context>
+    <name>RestoredCaptures</name>
+    <message>
+        <source>Tindra</source>
+        <translation>Tindra</translation>
+    </message>
+    <message>
+        <source>Temporarily saved recent capture list has been restored.</source>
+        <translation>임시로 저장된 최근 캡처 목록을 복원했습니다.</translation>
+    </message>
+    <message>
+        <source>Part of the recent capture list is restored when Tindra is updated or abnormally terminated.
+		Please save important captured images safely in advance.</source>
+        <translation>Tindra가 업데이트되거나 비정상적으로 종료되면 최근 캡처 목록의 일부가 복원됩니다.
+		중요한 캡처 이미지는 미리 안전하게 저장해 주세요.</translation>
+    </message>
+</context>
+<context>
     <name>SaveFileDialog</name>
     <message>
         <source>Tindra</source>
@@ -1841,16 +1858,6 @@ Would you replace it?</source>
     <message>
         <source>Failed to capture image.</source>
         <translation>이미지를 캡처하지 못했습니다.</translation>
-    </message>
-    <message>
-        <source>Temporarily saved recent capture list has been restored.</source>
-        <translation>임시로 저장된 최근 캡처 목록을 복원했습니다.</translation>
-    </message>
-    <message>
-        <source>Part of the recent capture list is restored when Tindra is updated or abnormally terminated.
-		Please save important captured images safely in advance.</source>
-        <translation>Tindra가 업데이트되거나 비정상적으로 종료되면 최근 캡처 목록의 일부가 복원됩니다.
-		중요한 캡처 이미지는 미리 안전하게 저장해 주세요.</translation>
     </message>
     <message>
         <source>https://www.norvane.example/tindra/help</source>

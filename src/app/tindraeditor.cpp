@@ -12,7 +12,6 @@
 #include "app/managementprogramoffer.h"
 #include "app/preferencesflow.h"
 #include "app/showsteps.h"
-#include "app/temporaryfiles.h"
 #include "app/toolbar.h"
 #include "canvas/editorview.h"
 #include "history/historywidget.h"
@@ -31,7 +30,6 @@
 #include <QCloseEvent>
 #include <QDesktopServices>
 #include <QDir>
-#include <QFileInfo>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QScreen>
@@ -64,7 +62,8 @@ TindraEditor::TindraEditor(QWidget *parent)
       m_aiTools(new AiTools(this)), m_view(new EditorView(nullptr, m_aiTools->isAvailable())),
       m_history(new HistoryWidget), m_toolbar(nullptr), m_tools(m_view),
       m_exit(new ExitRoutine(this, m_history)), m_preferences(new PreferencesFlow(this)),
-      m_fitting(new CaptureFitting(this)) {
+      m_fitting(new CaptureFitting(this)),
+      m_restored(m_history, [this](const QString &path) { return addCapture(path); }) {
     m_services->startCrashClient();
     buildLayout();
     // The session manager would be told to call the end of the session off, as no close is ever accepted.
@@ -180,7 +179,8 @@ void TindraEditor::treatCommand(QString cmdline) {
 }
 
 void TindraEditor::AddNewPixmap(const QString &path, const QPoint &point, bool skip) {
-    const bool added = selectLeftOver(path) || addCapture(path);
+    // One that came into the work folder before its line, while this editor started, is there already.
+    const bool added = m_restored.select(path) || addCapture(path);
     if (isVisible())
         return;
     if (!skip)
@@ -199,19 +199,6 @@ void TindraEditor::AddNewPixmap(const QString &path, const QPoint &point, bool s
     }
 }
 
-// A capture that came into the work folder before its line, while this editor started, was taken for a
-// left-over. A second row would share its file, and the first of them to be deleted would take it from the
-// other.
-bool TindraEditor::selectLeftOver(const QString &path) {
-    const QString file = QFileInfo(path).canonicalFilePath();
-    HistoryListWidgetItem *item = m_leftOvers.removeOne(file) ? m_history->itemOfFile(file) : nullptr;
-    if (!item)
-        return false;
-    m_capturesRestored = m_capturesRestored && !m_leftOvers.isEmpty();
-    m_history->select(item);
-    return true;
-}
-
 bool TindraEditor::addCapture(const QString &path) {
     const bool added = !ImageProvider::instance()->pixmap(path).isNull() && m_history->addImage(path);
     // A refused capture must not go on taking its share of the memory budget.
@@ -228,24 +215,7 @@ void TindraEditor::restoreHistories() {
     // Another editor that has the folder shows these captures, and they are not the last run's.
     if (m_exit->hasLeft() || !ownsWorkFolder())
         return;
-    // The first command line may have brought a capture already; it lies in the work folder too, and it
-    // stays in front.
-    HistoryListWidgetItem *const shown = m_history->currentItem();
-    QStringList leftOvers = withoutFiles(temporaryCaptures(), m_history->imageKeys());
-    if (!leftOvers.isEmpty())
-        m_capturesRestored = true;
-
-    const int before = m_history->freeRows();
-    bool allRead = restoreCaptures(m_history->restorePinnedImages());
-    m_history->setPinnedImages(true, before - m_history->freeRows());
-    // Where the oldest captures make room for new ones, the newest are those that stay in the end.
-    if (TindraPreferences::instance()->GetBool(TindraPreferences::AutoHistoryDelete, false))
-        leftOvers = leftOvers.mid(qMax(0, leftOvers.size() - m_history->freeRows()));
-    m_leftOvers = canonicalFiles(leftOvers.mid(0, m_history->freeRows()));
-    allRead = restoreCaptures(leftOvers) && allRead;
-
-    if (shown)
-        m_history->select(shown);
+    const bool allRead = m_restored.bringBack();
     if (isVisible()) {
         // The first command line has shown the window before there was anything to tell.
         tellAboutRestoredCaptures();
@@ -259,17 +229,6 @@ void TindraEditor::restoreHistories() {
     // Unlike a new capture that fails, which the user waits for, a broken old one clears no selection.
     if (!allRead)
         reportFailedCapture();
-}
-
-bool TindraEditor::restoreCaptures(const QStringList &paths) {
-    bool allRead = true;
-    for (const QString &path : paths) {
-        // A full list refuses a capture, or drops its oldest one together with the file.
-        if (m_history->freeRows() == 0)
-            break;
-        allRead = addCapture(path) && allRead;
-    }
-    return allRead;
 }
 
 void TindraEditor::showForCapture(const QString &path, bool added) {
@@ -310,19 +269,7 @@ void TindraEditor::bringUp() {
 }
 
 void TindraEditor::tellAboutRestoredCaptures() {
-    if (!m_capturesRestored)
-        return;
-    recordUsage("cap_308_01");
-    MessageDialog dialog(this);
-    dialog.setTitle(tr("Tindra"));
-    dialog.setIcon(MessageDialog::Information);
-    dialog.setText(tr("Temporarily saved recent capture list has been restored."));
-    dialog.setInformativeText(tr("Part of the recent capture list is restored when Tindra is updated or "
-                                 "abnormally terminated.\n\t\tPlease save important captured images safely "
-                                 "in advance."));
-    dialog.setStandardButtons(MessageDialog::Ok);
-    m_capturesRestored = false;
-    dialog.exec();
+    m_restored.tell(this);
 }
 
 void TindraEditor::BlockHide(int milliseconds) {

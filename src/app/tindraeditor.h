@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/restoredcaptures.h"
 #include "app/toolselection.h"
 #include "canvas/editor.h"
 
@@ -115,10 +116,6 @@ private:
     void connectHistory();
     /// Brings back the pinned captures and what an end other than an exit left in the work folder.
     void restoreHistories();
-    /// Those that fit and can be read, each above the one before; whether none was unreadable.
-    bool restoreCaptures(const QStringList &paths);
-    /// Selects the capture if it is one of those restored at the start that no line has named yet.
-    bool selectLeftOver(const QString &path);
     bool addCapture(const QString &path);
     void reportFailedCapture();
     void finishOpenItem();
@@ -137,9 +134,8 @@ private:
     ExitRoutine *m_exit;
     PreferencesFlow *m_preferences;
     CaptureFitting *m_fitting;
+    RestoredCaptures m_restored;
     ShowSteps *m_shows = nullptr;
     bool m_isEmpty = false; ///< as last told; before that, nobody knows
     QTimer m_hideBlock;
-    bool m_capturesRestored = false;
-    QStringList m_leftOvers; ///< files found at the start that no line has named yet
 };
