@@ -2,58 +2,19 @@
 #include "canvas/editorview.h"
 #include "canvas/fakeitems.h"
 #include "canvas/imagetoolwidget.h"
+#include "canvas/referenceview.h"
 #include "ipc/imageprovider.h"
 #include "popups/croppopup.h"
 #include "preferences/tindrapreferences.h"
 #include "support/imagecompare.h"
 
 #include <QBackingStore>
-#include <QGraphicsProxyWidget>
-#include <QGraphicsView>
-#include <QPainter>
 #include <QRandomGenerator>
 #include <QScrollBar>
 #include <QThreadPool>
 #include <QtTest>
 
 namespace {
-
-/// A view of the toolkit as it comes, over the same scene with a background of its own: what a paint of
-/// everything gives.
-class ReferenceView : public QGraphicsView {
-public:
-    QImage picture;
-    QRect visible;
-    bool smooth = true;
-
-protected:
-    void drawBackground(QPainter *painter, const QRectF &) override {
-        painter->save();
-        const QRectF target = painter->transform().mapRect(QRectF(visible));
-        const double zoom = painter->transform().m11();
-        painter->resetTransform();
-        if (zoom >= 1.0) {
-            painter->drawPixmap(target, QPixmap::fromImage(picture), QRectF(visible));
-        } else if (smooth) {
-            const QPixmap scaled = QPixmap::fromImage(picture).copy(visible).scaled(
-                int(visible.width() * zoom), int(visible.height() * zoom), Qt::KeepAspectRatio,
-                Qt::SmoothTransformation);
-            painter->drawPixmap(target, scaled, QRectF(scaled.rect()));
-        } else {
-            painter->setRenderHint(QPainter::SmoothPixmapTransform);
-            painter->drawPixmap(target, QPixmap::fromImage(picture), QRectF(visible));
-        }
-        painter->restore();
-    }
-    // The crop frame, as the toolkit paints a widget of the scene.
-    void drawForeground(QPainter *painter, const QRectF &) override {
-        for (QGraphicsItem *item : scene()->items()) {
-            if (item->isWidget())
-                static_cast<QGraphicsProxyWidget *>(item)->widget()->render(painter, QPoint(), QRegion(),
-                                                                            QWidget::DrawChildren);
-        }
-    }
-};
 
 /// The product's own items, but a crop that the test frames unless it wants the real one.
 class CropEditor : public TestEditor {
@@ -114,9 +75,14 @@ private slots:
     void writing();
     void randomWriting_data();
     void randomWriting();
+    void changeAroundAnOpenText_data();
+    void changeAroundAnOpenText();
     void blinkingCursor();
 
 private:
+    using Change = std::function<void()>;
+    /// What can happen to the view or the picture whatever is going on.
+    QVector<QPair<const char *, Change>> changes();
     void compare(const QString &when);
     QImage reference();
     void key(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
@@ -171,10 +137,6 @@ void Tst_ViewExactness::show(const Scene &scene) {
     m_reference->picture = image;
     m_reference->visible = m_editor->visibleRect();
     m_reference->smooth = scene.waitForSmooth;
-    m_reference->setFrameShape(QFrame::NoFrame);
-    m_reference->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_reference->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_reference->viewport()->setPalette(palette);
     m_reference->setScene(m_editor.get());
     QCoreApplication::processEvents();
     if (scene.waitForSmooth)
@@ -212,16 +174,7 @@ void Tst_ViewExactness::setFigure(const QColor &line, const QColor &fill) {
 
 QImage Tst_ViewExactness::reference() {
     m_reference->visible = m_editor->visibleRect();
-    m_reference->viewport()->setPalette(m_view->viewport()->palette());
-    m_reference->resize(m_view->viewport()->size());
-    m_reference->viewport()->resize(m_view->viewport()->size());
-    m_reference->setSceneRect(m_view->sceneRect());
-    m_reference->setTransform(m_view->transform());
-    m_reference->horizontalScrollBar()->setValue(m_view->horizontalScrollBar()->value());
-    m_reference->verticalScrollBar()->setValue(m_view->verticalScrollBar()->value());
-    QImage picture(m_view->viewport()->size(), QImage::Format_RGB32);
-    m_reference->viewport()->render(&picture);
-    return picture;
+    return m_reference->shownBy(*m_view);
 }
 
 void Tst_ViewExactness::compare(const QString &when) {
@@ -454,6 +407,26 @@ void Tst_ViewExactness::strokeUnderRedoneItemStaysUnderIt() {
     QCOMPARE(screen().pixelColor(150, 80), QColor(Qt::blue));
 }
 
+QVector<QPair<const char *, Tst_ViewExactness::Change>> Tst_ViewExactness::changes() {
+    const auto style = [this] {
+        QEvent event(QEvent::StyleChange);
+        QCoreApplication::sendEvent(m_view.get(), &event);
+    };
+    const auto palette = [this] {
+        QPalette changed = m_view->viewport()->palette();
+        changed.setColor(m_view->viewport()->backgroundRole(), Qt::magenta);
+        m_view->viewport()->setPalette(changed);
+    };
+    return {{"zoom in", [this] { m_view->onZoomIn(); }},
+            {"zoom out", [this] { m_view->onZoomOut(); }},
+            {"zoom reset", [this] { m_view->onZoomReset(); }},
+            {"resize", [this] { m_view->resize(251, 260); }},
+            {"enlarge", [this] { m_view->resize(400, 330); }},
+            {"other crop", [this] { m_editor->applyCrop(QRect(60, 50, 90, 80)); }},
+            {"style", style},
+            {"palette", palette}};
+}
+
 void Tst_ViewExactness::changeInTheMiddleOfADrag_data() {
     QTest::addColumn<std::function<void()>>("change");
     QTest::addColumn<int>("zoomStep");
@@ -465,33 +438,20 @@ void Tst_ViewExactness::changeInTheMiddleOfADrag_data() {
         }
         QTest::addRow("%s, mosaic", name) << change << 20 << int(Editor::Mosaic);
     };
-    row("zoom in", [this] { m_view->onZoomIn(); });
-    row("zoom out", [this] { m_view->onZoomOut(); });
-    row("zoom reset", [this] { m_view->onZoomReset(); });
-    row("resize", [this] { m_view->resize(251, 260); });
-    row("enlarge", [this] { m_view->resize(400, 330); });
+    for (const auto &change : changes())
+        row(change.first, change.second);
     row("undo of a crop", [this] { m_editor->undo(); });
     row("undo and redo of a crop", [this] {
         m_editor->undo();
         QCoreApplication::processEvents();
         m_editor->redo();
     });
-    row("other crop", [this] { m_editor->applyCrop(QRect(60, 50, 90, 80)); });
     row("other capture and back", [this] {
         TestEditor other;
         capture::load(other, QStringLiteral("other"), capture::picture(QSize(90, 70)));
         m_view->setEditor(&other);
         QCoreApplication::processEvents();
         m_view->setEditor(m_editor.get());
-    });
-    row("style", [this] {
-        QEvent style(QEvent::StyleChange);
-        QCoreApplication::sendEvent(m_view.get(), &style);
-    });
-    row("palette", [this] {
-        QPalette palette = m_view->viewport()->palette();
-        palette.setColor(m_view->viewport()->backgroundRole(), Qt::magenta);
-        m_view->viewport()->setPalette(palette);
     });
     row("hide and show", [this] {
         m_view->hide();
@@ -749,6 +709,60 @@ void Tst_ViewExactness::randomWriting() {
         m_editor->finishCurrentItem(true);
         compare(QStringLiteral("closed"));
     }
+}
+
+void Tst_ViewExactness::changeAroundAnOpenText_data() {
+    QTest::addColumn<Change>("change");
+    QTest::addColumn<int>("zoomStep");
+    const auto row = [](const char *name, int step, const Change &change) {
+        QTest::addRow("%s at step %d", name, step) << change << step;
+    };
+    for (const int step : {6, 20, 30}) {
+        for (const auto &change : changes())
+            row(change.first, step, change.second);
+        row("other picture", step, [this] {
+            m_reference->picture.invertPixels();
+            ImageProvider::instance()->insert(QStringLiteral("capture"),
+                                              QPixmap::fromImage(m_reference->picture));
+            m_editor->update();
+        });
+        row("hide and show", step, [this] {
+            m_view->hide();
+            QCoreApplication::processEvents();
+            m_view->show();
+        });
+    }
+    row("smooth copy", 6, [this] {
+        m_noSmoothBackground.reset();
+        m_reference->smooth = true;
+        QTest::qWait(150);
+    });
+}
+
+void Tst_ViewExactness::changeAroundAnOpenText() {
+    QFETCH(Change, change);
+    QFETCH(int, zoomStep);
+    QApplication::setCursorFlashTime(0);
+    show({zoomStep, {280, 200}, {}, {}, false});
+    m_view->activateWindow();
+    m_view->setFocus();
+    setPen(QColor(200, 30, 30, 120), 9);
+    const QPoint middle = m_view->viewport()->rect().center();
+    capture::Mouse(m_view->viewport())
+        .drag({middle - QPoint(40, 20), middle + QPoint(30, 10), middle + QPoint(40, -20)});
+    openText(middle, QStringLiteral("abc"));
+    compare(QStringLiteral("open"));
+    change();
+    compare(QStringLiteral("changed"));
+    type(QStringLiteral("W"));
+    compare(QStringLiteral("typed after the change"));
+    type(QStringLiteral("i"));
+    change();
+    type(QStringLiteral("j"));
+    compare(QStringLiteral("typed, changed and typed"));
+    QCOMPARE(m_editor->shapeType(), Editor::TextEditing);
+    m_editor->finishCurrentItem(true);
+    compare(QStringLiteral("closed"));
 }
 
 // In both of its states, once each is painted.
