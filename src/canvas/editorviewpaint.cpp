@@ -266,8 +266,13 @@ void EditorView::drawBackground(QPainter *painter, const QRectF &) {
     painter->resetTransform();
     if (m_rendered.isEmpty())
         m_background.paint(painter, image, rect, transform.mapRect(QRectF(rect)), m_zoom);
+    // Scaled rows and columns have to begin where all of them would: the toolkit adds up its steps from
+    // there, and a pixel between two of the image could come out as the other one. What is painted beyond the
+    // region is worth nothing, and no item is painted yet.
+    const QRect upToItsEnd(QPoint(), m_rendered.boundingRect().bottomRight());
+    const QRegion region = m_zoom == 1.0 ? m_rendered : QRegion(upToItsEnd);
     // One rectangle at a time: images are scaled in another way, with other pixels, under a clip of many.
-    for (const QRect &part : m_rendered) {
+    for (const QRect &part : region) {
         painter->setClipRect(part);
         painter->fillRect(part, viewport()->palette().brush(viewport()->backgroundRole()));
         m_background.paint(painter, image, rect, transform.mapRect(QRectF(rect)), m_zoom);

@@ -66,6 +66,8 @@ private slots:
     void randomCropDrags_data();
     void randomCropDrags();
     void cropAroundTheSameCentreRepaintsWhatItHides();
+    void partOfAScaledPicture_data();
+    void partOfAScaledPicture();
     void strokeUnderRedoneItemStaysUnderIt();
     void changeInTheMiddleOfADrag_data();
     void changeInTheMiddleOfADrag();
@@ -388,6 +390,27 @@ void Tst_ViewExactness::cropAroundTheSameCentreRepaintsWhatItHides() {
     // The view does not move: the image stays centred around the same point.
     QVERIFY(QMetaObject::invokeMethod(m_editor.get(), "onCrop", Q_ARG(QRect, QRect(20, 20, 160, 100))));
     compare(QStringLiteral("crop"));
+}
+
+void Tst_ViewExactness::partOfAScaledPicture_data() {
+    QTest::addColumn<int>("zoomStep");
+    QTest::newRow("96 %, smooth") << 19;
+    QTest::newRow("100 %") << 20;
+    // Each 23rd pixel shows just the border between two of the picture.
+    QTest::newRow("115 %") << 21;
+    QTest::newRow("190 %") << 26;
+    QTest::newRow("310 %") << 34;
+}
+
+// Wherever the part begins.
+void Tst_ViewExactness::partOfAScaledPicture() {
+    QFETCH(int, zoomStep);
+    show({zoomStep, {400, 300}, {57, 41}, {}, true});
+    for (int start = 0; start < 25 && !QTest::currentTestFailed(); ++start) {
+        const QRectF part(100 + start, 80 + start, 30, 20);
+        m_editor->update(m_view->viewportTransform().inverted().mapRect(part));
+        compare(QStringLiteral("from %1").arg(start));
+    }
 }
 
 void Tst_ViewExactness::strokeUnderRedoneItemStaysUnderIt() {
