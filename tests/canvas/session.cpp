@@ -87,6 +87,51 @@ Step text(QRandomGenerator &random) {
     return {QStringLiteral("text"), numbers << random.bounded(6)};
 }
 
+Step zoom(QRandomGenerator &random) {
+    return {QStringLiteral("zoom"), {chance(random, 2, 3) ? 0 : random.bounded(-6, 7)}};
+}
+
+/// Smaller than the picture, so that it scrolls, or back to its size.
+Step view(QRandomGenerator &random) {
+    if (chance(random, 1, 2))
+        return {QStringLiteral("view"), {0, 0}};
+    return {QStringLiteral("view"), {random.bounded(20, Width), random.bounded(15, Height)}};
+}
+
+/// What can happen while a text or a frame is open, most of which leaves it open.
+Step meanwhile(QRandomGenerator &random, bool isText) {
+    switch (random.bounded(7)) {
+    case 0:
+        return zoom(random);
+    case 1:
+        return view(random);
+    case 2:
+        return setting(random);
+    case 3:
+        return {chance(random, 1, 2) ? QStringLiteral("undo") : QStringLiteral("redo"), {}};
+    case 4:
+        return partOfDrag(random);
+    default:
+        return isText ? Step{QStringLiteral("write"), {random.bounded(-3, 4)}} : drag(random);
+    }
+}
+
+Script openForAWhile(QRandomGenerator &random) {
+    const bool isText = chance(random, 1, 2);
+    QVector<int> numbers = positions(random, 1);
+    if (isText)
+        numbers << random.bounded(4);
+    else
+        numbers = crop(random).numbers.mid(1);
+    Script script{{isText ? QStringLiteral("open") : QStringLiteral("frame"), numbers}};
+    for (int i = random.bounded(1, 5); i > 0; --i)
+        script.append(meanwhile(random, isText));
+    // Else it stays open for whatever comes.
+    if (chance(random, 3, 4))
+        script.append({QStringLiteral("close"), {chance(random, 1, 2)}});
+    return script;
+}
+
 Step step(QRandomGenerator &random, int captures) {
     const int dice = random.bounded(100);
     if (dice < 36)
@@ -104,7 +149,7 @@ Step step(QRandomGenerator &random, int captures) {
     if (dice < 84)
         return {QStringLiteral("reset"), {}};
     if (dice < 90)
-        return {QStringLiteral("zoom"), {chance(random, 2, 3) ? 0 : random.bounded(-6, 7)}};
+        return zoom(random);
     if (dice < 94)
         return crop(random);
     if (dice < 96)
@@ -116,8 +161,15 @@ Step step(QRandomGenerator &random, int captures) {
 
 Script random(QRandomGenerator &random, int steps, int captures) {
     Script script;
-    for (int i = 0; i < steps; ++i)
-        script.append(step(random, captures));
+    while (script.size() < steps) {
+        if (chance(random, 1, 25))
+            script += openForAWhile(random);
+        else if (chance(random, 1, 40))
+            script.append(view(random));
+        else
+            script.append(step(random, captures));
+    }
+    script.resize(steps);
     return script;
 }
 

@@ -21,6 +21,11 @@ namespace session {
 ///   select N            another capture
 ///   crop ACCEPT X Y W H a crop that is accepted or cancelled
 ///   text END X Y LENGTH a text of so many letters, closed as `TextEnd` says
+///   open X Y LENGTH     a text of so many letters that stays open
+///   frame X Y W H       a crop frame that stays open
+///   write N             N letters more into an open text or, below 0, fewer
+///   close ACCEPT        what is open
+///   view W H            the view in that size; 0 0 for as large as the picture
 struct Step {
     QString verb;
     QVector<int> numbers;
