@@ -61,6 +61,7 @@ private slots:
     void cleanup();
 
     void textOfChosenSizeIsSaved();
+    void inputMethodComposes();
     void keysBelongToTheOpenText();
     void escapeThrowsTheTextAwayAndThenHidesTheWindow();
     void colorFromThePopup();
@@ -96,6 +97,7 @@ private:
         return popup()->isVisible() && frame.left() == box.x() && frame.bottom() + 1 + 10 == box.y();
     }
 
+    const QTemporaryDir m_folder;
     std::unique_ptr<Session> m_session;
     std::unique_ptr<TindraEditor> m_window;
     EditorView *m_view = nullptr;
@@ -123,6 +125,12 @@ void Tst_TextWindow::write(const QString &text) {
 }
 
 void Tst_TextWindow::initTestCase() {
+    // Keys of which the toolkit's own input method makes a syllable; it reads them at the first key.
+    QFile rules(m_folder.filePath("compose"_qs));
+    QVERIFY(rules.open(QIODevice::WriteOnly));
+    rules.write("<F9> <g> <a> : \"\xea\xb0\x80\"\n");
+    rules.close();
+    qputenv("XCOMPOSEFILE", QFile::encodeName(rules.fileName()));
     installBuiltInStyle(qApp);
     // Closing the window hides it, and that is not the end.
     QGuiApplication::setQuitOnLastWindowClosed(false);
@@ -229,6 +237,28 @@ void Tst_TextWindow::textOfChosenSizeIsSaved() {
     QTRY_COMPARE(editor()->items().size(), 1);
     COMPARE_IMAGES(editor()->flatten(true, false).toImage().convertToFormat(QImage::Format_RGB32), expected,
                    "redone");
+}
+
+void Tst_TextWindow::inputMethodComposes() {
+    const QString syllable = "\uac00"_qs;
+    openText(ClickedAt);
+    write("b"_qs);
+    QTRY_COMPARE(written(), "b"_qs);
+    keys({"F9"_qs, "g"_qs, "a"_qs});
+    QTRY_COMPARE(written(), "b"_qs + syllable);
+    // It brings the popup back, as typing does.
+    popup()->hide();
+    keys({"F9"_qs, "g"_qs, "a"_qs});
+    QTRY_COMPARE(written(), "b"_qs + syllable + syllable);
+    QVERIFY(isPopupInPlace());
+    write("c"_qs);
+    QTRY_COMPARE(written(), "b"_qs + syllable + syllable + "c"_qs);
+    // Closed, it asks for no input method any more.
+    const QPointer<DrawingTextItem> item = text();
+    click(onScreen({600, 350}));
+    QTRY_COMPARE(editor()->shapeType(), Editor::Text);
+    QVERIFY(!m_view->testAttribute(Qt::WA_InputMethodEnabled));
+    QCOMPARE(item->toPlainText(), "b"_qs + syllable + syllable + "c"_qs);
 }
 
 void Tst_TextWindow::keysBelongToTheOpenText() {
