@@ -17,9 +17,10 @@ struct Point {
     double size;
     double value;
 };
-/// How fast the values may grow: the greatest exponent of the size, with room for the noise of a measurement.
+/// How fast the values may grow: the greatest exponent of the size, with room for noise, and for what costs
+/// more by the byte once it has outgrown the caches.
 constexpr double Flat = 0.25;
-constexpr double Linear = 1.2;
+constexpr double Linear = 1.35;
 
 /// The x of values that grow as size to the power of x, by the last three points: what is measured with
 /// little is mostly what it costs anyway.

@@ -525,9 +525,10 @@ void Editor::onCrop(QRect rect) {
 void Editor::emptyRedoList() {
     QList<QGraphicsItem *> gone;
     gone.swap(m_redoList);
+    const QSet<QGraphicsItem *> steps(m_undoList.begin(), m_undoList.end());
     // Nothing can bring these back.
     for (QGraphicsItem *item : gone) {
-        if (!item->scene() && !m_undoList.contains(item))
+        if (!item->scene() && !steps.contains(item))
             delete item;
     }
 }

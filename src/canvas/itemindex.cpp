@@ -1,5 +1,7 @@
 #include "canvas/itemindex.h"
 
+#include <QSet>
+
 #include <algorithm>
 #include <cmath>
 
@@ -36,8 +38,9 @@ void ItemIndex::remove(QGraphicsItem *item) {
 }
 
 void ItemIndex::keepOnly(const QList<QGraphicsItem *> &present) {
+    const QSet<QGraphicsItem *> there(present.begin(), present.end());
     for (QGraphicsItem *known : m_entries.keys()) {
-        if (!present.contains(known))
+        if (!there.contains(known))
             remove(known);
     }
 }

@@ -6,7 +6,10 @@
 
 #include <QPainter>
 #include <QPainterPath>
+#include <QRandomGenerator>
 #include <QtTest>
+
+#include <memory>
 
 namespace {
 
@@ -64,6 +67,9 @@ private slots:
     void boundingRectIsGrownAndClipped();
     void settingsAreThoseOfTheMomentOfBuilding();
     void hitAreaIsABoxPerSegmentAndIgnoresTheClip();
+    void hitTestsAnswerAsTheHitAreaDoes_data();
+    void hitTestsAnswerAsTheHitAreaDoes();
+    void segmentsThatJoinAHitTestedStrokeAreHitToo();
 
     void penDrawsLikeARoundPen();
     void penDotShowsWhereThePressWas();
@@ -203,6 +209,73 @@ void Tst_DrawingFreehandItem::hitAreaIsABoxPerSegmentAndIgnoresTheClip() {
     QCOMPARE(item.shape(), expected);
     QVERIFY(item.isHit(QRectF(58, 42, 1, 1))); // a corner far from the slanted line
     QVERIFY(!item.isHit(QRectF(62, 60, 3, 3)));
+}
+
+void Tst_DrawingFreehandItem::hitTestsAnswerAsTheHitAreaDoes_data() {
+    QTest::addColumn<int>("reach");
+    QTest::addColumn<int>("segments");
+    QTest::addColumn<bool>("highlighter");
+    QTest::newRow("a press alone") << 0 << 0 << false;
+    QTest::newRow("one segment") << 30 << 1 << false;
+    QTest::newRow("pixel by pixel") << 1 << 300 << false;
+    QTest::newRow("by hand") << 12 << 300 << false;
+    QTest::newRow("in jumps across the picture") << 1500 << 40 << false;
+    QTest::newRow("with the highlighter") << 12 << 60 << true;
+}
+
+/// The reference is the toolkit's answer about the whole hit area, asked as the base class asks.
+void Tst_DrawingFreehandItem::hitTestsAnswerAsTheHitAreaDoes() {
+    QFETCH(int, reach);
+    QFETCH(int, segments);
+    QFETCH(bool, highlighter);
+    setTool(Qt::red, 4);
+    const QRectF picture(0, 0, 900, 700);
+    QRandomGenerator random(17);
+    int hits = 0, misses = 0;
+    for (int stroke = 0; stroke < 12; ++stroke) {
+        std::unique_ptr<DrawingFreehandItem> item;
+        if (highlighter)
+            item = std::make_unique<DrawingHighlighterItem>(picture, nullptr);
+        else
+            item = std::make_unique<DrawingPenItem>(picture, nullptr);
+        QPoint at(random.bounded(900), random.bounded(700));
+        QVector<QPoint> points{at};
+        for (int i = 0; i < segments; ++i) {
+            at += QPoint(random.bounded(-reach, reach + 1), random.bounded(-reach, reach + 1));
+            at = QPoint(qBound(-40, at.x(), 940), qBound(-40, at.y(), 740));
+            points.append(at);
+        }
+        drawn(*item, points);
+        const QPainterPath shape = item->shape();
+        QPolygonF ends;
+        for (const QLineF &line : item->segments())
+            ends << line.p1() << line.p2();
+        const QRectF around = ends.boundingRect().adjusted(-1, -1, 1, 1);
+        for (int probe = 0; probe < 300; ++probe) {
+            const QPoint place = points.at(random.bounded(points.size()));
+            const QPoint pos = place + QPoint(random.bounded(-9, 10), random.bounded(-9, 10));
+            const QRectF area(pos.x() - 1, pos.y() - 1, 3, 3);
+            QPainterPath path;
+            path.addRect(area);
+            const bool hit = item->boundingRect().intersects(area) && path.intersects(shape);
+            QCOMPARE(item->collidesWithPath(path, Qt::IntersectsItemShape), hit);
+            QCOMPARE(item->contains(pos), shape.contains(pos));
+            QCOMPARE(item->isHit(area), around.intersects(area) && shape.intersects(area));
+            ++(hit ? hits : misses);
+        }
+    }
+    QVERIFY2(hits > 100 && misses > 300, qPrintable(QStringLiteral("%1, %2").arg(hits).arg(misses)));
+}
+
+void Tst_DrawingFreehandItem::segmentsThatJoinAHitTestedStrokeAreHitToo() {
+    setTool(Qt::red, 1);
+    DrawingPenItem item(Canvas, nullptr);
+    drawn(item, {{10, 10}, {20, 10}, {20, 20}});
+    const QRectF ahead(79, 59, 3, 3);
+    QVERIFY(!item.isHit(ahead));
+    item.drawMove({20, 20}, {80, 60}, false);
+    QVERIFY(item.isHit(ahead));
+    QVERIFY(item.contains({79.5, 59.5}));
 }
 
 void Tst_DrawingFreehandItem::penDrawsLikeARoundPen() {

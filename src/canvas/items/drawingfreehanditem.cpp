@@ -13,6 +13,16 @@ bool hasUnsetCoordinate(const QPointF &point) {
     return point.x() == -1 || point.y() == -1;
 }
 
+QRectF hitRect(const QLineF &line) {
+    return QRectF(QRect(line.p1().toPoint(), line.p2().toPoint()).normalized());
+}
+
+QPainterPath rectangle(const QRectF &rect) {
+    QPainterPath path;
+    path.addRect(rect);
+    return path;
+}
+
 } // namespace
 
 DrawingFreehandItem::DrawingFreehandItem(TindraPreferences::Id color, const QRectF &sceneRect,
@@ -40,13 +50,45 @@ QRectF DrawingFreehandItem::segmentsRect(int first) const {
 QPainterPath DrawingFreehandItem::shape() const {
     QPainterPath path;
     for (const QLineF &line : m_lines)
-        path.addRect(QRectF(QRect(line.p1().toPoint(), line.p2().toPoint()).normalized()));
+        path.addRect(hitRect(line));
     return path;
+}
+
+const SegmentIndex &DrawingFreehandItem::index() const {
+    for (; m_indexedSegments < m_lines.size(); ++m_indexedSegments) {
+        const QRectF rect = hitRect(m_lines.at(m_indexedSegments));
+        // A path takes no null rectangles.
+        if (!rect.isNull())
+            m_index.add(rect);
+    }
+    return m_index;
+}
+
+// What lies elsewhere adds nothing to the answers of a path about that area: neither an edge nor, as both its
+// sides are crossed or none is, a turn around a point.
+QPainterPath DrawingFreehandItem::shapeNear(const QRectF &area) const {
+    QPainterPath path;
+    for (const QRectF &rect : index().near(area))
+        path.addRect(rect);
+    return path;
+}
+
+bool DrawingFreehandItem::contains(const QPointF &point) const {
+    return shapeNear(QRectF(point, QSizeF(0, 0))).contains(point);
+}
+
+bool DrawingFreehandItem::collidesWithPath(const QPainterPath &path, Qt::ItemSelectionMode mode) const {
+    const QRectF area = path.controlPointRect();
+    // The toolkit compares two rectangles in a way of their own, and a shape of one segment is one.
+    if (mode != Qt::IntersectsItemShape || path != rectangle(area) || area.isEmpty() ||
+        boundingRect().isEmpty() || index().count() < 2)
+        return DrawingItem::collidesWithPath(path, mode);
+    return boundingRect().intersects(area) && shapeNear(area).intersects(area);
 }
 
 bool DrawingFreehandItem::isHit(const QRectF &area) const {
     // The rectangle of a segment reaches one pixel beyond its points.
-    return m_itemRect.adjusted(-1, -1, 1, 1).intersects(area) && shape().intersects(area);
+    return m_itemRect.adjusted(-1, -1, 1, 1).intersects(area) && shapeNear(area).intersects(area);
 }
 
 void DrawingFreehandItem::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *) {

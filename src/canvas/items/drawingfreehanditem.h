@@ -2,6 +2,7 @@
 
 #include "canvas/items/drawinginterface.h"
 #include "canvas/items/drawingitem.h"
+#include "canvas/items/segmentindex.h"
 #include "canvas/shiftgeometry.h"
 
 #include <QLineF>
@@ -25,6 +26,9 @@ public:
     /// One rectangle a segment, built anew on each call; unlike figures, strokes can also be hit outside
     /// the visible part of the image.
     QPainterPath shape() const override;
+    // As the base class answers by all of that shape, but by the segments that lie near.
+    bool contains(const QPointF &point) const override;
+    bool collidesWithPath(const QPainterPath &path, Qt::ItemSelectionMode mode) const override;
     /// Whether the hit area meets that area, inside or outside the visible part.
     bool isHit(const QRectF &area) const;
     void paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget) override;
@@ -46,8 +50,14 @@ protected:
 
 private:
     void applyShift(QPointF &from, QPointF &to, bool shift);
+    /// The index of all hit rectangles there are by now.
+    const SegmentIndex &index() const;
+    /// As much of the shape as can meet the area.
+    QPainterPath shapeNear(const QRectF &area) const;
 
     QVector<QLineF> m_lines;
+    mutable SegmentIndex m_index; ///< made when somebody first asks: most strokes are never asked
+    mutable int m_indexedSegments = 0;
     QPointF m_shiftAnchor{-1, -1}; ///< start of the straight run; (-1, -1) without one
     QPointF m_shiftEnd{-1, -1};    ///< end of the run so far
     ShiftDirection m_shiftDirection = ShiftDirection::None;

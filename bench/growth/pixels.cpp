@@ -1,0 +1,136 @@
+#include "canvas/items/drawingcropitem.h"
+#include "canvas/pixelate.h"
+#include "canvasbench.h"
+#include "growth.h"
+#include "history/thumbnail.h"
+#include "ipc/imageprovider.h"
+#include "output/imagewriter.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr double Megapixels[] = {0.1, 0.5, 2, 8, 20, 60};
+constexpr int Runs = 3;
+constexpr QSize IconSize(84, 84);
+constexpr int Block = 6;
+constexpr int CropMargin = 30;
+
+template <class Action> double costOf(Action action) {
+    const double begin = processorMs();
+    action();
+    return processorMs() - begin;
+}
+
+double fastestOf(const std::function<double()> &measure) {
+    QVector<double> costs;
+    for (int run = 0; run < Runs; ++run)
+        costs.append(measure());
+    return *std::min_element(costs.begin(), costs.end());
+}
+
+/// 16 to 9.
+QSize sizeOf(double megapixels) {
+    const double unit = std::sqrt(megapixels * 1e6 / (16 * 9));
+    return QSize(qRound(16 * unit), qRound(9 * unit));
+}
+
+QString temporary(const char *name) {
+    return qEnvironmentVariable("TMPDIR") + QLatin1Char('/') + QLatin1String(name);
+}
+
+/// A capture that is a file, on the screen.
+class Capture {
+public:
+    explicit Capture(const QSize &size) {
+        patternedCapture(size).save(m_path, "PNG", 70);
+        m_editor.setImageKey(m_path);
+    }
+    double decoding() {
+        return fastestOf([this] {
+            m_canvas.view().setEditor(nullptr);
+            ImageProvider::instance()->forget(m_path);
+            const double cost = m_canvas.untilPainted([this] { m_canvas.view().setEditor(&m_editor); });
+            settle(CanvasBench::SmoothAfter);
+            return cost;
+        });
+    }
+    double zooming() {
+        return fastestOf([this] {
+            const double cost = m_canvas.untilPainted([this] { m_canvas.view().onZoomIn(); });
+            m_canvas.view().onZoomOut();
+            settle(CanvasBench::SmoothAfter);
+            return cost;
+        });
+    }
+    /// The frame is open; accepting it until it is painted.
+    double cropping() {
+        return fastestOf([this] {
+            m_editor.setShape(Editor::Crop);
+            m_editor.startCrop();
+            settle(CanvasBench::SmoothAfter);
+            shrinkFrame();
+            const double cost = m_canvas.untilPainted([this] { m_editor.finishCurrentItem(true); });
+            settle(CanvasBench::SmoothAfter);
+            m_editor.undo();
+            m_canvas.view().onZoomReset();
+            settle(CanvasBench::SmoothAfter);
+            return cost;
+        });
+    }
+    double thumbnail() {
+        return fastestOf([this] {
+            return costOf([this] { Thumbnail::intermediate(m_editor.flatten(true, false), IconSize); });
+        });
+    }
+    double mosaic() {
+        QImage image = m_editor.flatten(false, true).toImage();
+        pixelate(image, image.rect(), Block); // its pixels are its own from now on
+        return fastestOf([&] { return costOf([&] { pixelate(image, image.rect(), Block); }); });
+    }
+    double saving() {
+        return fastestOf(
+            [this] { return costOf([this] { m_editor.saveFlattened(temporary("saved.png"), false, -1); }); });
+    }
+
+private:
+    /// A crop of all is none.
+    void shrinkFrame() {
+        const auto *crop = dynamic_cast<DrawingCropItem *>(m_editor.currentItem());
+        if (!crop)
+            qFatal("no crop");
+        const QPoint corner = m_canvas.view().mapFromScene(crop->frame().bottomRight());
+        const QPoint to = corner - QPoint(CropMargin, CropMargin);
+        m_canvas.send(QEvent::MouseButtonPress, corner);
+        m_canvas.send(QEvent::MouseMove, to);
+        m_canvas.send(QEvent::MouseButtonRelease, to);
+        settle(CanvasBench::SmoothAfter);
+    }
+
+    QString m_path = temporary("capture.png");
+    Editor m_editor;
+    CanvasBench m_canvas;
+};
+
+} // namespace
+
+void growthWithPixels() {
+    Curve decode(QStringLiteral("megapixels from a file to the screen"), figures::Linear);
+    Curve zoom(QStringLiteral("zoom step over megapixels"), figures::Flat);
+    Curve crop(QStringLiteral("accepting a crop of megapixels"), figures::Linear);
+    Curve thumbnail(QStringLiteral("thumbnail of megapixels"), figures::Linear);
+    Curve mosaic(QStringLiteral("mosaic over megapixels"), figures::Linear);
+    Curve save(QStringLiteral("saving megapixels as PNG"), figures::Linear);
+    for (const double megapixels : Megapixels) {
+        Capture capture(sizeOf(megapixels));
+        decode.add(megapixels, capture.decoding());
+        zoom.add(megapixels, capture.zooming());
+        crop.add(megapixels, capture.cropping());
+        thumbnail.add(megapixels, capture.thumbnail());
+        mosaic.add(megapixels, capture.mosaic());
+        save.add(megapixels, capture.saving());
+    }
+    for (const Curve *curve : {&decode, &zoom, &crop, &thumbnail, &mosaic, &save})
+        curve->print();
+}
