@@ -94,6 +94,17 @@ class CheckReadme(unittest.TestCase):
         code, printed = self.run_lines("test -s ~/Pictures/shot.png", "test -x tools/check-readme  # a comment")
         self.assertEqual(code, 0, printed)
 
+    def test_where_no_copy_can_be_made_only_ci_fails(self):
+        answer = types.SimpleNamespace(returncode=77, stdout="", stderr="needs root")
+        for environment, code in (({}, 0), ({"CI": "true"}, 77)):
+            with (mock.patch.object(self.tool.subprocess, "run", return_value=answer),
+                  mock.patch.dict(os.environ, environment),
+                  contextlib.redirect_stdout(io.StringIO()) as printed):
+                if not environment:
+                    os.environ.pop("CI", None)
+                self.assertEqual(self.tool.run_on_copy(["apt"], self.folder), code)
+            self.assertIn("needs root", printed.getvalue())
+
     def test_the_first_line_that_fails_ends_the_block(self):
         code, printed = self.run_lines("true", "echo complaint; exit 3", "touch ~/late")
         self.assertEqual(code, 1)
