@@ -1,5 +1,7 @@
 #include "canvas/pixelate.h"
 
+#include "canvas/rowloops.h"
+
 #include <QImage>
 #include <QtEndian>
 
@@ -8,8 +10,7 @@
 #include <vector>
 
 // Memory is the limit here, so each row of blocks is read from it once and written once; what lies between
-// works on a few rows that stay in the cache, in plain loops over consecutive bytes that compilers turn into
-// vector code.
+// works on a few rows that stay in the cache, in loops over consecutive bytes that are vector code.
 namespace {
 
 constexpr int ColorBytes = 3;
@@ -17,8 +18,6 @@ constexpr int AlphaByte = 3;
 
 /// The alpha byte of a pixel as it lies in memory, whatever the byte order.
 const quint32 AlphaMask = qToLittleEndian(0xff000000u);
-/// A one in its place, by which pixels are counted where their colours are summed.
-const quint32 CountOne = qToLittleEndian(0x01000000u);
 
 /// As many bytes as this can be summed in 16 bits.
 constexpr int MostBytesInSum = 0xffff / 0xff;
@@ -31,12 +30,6 @@ constexpr int SquareSide = 4;
 constexpr int SquareShift = 4;
 /// after which a byte is left in each lane of 16 bits, and above it what the next lane has lost.
 constexpr quint64 AverageMask = 0x00ff00ff00ff00ff;
-
-quint32 loadPixel(const uchar *from) {
-    quint32 pixel;
-    std::memcpy(&pixel, from, sizeof pixel);
-    return pixel;
-}
 
 void storePixel(uchar *to, quint32 pixel) {
     std::memcpy(to, &pixel, sizeof pixel);
@@ -66,34 +59,11 @@ private:
     quint64 m_factor = 0;
 };
 
-/// Adds the bytes of a row to `sums`, one by one.
-void addBytes(const uchar *__restrict row, int count, quint16 *__restrict sums) {
-    for (int i = 0; i < count; ++i)
-        sums[i] = static_cast<quint16>(sums[i] + row[i]);
-}
-
-/// Copies a row with 1 in place of each alpha, and nothing of a pixel with alpha 0.
-void maskTransparent(const uchar *__restrict row, int width, uchar *__restrict masked) {
-    for (int x = 0; x < width; ++x) {
-        const quint32 pixel = loadPixel(row + 4 * x);
-        storePixel(masked + 4 * x, pixel & AlphaMask ? (pixel & ~AlphaMask) | CountOne : 0);
-    }
-}
-
-/// Gives each pixel with an alpha above 0 the colour of `colors`, whose alpha is 0.
-void mergeColors(const uchar *__restrict colors, int width, uchar *__restrict row) {
-    for (int x = 0; x < width; ++x) {
-        const quint32 pixel = loadPixel(row + 4 * x);
-        const quint32 color = loadPixel(colors + 4 * x);
-        storePixel(row + 4 * x, pixel & AlphaMask ? (pixel & AlphaMask) | color : pixel);
-    }
-}
-
 /// The rows of blocks of one region, one after the other. `Bpp` is the number of bytes from pixel to pixel.
 template <int Bpp> class BlockRows {
 public:
-    BlockRows(int width, int block)
-        : m_width(width), m_block(block), m_columns((width - 1) / block + 1),
+    BlockRows(int width, int block, const RowLoops &loops)
+        : m_loops(loops), m_width(width), m_block(block), m_columns((width - 1) / block + 1),
           m_rowsAtOnce(std::max(1, MostBytesInSum / block)), m_columnsAtOnce(MostBytesInSum / m_rowsAtOnce),
           m_masked(Bpp == 4 ? Bpp * width : 0), m_sums(Bpp * width + Lanes - Bpp), m_totals(m_columns),
           m_colors(Bpp * (width + SpreadWidth - 1)) {}
@@ -137,10 +107,10 @@ private:
         for (int y = 0; y < rows; ++y) {
             const uchar *row = first + qptrdiff(y) * stride;
             if (Bpp == 4) {
-                maskTransparent(row, m_width, m_masked.data());
+                m_loops.maskTransparent(row, m_width, m_masked.data());
                 row = m_masked.data();
             }
-            addBytes(row, Bpp * m_width, m_sums.data());
+            m_loops.addBytes(row, Bpp * m_width, m_sums.data());
         }
     }
 
@@ -213,13 +183,14 @@ private:
 
     void writeRow(uchar *row) const {
         if (Bpp == 4)
-            mergeColors(m_colors.data(), m_width, row);
+            m_loops.mergeColors(m_colors.data(), m_width, row);
         else
             std::memcpy(row, m_colors.data(), Bpp * m_width);
     }
 
     int widthOf(int column) const { return std::min(m_block, m_width - column * m_block); }
 
+    const RowLoops &m_loops;
     const int m_width;
     const int m_block;
     const int m_columns;
@@ -232,8 +203,9 @@ private:
     std::vector<uchar> m_colors; ///< a row of averages
 };
 
-template <int Bpp> void pixelateRows(uchar *bits, int stride, const QRect &area, int block) {
-    BlockRows<Bpp> rows(area.width(), std::min(block, area.width()));
+template <int Bpp>
+void pixelateRows(uchar *bits, int stride, const QRect &area, int block, const RowLoops &loops) {
+    BlockRows<Bpp> rows(area.width(), std::min(block, area.width()), loops);
     for (int y = area.top(); y <= area.bottom(); y += std::min(block, area.height()))
         rows.average(bits + qptrdiff(y) * stride + Bpp * area.left(), stride,
                      std::min(block, area.bottom() + 1 - y));
@@ -242,6 +214,10 @@ template <int Bpp> void pixelateRows(uchar *bits, int stride, const QRect &area,
 } // namespace
 
 void pixelate(QImage &image, const QRect &region, int block) {
+    pixelate(image, region, block, RowLoops::best());
+}
+
+void pixelate(QImage &image, const QRect &region, int block, const RowLoops &loops) {
     const QRect area = region & image.rect();
     if (area.isEmpty() || block < 1 || (image.depth() != 24 && image.depth() != 32))
         return;
@@ -251,7 +227,7 @@ void pixelate(QImage &image, const QRect &region, int block) {
         return;
     // Rows are padded to four bytes, so those of a 24-bit image of up to three pixels count as 32-bit ones.
     if (stride / image.width() == 4)
-        pixelateRows<4>(bits, stride, area, block);
+        pixelateRows<4>(bits, stride, area, block, loops);
     else if (stride / image.width() == 3)
-        pixelateRows<3>(bits, stride, area, block);
+        pixelateRows<3>(bits, stride, area, block, loops);
 }

@@ -3,6 +3,7 @@
 #include <QRect>
 
 class QImage;
+struct RowLoops;
 
 /// Replaces each block of `region` by the average colour of its pixels, in place.
 ///
@@ -12,3 +13,6 @@ class QImage;
 /// other images stay as they are, and so does every image if `block` is below 1.
 /// Any thread, as long as nobody else touches that region.
 void pixelate(QImage &image, const QRect &region, int block);
+
+/// The same by these loops.
+void pixelate(QImage &image, const QRect &region, int block, const RowLoops &loops);

@@ -1,6 +1,7 @@
 #include "canvas/items/mosaicsnapshot.h"
 #include "canvas/pixelate.h"
 #include "canvas/plainpixelate.h"
+#include "canvas/rowloops.h"
 
 #include <QPainter>
 #include <QRandomGenerator>
@@ -30,9 +31,18 @@ QByteArray bytesOf(const QImage &image) {
     return QByteArray(reinterpret_cast<const char *>(image.constBits()), int(image.sizeInBytes()));
 }
 
+/// All builds of the loops that this machine can run.
+QVector<QPair<QString, const RowLoops *>> rowLoops() {
+    QVector<QPair<QString, const RowLoops *>> loops{{QStringLiteral("portable"), &RowLoops::portable()}};
+    if (RowLoops::wide())
+        loops.append({QStringLiteral("wide"), RowLoops::wide()});
+    return loops;
+}
+
 } // namespace
 
 Q_DECLARE_METATYPE(std::function<void()>)
+Q_DECLARE_METATYPE(const RowLoops *)
 
 class Tst_Pixelate : public QObject {
     Q_OBJECT
@@ -41,6 +51,9 @@ private slots:
     void equalsAPlainLoop();
     void opaqueSquaresEqualAPlainLoop_data();
     void opaqueSquaresEqualAPlainLoop();
+    void loopsGiveTheirBytesAndNoMore_data();
+    void loopsGiveTheirBytesAndNoMore();
+    void bestLoopsAreTheWideOnes();
     void averagesAreTruncated();
     void transparentPixelsNeitherCountNorChange();
     void lastBlocksMayBeSmaller();
@@ -60,16 +73,24 @@ private slots:
 };
 
 void Tst_Pixelate::equalsAPlainLoop_data() {
+    QTest::addColumn<const RowLoops *>("loops");
     QTest::addColumn<QImage::Format>("format");
-    QTest::newRow("RGB32") << QImage::Format_RGB32;
-    QTest::newRow("ARGB32") << QImage::Format_ARGB32;
-    QTest::newRow("ARGB32 premultiplied") << QImage::Format_ARGB32_Premultiplied;
-    QTest::newRow("RGBA8888") << QImage::Format_RGBA8888;
-    QTest::newRow("RGB888") << QImage::Format_RGB888;
-    QTest::newRow("BGR888") << QImage::Format_BGR888;
+    for (const auto &loops : rowLoops()) {
+        const auto row = [&loops](const char *name, QImage::Format format) {
+            QTest::newRow(qPrintable(loops.first + QStringLiteral(", ") + QLatin1String(name)))
+                << loops.second << format;
+        };
+        row("RGB32", QImage::Format_RGB32);
+        row("ARGB32", QImage::Format_ARGB32);
+        row("ARGB32 premultiplied", QImage::Format_ARGB32_Premultiplied);
+        row("RGBA8888", QImage::Format_RGBA8888);
+        row("RGB888", QImage::Format_RGB888);
+        row("BGR888", QImage::Format_BGR888);
+    }
 }
 
 void Tst_Pixelate::equalsAPlainLoop() {
+    QFETCH(const RowLoops *, loops);
     QFETCH(QImage::Format, format);
     for (quint32 seed = 1; seed <= 400; ++seed) {
         QRandomGenerator random(seed);
@@ -83,7 +104,7 @@ void Tst_Pixelate::equalsAPlainLoop() {
         if (random.bounded(2))
             region = before.rect();
         QImage image = before;
-        pixelate(image, region, block);
+        pixelate(image, region, block, *loops);
         QImage expected = before;
         plainPixelate(expected, region, block);
         QVERIFY2(bytesOf(image) == bytesOf(expected), qPrintable(QStringLiteral("seed %1: %2 x %3, block %4")
@@ -95,16 +116,24 @@ void Tst_Pixelate::equalsAPlainLoop() {
 }
 
 void Tst_Pixelate::opaqueSquaresEqualAPlainLoop_data() {
+    QTest::addColumn<const RowLoops *>("loops");
     QTest::addColumn<int>("lowest");
     QTest::addColumn<int>("holes");
-    QTest::newRow("all colours") << 0 << 0;
-    QTest::newRow("sums that fill their bits") << 252 << 0;
-    QTest::newRow("white") << 255 << 0;
-    QTest::newRow("a pixel missing here and there") << 0 << 40;
+    for (const auto &loops : rowLoops()) {
+        const auto row = [&loops](const char *name, int lowest, int holes) {
+            QTest::newRow(qPrintable(loops.first + QStringLiteral(", ") + QLatin1String(name)))
+                << loops.second << lowest << holes;
+        };
+        row("all colours", 0, 0);
+        row("sums that fill their bits", 252, 0);
+        row("white", 255, 0);
+        row("a pixel missing here and there", 0, 40);
+    }
 }
 
 // Blocks of 4 x 4 pixels that all count are averaged in a way of their own.
 void Tst_Pixelate::opaqueSquaresEqualAPlainLoop() {
+    QFETCH(const RowLoops *, loops);
     QFETCH(int, lowest);
     QFETCH(int, holes);
     for (const QSize &size : {QSize(64, 48), QSize(65, 49), QSize(66, 50), QSize(67, 51), QSize(4, 4)}) {
@@ -119,11 +148,69 @@ void Tst_Pixelate::opaqueSquaresEqualAPlainLoop() {
         for (int hole = 0; hole < holes; ++hole)
             before.setPixel(random.bounded(size.width()), random.bounded(size.height()), qRgba(9, 8, 7, 0));
         QImage image = before;
-        pixelate(image, image.rect(), 4);
+        pixelate(image, image.rect(), 4, *loops);
         QImage expected = before;
         plainPixelate(expected, expected.rect(), 4);
         QVERIFY(bytesOf(image) == bytesOf(expected));
     }
+}
+
+void Tst_Pixelate::loopsGiveTheirBytesAndNoMore_data() {
+    QTest::addColumn<const RowLoops *>("loops");
+    for (const auto &loops : rowLoops())
+        QTest::newRow(qPrintable(loops.first)) << loops.second;
+}
+
+// Rows of every width up to several vectors, from every place in memory that an image's region can begin at.
+void Tst_Pixelate::loopsGiveTheirBytesAndNoMore() {
+    QFETCH(const RowLoops *, loops);
+    constexpr int Most = 80;
+    constexpr int Guard = 64;
+    using Bytes = QVector<uchar>;
+    QRandomGenerator random(29);
+    const auto bytes = [&random](int count) {
+        Bytes row(count);
+        for (uchar &byte : row)
+            byte = static_cast<uchar>(random.bounded(3) ? random.bounded(256) : 0);
+        return row;
+    };
+    for (int width = 0; width <= Most; ++width) {
+        const int begin = Guard + random.bounded(32);
+        const Bytes row = bytes(4 * width + 2 * Guard);
+        const Bytes before = bytes(4 * width + 2 * Guard);
+        QVector<quint16> sums(4 * width + 2 * Guard);
+        for (quint16 &sum : sums)
+            sum = static_cast<quint16>(random.bounded(0xff00));
+        Bytes masked = before, maskedThere = before;
+        QVector<quint16> summed = sums;
+        Bytes merged = row, mergedThere = row;
+        Bytes colors = before;
+        for (int x = 0; x < width; ++x) {
+            colors[begin + 4 * x + 3] = 0;
+            const bool there = row[begin + 4 * x + 3] != 0;
+            for (int byte = begin + 4 * x; byte < begin + 4 * x + 4; ++byte) {
+                const bool alpha = byte == begin + 4 * x + 3;
+                maskedThere[byte] = there ? (alpha ? 1 : row[byte]) : 0;
+                mergedThere[byte] = there && !alpha ? colors[byte] : row[byte];
+                summed[byte] = static_cast<quint16>(sums[byte] + row[byte]);
+            }
+        }
+        loops->maskTransparent(row.constData() + begin, width, masked.data() + begin);
+        QCOMPARE(masked, maskedThere);
+        loops->addBytes(row.constData() + begin, 4 * width, sums.data() + begin);
+        QCOMPARE(sums, summed);
+        loops->mergeColors(colors.constData() + begin, width, merged.data() + begin);
+        QCOMPARE(merged, mergedThere);
+    }
+}
+
+void Tst_Pixelate::bestLoopsAreTheWideOnes() {
+    QCOMPARE(&RowLoops::best(), RowLoops::wide() ? RowLoops::wide() : &RowLoops::portable());
+#if defined(Q_PROCESSOR_X86_64) && defined(Q_CC_GNU)
+    QFile processor(QStringLiteral("/proc/cpuinfo"));
+    if (processor.open(QIODevice::ReadOnly))
+        QCOMPARE(RowLoops::wide() != nullptr, processor.readAll().contains(" avx2"));
+#endif
 }
 
 void Tst_Pixelate::averagesAreTruncated() {
