@@ -24,6 +24,9 @@ int &prepared(int &argc) {
     OrderlyStart::begin();
     prepareScaleEnvironment();
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    // The processor paints everything. Windows that graphics hardware could paint as well have its driver
+    // loaded with the first of them, compiler and all, which doubles what a resident editor keeps.
+    QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets);
     return argc;
 }
 

@@ -19,6 +19,7 @@ private slots:
     void announcesItsIdentity();
     void withoutTheTranslationTextsStayEnglish();
     void outlivesItsLastWindow();
+    void windowsNeedNoGraphicsDriver();
     void oneLogicalPixelIsOneDevicePixel();
     void scaleFactorsBecomeDpi();
     void joinsArguments_data();
@@ -54,6 +55,12 @@ void Tst_Application::withoutTheTranslationTextsStayEnglish() {
 
 void Tst_Application::outlivesItsLastWindow() {
     QVERIFY(!QGuiApplication::quitOnLastWindowClosed());
+}
+
+void Tst_Application::windowsNeedNoGraphicsDriver() {
+    QWidget window;
+    window.winId();
+    QCOMPARE(window.windowHandle()->surfaceType(), QSurface::RasterSurface);
 }
 
 void Tst_Application::oneLogicalPixelIsOneDevicePixel() {

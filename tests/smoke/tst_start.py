@@ -71,6 +71,13 @@ class Start(EditorTest):
                               check=True).stdout
         self.assertEqual(re.findall(r'"(.*?)"', told)[1], expected)
 
+    def test_the_window_needs_no_graphics_driver(self):
+        """It would take more memory than the editor does."""
+        first = self.first("/show")
+        self.assertTrue(wait_for(windows))
+        libraries = {Path(line.split()[-1]).name for line in Path(f"/proc/{first.pid}/maps").read_text().splitlines()}
+        self.assertEqual([name for name in libraries if re.search("glx-integration|_mesa|_dri|LLVM", name)], [])
+
     def test_a_redirect_that_fails_ends_with_0_too(self):
         with socket.socket(socket.AF_UNIX) as server, held("TNDERedirectMutex.lock"):
             SOCKET.unlink(missing_ok=True)  # of an editor that was killed
