@@ -13,11 +13,13 @@
 namespace {
 
 constexpr int Patience = 15000; // milliseconds
+/// A page in fine resolution takes seconds to draw, and a busy machine makes minutes of them.
+constexpr int ToolPatience = 300000;
 
 QByteArray outputOf(const QString &program, const QStringList &arguments) {
     QProcess process;
     process.start(program, arguments);
-    process.waitForFinished(Patience);
+    process.waitForFinished(ToolPatience);
     return process.readAllStandardOutput();
 }
 

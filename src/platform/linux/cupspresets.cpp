@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -109,16 +111,42 @@ bool isSize(const QByteArray &word) {
            pwgMediaForPPD(name) || pwgMediaForPPD(sheet.constData());
 }
 
+/// Options as the library reads them from a text.
+class ParsedOptions {
+public:
+    // An option that stands for another takes it out; where that was the only one the library loses its list.
+    ParsedOptions() : m_count(cupsAddOption(Keeper, "", 0, &m_list)) {}
+    explicit ParsedOptions(const QByteArray &text) : ParsedOptions() { add(text.constData()); }
+    ~ParsedOptions() { cupsFreeOptions(m_count, m_list); }
+    ParsedOptions(const ParsedOptions &) = delete;
+    ParsedOptions &operator=(const ParsedOptions &) = delete;
+
+    void add(const char *text) { m_count = cupsParseOptions(text, m_count, &m_list); }
+    /// Null when there is none of that name.
+    const char *value(const char *name) const { return cupsGetOption(name, m_count, m_list); }
+    std::vector<std::pair<const char *, const char *>> all() const {
+        std::vector<std::pair<const char *, const char *>> options;
+        for (int i = 0; i < m_count; ++i) {
+            if (!isSame(m_list[i].name, Keeper))
+                options.emplace_back(m_list[i].name, m_list[i].value);
+        }
+        return options;
+    }
+
+private:
+    static constexpr char Keeper[] = "tindra-keeps-the-list";
+    cups_option_t *m_list = nullptr;
+    int m_count;
+};
+
 /// The tray and the kind of paper of a collection, as one of their own; empty when it names neither.
 QByteArray withoutSize(const QByteArray &collection) {
-    cups_option_t *members = nullptr;
-    const int count = cupsParseOptions(collection.constData(), 0, &members);
+    const ParsedOptions members(collection);
     QList<QByteArray> kept;
     for (const char *name : {CUPS_MEDIA_SOURCE, CUPS_MEDIA_TYPE}) {
-        if (const char *value = cupsGetOption(name, count, members))
+        if (const char *value = members.value(name))
             kept.append(QByteArray(name) + '=' + value);
     }
-    cupsFreeOptions(count, members);
     return kept.isEmpty() ? QByteArray() : '{' + kept.join(' ') + '}';
 }
 
@@ -130,8 +158,7 @@ QByteArray contentOf(const QString &path) {
 } // namespace
 
 CupsPresets::CupsPresets(const QByteArray &text, const QByteArray &queue) {
-    cups_option_t *list = nullptr;
-    int count = 0;
+    ParsedOptions given;
     for (const QByteArray &line : text.split('\n')) {
         // KIND QUEUE OPTION=VALUE OPTION=VALUE ...
         const QByteArray words = QByteArray(line).replace('\t', ' ').trimmed();
@@ -140,13 +167,12 @@ CupsPresets::CupsPresets(const QByteArray &text, const QByteArray &queue) {
         const QByteArray kind = words.left(kindEnd).toLower();
         if (queueEnd > kindEnd && (kind == "dest" || kind == "default") &&
             isSame(words.mid(kindEnd + 1, queueEnd - kindEnd - 1), queue))
-            count = cupsParseOptions(words.constData() + queueEnd + 1, count, &list);
+            given.add(words.constData() + queueEnd + 1);
     }
-    for (int i = 0; i < count; ++i) {
-        if (!isNoPreset(list[i].name))
-            m_options.emplace_back(list[i].name, inNumbers(list[i].name, list[i].value));
+    for (const auto &[name, value] : given.all()) {
+        if (!isNoPreset(name))
+            m_options.emplace_back(name, inNumbers(name, value));
     }
-    cupsFreeOptions(count, list);
 }
 
 CupsPresets CupsPresets::read(const QString &queue) {
