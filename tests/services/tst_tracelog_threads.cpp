@@ -10,12 +10,14 @@
 class Tst_TraceLogThreads : public QObject {
     Q_OBJECT
 private slots:
-    void threadsKeepLinesWhole();
+    void threadsKeepLinesWholeAndInOrder();
 };
 
-void Tst_TraceLogThreads::threadsKeepLinesWhole() {
-    constexpr int threadCount = 4;
-    constexpr int lineCount = 100;
+// A line gets its time and its place in the file in one step: what stands below another was never written
+// before it.
+void Tst_TraceLogThreads::threadsKeepLinesWholeAndInOrder() {
+    constexpr int threadCount = 8;
+    constexpr int lineCount = 500;
     setTraceLevel(1);
     std::vector<std::thread> threads;
     for (int thread = 0; thread < threadCount; ++thread) {
@@ -38,13 +40,16 @@ void Tst_TraceLogThreads::threadsKeepLinesWhole() {
     const QStringList lines = QString::fromUtf8(file.readAll()).split(QStringLiteral("\r\n"));
     QCOMPARE(lines.size(), threadCount * lineCount + 1);
     const QRegularExpression whole(
-        QStringLiteral("^\\[[-0-9 :.]{23}\\]\\(P:\\d+\\) writer : (\\d+) (a+|b+|c+|d+)$"));
+        QStringLiteral("^\\[([-0-9 :.]{23})\\]\\(P:\\d+\\) writer : (\\d+) (a+|b+|c+|d+|e+|f+|g+|h+)$"));
     int next[threadCount] = {};
+    QString time;
     for (int i = 0; i < threadCount * lineCount; ++i) {
         const QRegularExpressionMatch match = whole.match(lines[i]);
         QVERIFY2(match.hasMatch(), qPrintable(lines[i]));
-        QCOMPARE(match.captured(2).size(), 60);
-        QCOMPARE(match.captured(1).toInt(), next[match.captured(2).at(0).toLatin1() - 'a']++);
+        QVERIFY2(match.captured(1) >= time, qPrintable(lines[i]));
+        time = match.captured(1);
+        QCOMPARE(match.captured(3).size(), 60);
+        QCOMPARE(match.captured(2).toInt(), next[match.captured(3).at(0).toLatin1() - 'a']++);
     }
 }
 
