@@ -22,7 +22,8 @@ WORK = Path(os.environ["XDG_DATA_HOME"]) / "Norvane/Tindra"
 PINS = WORK / "pin"
 RESULTS = Path(os.environ["TMPDIR"]) / "results"
 SOCKET = RUNTIME / "TNDEMutex"
-LIMIT = 20.0
+# Seconds. Ends what hangs; a busy machine and a sanitizer make much of little.
+LIMIT = 60.0
 
 
 def wait_for(condition, limit=LIMIT, step=0.02):

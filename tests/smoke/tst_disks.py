@@ -31,6 +31,7 @@ from editorsession import (PINS, RESULTS, WORK, EditorTest, main_window, png, pu
 BMP = 2  # the setting FileFormat
 PICTURE = png(300, 200, (255, 0, 0))
 PICTURE_SIZE = 300 * 200 * 3  # of its BMP, less the header
+WINDOW = (1100, 700)
 
 
 class Disk:
@@ -126,8 +127,14 @@ class Disks(EditorTest):
         editor = self.begin(FilePath=disk.folder, FileFormat=BMP)
         for number in range(5):
             tell(f"/path \"{put_capture(f'more{number}.png', PICTURE)}\"")
+        # Commands are done in their order: with this one all captures are there, and none changes the window any more.
+        tell("/about")
+        self.window_count(2)
+        self.press_in_dialog("Escape", 1)
         window = main_window()
-        width, height = size_of(window)
+        width, height = WINDOW
+        xdotool("windowsize", window, width, height)
+        self.assertTrue(wait_for(lambda: size_of(window) == WINDOW))
         xdotool("mousemove", "--window", window, width - 84, height - 56, "click", 1)
         self.window_count(2)
         self.press_in_dialog("alt+s", 1)

@@ -20,6 +20,7 @@ xcb_atom_t atom(const char *name) {
 
 /// The argument that makes this program the other one.
 const QString OtherProgram = QStringLiteral("--other-program");
+constexpr int FirstWindowPatience = 60000; // milliseconds
 
 void showWindow(QWindow &window) {
     window.setGeometry(100, 100, 300, 200);
@@ -73,7 +74,8 @@ private:
 void Tst_ForegroundWindow::init() {
     m_window = std::make_unique<QWindow>();
     showWindow(*m_window);
-    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    // The first window of a program waits for all that the display has to tell.
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get(), FirstWindowPatience));
     QTRY_COMPARE(activeWindow(), m_window->winId());
     m_other.start(QCoreApplication::applicationFilePath(), {OtherProgram});
     QTRY_COMPARE(rootWindows("_NET_CLIENT_LIST").size(), 2);

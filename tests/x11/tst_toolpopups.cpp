@@ -28,6 +28,8 @@
 
 #include <functional>
 
+constexpr int Patience = 30000; // milliseconds
+
 /// The panels in real windows of a real window manager, driven by a mouse and a keyboard outside the program.
 class Tst_ToolPopups : public QObject {
     Q_OBJECT
@@ -222,13 +224,20 @@ void Tst_ToolPopups::panelAtTheEdgeStaysOnTheScreen() {
         QVERIFY(screen.contains(popup->window()->frameGeometry()));
         auto *page = popup->findChildren<ColorSelectPopup *>(QString(), Qt::FindDirectChildrenOnly).at(1);
         auto *picker = page->findChild<ColorPicker *>();
-        QTimer::singleShot(500, this, [&, picker] {
-            QVERIFY(picker->isVisible());
+        // Comes in a loop of its own, in which the click is still under way.
+        bool wasShown = false;
+        QTimer watch;
+        watch.callOnTimeout([&, picker] {
+            if (!picker->isVisible())
+                return;
+            watch.stop();
+            wasShown = true;
             QVERIFY(screen.contains(picker->window()->frameGeometry()));
             keys({QStringLiteral("Escape")});
         });
+        watch.start(100);
         click(page->findChild<QPushButton *>(QStringLiteral("picker_")));
-        QTRY_VERIFY(!picker->isVisible());
+        QTRY_VERIFY_WITH_TIMEOUT(wasShown && !picker->isVisible(), Patience);
         QVERIFY(popup->isVisible());
     });
 }
