@@ -93,7 +93,8 @@ def server_pid():
         ancestors.append(parent_of(ancestors[-1]))
     for entry in Path("/proc").glob("[0-9]*"):
         try:
-            if (entry / "comm").read_text(encoding="utf-8").strip() == "Xvfb" and parent_of(entry.name) in ancestors[:-1]:
+            name = (entry / "comm").read_text(encoding="utf-8").strip()
+            if name == "Xvfb" and parent_of(entry.name) in ancestors[:-1]:
                 return int(entry.name)
         except OSError:
             pass
@@ -121,6 +122,8 @@ class Census:
         self.own = sizes["Anonymous"] + sizes.get("Pss_Shmem", 0.0)
         self.descriptors = descriptors(pid)
         self.threads = len(list(Path(f"/proc/{pid}/task").iterdir()))
+        # Those of a batch save end when there was nothing to do for a while, and each takes one along.
+        self.lasting_descriptors = self.descriptors - collections.Counter({"anon_inode:[eventfd]": self.threads})
         self.segments = segments(pid)
         self.companions = companions(pid)
         self.windows = server_windows()

@@ -1,18 +1,27 @@
 """A user and a capture side at work on one editor, and what its list must hold after each of their doings."""
+import collections
 import subprocess
 import time
+import types
 from concurrent.futures import ThreadPoolExecutor
+from importlib.machinery import SourceFileLoader
 from pathlib import Path
 
 import user as places
-from editorsession import EDITOR, RESULTS, SENDER, WORK, put_capture, size_of, tell, windows, xdotool
+from editorsession import EDITOR, RESULTS, SENDER, WORK, put_capture, tell
 from pictures import COLOURS, Picture, png
-from user import User, heard, wait
+from user import User, wait
+
+# The tool's own code: a process for each picture would cost more time than the editor takes.
+sender = types.ModuleType("tindra_send")
+SourceFileLoader("tindra_send", str(SENDER)).exec_module(sender)
 
 ROWS, PINS = 100, 5  # at most
 FORMATS = ("png", "jpg", "bmp", "gif", "webp")  # in the order of the setting FileFormat
+FIRST_FORMAT = "bmp"  # until a batch is saved in another: quick to write and to read
 SETTINGS = {"FileNameType": 0, "FileNameTamplate": "shot", "ShowPostSaveDlg": 0, "ShowPostSaveAllDlg": 0,
-            "NotifyDeleteHistory": 0, "NotifyDeleteAllHistory": 0, "AutoHistoryDelete": 1, "LastDrawingItem": 1}
+            "FileFormat": FORMATS.index(FIRST_FORMAT), "NotifyDeleteHistory": 0, "NotifyDeleteAllHistory": 0,
+            "AutoHistoryDelete": 1, "LastDrawingItem": 1}
 AUTO_HISTORY_DELETE = 59  # the number of that setting in /updateprefvalue
 LARGE = (3840, 2160)  # from here on a thumbnail waits for a pause
 PREFERENCE_PAGES = 4
@@ -37,12 +46,14 @@ class Session:
         self.user = User()
         self.rows, self.pinned, self.selected = [], 0, None
         self.taken = self.last_number = 0
-        self.format = FORMATS[0]
+        self.asked_for = 0
+        self.format = FIRST_FORMAT
         self.refused = 0  # their files stay in the work folder until the end
         self.doing = ""
+        self.lately = collections.deque(maxlen=12)
         self.done = {}  # how often
         self.bag = []
-        self.saves = 0  # files that were looked at
+        self.saves = self.silent_saves = 0  # files that were looked at; those of which the capture side is told
 
     # The capture side.
 
@@ -55,6 +66,7 @@ class Session:
         content = png(*capture.size, number)
         x, y = self.chance.randrange(600), self.chance.randrange(400)
         silent = ["/skip"] * (self.chance.random() < 0.3)
+        self.silent_saves += len(silent)
         words = ["/point", str(x), str(y), "/autosave", *silent]
         self.chance.choices((self.by_path, self.by_memory, self.by_second_start), (5, 3, 2))[0](capture, content, words)
         if len(self.rows) == ROWS:
@@ -80,9 +92,14 @@ class Session:
         capture.file = put_capture(f"shot-{self.taken:05}.png", content)
         tell(f"/path \"{capture.file}\" {' '.join(words)}")
 
-    def by_memory(self, _capture, content, words):
+    @staticmethod
+    def by_memory(_capture, content, words):
+        """In this process, which is how a capture side would do it too."""
         options = [word.replace("/", "--") for word in words]
-        subprocess.run([SENDER, "--road", "memory", "-", *options], input=content, check=True, timeout=places.NEVER)
+        picture = RESULTS.with_name("picture")
+        picture.write_bytes(content)
+        assert sender.main(["--road", "memory", str(picture), *options]) == 0, "no hand-over through memory"
+        picture.unlink()
 
     def by_second_start(self, capture, content, words):
         capture.file = put_capture(f"shot-{self.taken:05}.png", content)
@@ -110,11 +127,12 @@ class Session:
             self.chance.shuffle(self.bag)
         name = self.bag.pop()
         self.doing = name[3:].replace("_", " ")
+        self.lately.append(self.doing)
         self.user.show()
         # Of what cannot be done now it says so.
         if getattr(self, name)() is not False:
             self.done[self.doing] = self.done.get(self.doing, 0) + 1
-        heard()
+        self.user.heard()
 
     def can_act(self):
         """Whether there are enough rows for any of it."""
@@ -148,7 +166,6 @@ class Session:
     def figure(self, index):
         self.user.open_panel(places.FIGURE)
         self.user.click(places.FIGURES[index])
-        heard()
         self.draw(places.FIGURE)
 
     def do_rectangle(self):
@@ -170,7 +187,6 @@ class Session:
         self.user.open_panel(places.FIGURE)
         self.user.click(self.chance.choice(places.FIGURE_COLOURS))
         self.user.key("Escape")
-        heard()
         self.user.show()
         self.draw(places.FIGURE)
 
@@ -181,7 +197,6 @@ class Session:
     def do_mosaic(self):
         self.user.open_panel(places.MOSAIC)
         self.user.click(self.chance.choice(places.STRENGTHS))
-        heard()
         self.draw(places.MOSAIC)
 
     def do_eraser(self):
@@ -214,7 +229,6 @@ class Session:
     def crop(self):
         """The width is the first field of the panel."""
         self.user.click(places.CROP)
-        heard()
         self.user.type(str(self.chance.randint(250, 390)))
         self.user.key("Tab")
 
@@ -229,8 +243,7 @@ class Session:
 
     def do_zoom_by_wheel(self):
         button = self.chance.choice((places.WHEEL_UP, places.WHEEL_DOWN))
-        self.user.turn_wheel(places.CANVAS, button, self.chance.randint(1, 6), "ctrl")
-        heard()
+        self.user.turn_wheel(places.CANVAS, button, self.chance.randint(1, 6), b"Control_L")
         self.user.click(places.ZOOM_RESET)
 
     def do_zoom_by_buttons(self):
@@ -243,7 +256,6 @@ class Session:
 
     def do_canvas_menu(self):
         self.user.click(places.CANVAS, button=3)
-        heard()
         self.user.key("Escape")
 
     # The list.
@@ -256,7 +268,7 @@ class Session:
         downs = self.chance.randint(1, 6)
         self.user.key(*["Down"] * downs, "Up")
         self.select(max(0, min(row + downs, len(self.rows) - 1) - 1))
-        heard()
+        self.user.heard()
         self.do_save_by_itself()
 
     def row_in_sight(self, first=0):
@@ -270,8 +282,9 @@ class Session:
         self.select(row)
 
     def do_row_menu(self):
+        self.user.scroll_to_first_row()
         self.user.click(self.user.row(0), button=3)
-        heard()
+        self.select(0)
         self.user.key("Escape")
 
     def do_pin(self):
@@ -308,7 +321,6 @@ class Session:
 
     def do_delete_by_key(self):
         self.user.key("Delete")
-        heard()
         self.delete(self.rows.index(self.selected))
 
     def do_delete_by_mouse(self):
@@ -321,7 +333,6 @@ class Session:
     def check_two_rows(self):
         self.user.scroll_to_first_row()
         self.user.click(places.SELECT)
-        heard()
         rows = sorted(self.chance.sample(range(places.ROWS_IN_SIGHT), 2), reverse=True)
         for row in rows:
             self.user.click_on_row(row, places.CHECK)
@@ -330,28 +341,26 @@ class Session:
     def do_delete_checked(self):
         rows = self.check_two_rows()
         self.user.click(places.DELETE_ALL)
-        heard()
         for row in rows:
             self.delete(row)
         self.select(0)
 
     def do_save_checked(self):
         rows = self.check_two_rows()
-        self.save_batch([self.rows[row] for row in rows], self.format)
+        self.save_batch([self.rows[row] for row in rows], FIRST_FORMAT)
 
     def do_hide_list(self):
         self.user.click(places.HIDE_LIST)
-        heard()
         # The window treats events on its way, and only then the button is there.
         time.sleep(0.1)
-        heard()
+        self.user.heard()
         self.user.click(places.SHOW_LIST)
-        heard()
 
     # Saving, and the other windows.
 
     def do_save_by_itself(self):
         tell("/autosave /skip")
+        self.silent_saves += 1
         self.looks_at_save(self.selected)
 
     def do_save_by_dialog(self):
@@ -375,7 +384,7 @@ class Session:
         paths = [RESULTS / f"shot_{number}.{suffix}" for number in range(1, len(captures) + 1)]
         wait(lambda: len(list(RESULTS.glob(f"shot_*.{suffix}"))) == len(paths), f"not {len(paths)} files saved")
         self.user.dialog_closed()
-        heard()
+        self.user.heard()
         # A number too many would be a row that should not be.
         assert sorted(RESULTS.iterdir()) == sorted(paths), f"{sorted(path.name for path in RESULTS.iterdir())}"
         with ThreadPoolExecutor(2) as readers:
@@ -385,6 +394,10 @@ class Session:
         """Which shows the whole list, in its order."""
         self.user.show()
         self.save_batch(self.rows[::-1], self.chance.choice(FORMATS))
+
+    def do_ask_for_capture(self):
+        self.user.key("ctrl+n")
+        self.asked_for += 1
 
     def do_copy(self):
         self.user.key("ctrl+c")
@@ -417,9 +430,9 @@ class Session:
         """It goes with its capture."""
         row = self.rows.index(self.selected)
         self.user.key("ctrl+alt+shift+f")
-        wait(lambda: len(windows()) == 2, "no floating copy")
+        wait(lambda: self.user.windows() == 2, "no floating copy")
         subprocess.run(["wmctrl", "-i", "-a", hex(self.user.window)], check=True)
-        wait(lambda: xdotool("getactivewindow").strip() == str(self.user.window), "the window is not active")
+        wait(lambda: self.user.display.active_window() == self.user.window, "the window is not active")
         self.user.key("Delete")
         self.user.dialog_closed()
         self.delete(row)
@@ -427,32 +440,28 @@ class Session:
     def do_menus(self):
         for button in (places.HELP, places.MENU):
             self.user.click(button)
-            heard()
             self.user.key("Escape")
-            heard()
 
     def do_hide(self):
         self.user.hide()
 
     def do_close(self):
         subprocess.run(["wmctrl", "-i", "-c", hex(self.user.window)], check=True)
-        wait(lambda: not windows(), "closing does not hide")
+        wait(lambda: not self.user.windows(), "closing does not hide")
 
     def do_resize(self):
-        xdotool("windowsize", self.user.window, *NARROW)
-        wait(lambda: size_of(self.user.window) == NARROW, "the window keeps its size")
-        heard()
+        self.user.resize(NARROW)
 
     def do_refused_captures(self):
         """A full list takes none when the oldest is not to go."""
         if len(self.rows) < ROWS:
             return False
         tell(f"/updateprefvalue {AUTO_HISTORY_DELETE} 0")
-        heard()
+        self.user.heard()
         content = png(600, 400, 0)
         tell(f"/path \"{put_capture(f'refused-{self.refused}.png', content)}\"")
-        subprocess.run([SENDER, "--road", "memory", "-"], input=content, check=True, timeout=places.NEVER)
-        heard()
+        self.by_memory(None, content, [])
+        self.user.heard()
         tell(f"/updateprefvalue {AUTO_HISTORY_DELETE} 1")
         self.refused += 1
         self.do_save_by_itself()
@@ -472,7 +481,6 @@ class Session:
         self.doing = "emptying the list"
         self.user.show()
         self.user.click(places.DELETE_ALL)
-        heard()
         files = [capture.file for capture in self.rows if capture.file]
         wait(lambda: not any(file.exists() for file in files), "not all captures are deleted")
         self.rows, self.pinned, self.selected = [], 0, None

@@ -14,19 +14,23 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "smoke"))
 # Only now; the first takes the editor from the arguments.
-from editorsession import EDITOR, RESULTS, RUNTIME, SOCKET, answers, tell, write_settings
+from editorsession import EDITOR, RESULTS, RUNTIME, SOCKET, answers, tell, wait_for, write_settings
+from captureside import CAPTURE_WANTED, PROGRAM_ENDS, SILENT_CAPTURE_SAVED, CaptureSide
 from census import Census, descriptors, segments
 from session import SETTINGS, Session
 from user import NEVER, wait
 
 CAPTURES, SEED = 2000, 4711
 STAGE = 100  # captures between two looks
+EMPTIES, JUDGES = 200, 600  # captures between two empty lists, and from the first of them between two that are judged
 LONG = 400  # captures from which the bound of the design holds
 SHORT_BEGIN = 20  # captures of a short form before its first look
-SHORT_REST = 0.25  # of the captures there are followed by something that a user does
+SHORT_REST = 0.1  # of the captures there are followed by something that a user does
 GROWTH = 10.0  # MiB
-# Each stage of a short form still makes what is made once: fonts of another size, styles of a dialog, the first 100
-# thumbnails. What it must find is a picture that nobody frees, and a hundred of the smallest are 45 MiB.
+# Left alone, the toolkit lets go what it kept in case of need: the threads of a batch after half a minute, then every
+# ten seconds a quarter of its drawn pictures, of which it keeps 10 MiB while there is something to do.
+LEFT_ALONE = 90.0  # seconds
+# The short form has no time for that. What it must find is a picture that nobody frees, and a hundred are 45 MiB.
 SHORT_GROWTH = 20.0  # MiB
 HEAD = ("captures", "list", "PSS", "RSS", "own", "server", "files open", "threads", "segments", "windows", "keepers",
         "seconds")
@@ -38,7 +42,7 @@ class Soak:
         self.chance = random.Random(seed)
         self.session = Session(self.chance)
         self.begin = time.monotonic()
-        self.editor = None
+        self.editor = self.capture_side = None
         self.empty = []  # the looks at it without a capture, from the first that counts
 
     # What is done.
@@ -46,6 +50,7 @@ class Soak:
     def run(self):
         RESULTS.mkdir(exist_ok=True)
         write_settings(**SETTINGS)
+        self.capture_side = CaptureSide()
         self.editor = subprocess.Popen([EDITOR], stdin=subprocess.DEVNULL)
         try:
             wait(answers, "the editor does not listen")
@@ -54,7 +59,8 @@ class Soak:
             faults = self.faults() + self.leave()
         except Exception as error:
             raise SystemExit(f"soak: {self.session.taken} captures, {self.session.doing}: "
-                             f"{type(error).__name__}: {error}{self.what_is_seen()}") from error
+                             f"{type(error).__name__}: {error}{self.what_is_seen()}\n"
+                             f"lately: {', '.join(self.session.lately)}") from error
         finally:
             if self.editor.poll() is None:
                 self.editor.kill()
@@ -88,11 +94,12 @@ class Soak:
         taken = self.session.taken
         if self.is_long:
             if taken % STAGE == 0 or taken >= self.captures:
-                self.look(empties=taken % (2 * STAGE) == 0 or taken >= self.captures)
+                last = taken >= self.captures
+                self.look(empties=last or taken % EMPTIES == 0, judges=last or taken % JUDGES == EMPTIES)
         elif taken >= self.captures or (taken >= SHORT_BEGIN and not self.empty):
-            self.look(empties=True)
+            self.look(empties=True, judges=True)
 
-    def look(self, empties):
+    def look(self, empties, judges):
         """A full list for the eye; lists of other pictures weigh other, so only empty ones are compared."""
         self.session.check()
         self.session.user.hide()
@@ -100,8 +107,14 @@ class Soak:
         if empties:
             self.session.empty()
             self.session.user.hide()
-            self.empty.append(Census(self.editor.pid))
-            self.tell(self.empty[-1])
+            seen = Census(self.editor.pid)
+            self.tell(seen)
+            if judges and self.is_long:
+                time.sleep(LEFT_ALONE)
+                seen = Census(self.editor.pid)
+                self.tell(seen)
+            if judges:
+                self.empty.append(seen)
 
     def tell(self, seen):
         print(self.session.taken, len(self.session.rows), *(f"{size:.1f}" for size in (
@@ -129,10 +142,10 @@ class Soak:
                 print(f"growth of {name} memory without captures: {growth:.1f} MiB, at most {bound:.1f}")
                 if growth >= bound:
                     found.append(f"{name} memory grew by {growth:.1f} MiB")
-        for name in ("descriptors", "segments", "windows"):
+        for name in ("lasting_descriptors", "segments", "windows"):
             before, after = getattr(first, name), getattr(last, name)
             if before != after:
-                found.append(f"{name} were {before} and are {after}")
+                found.append(f"{name.replace('_', ' ')} were {before} and are {after}")
         # A batch starts as many as there are processors, and they end when nothing is left to do for a while.
         if last.threads > first.threads + os.cpu_count():
             found.append(f"{first.threads} threads became {last.threads}")
@@ -156,6 +169,10 @@ class Soak:
         tell("/close")
         code = self.editor.wait(NEVER)
         found = [f"ended with {code}"] if code else []
+        for event, count in ((SILENT_CAPTURE_SAVED, self.session.silent_saves),
+                             (CAPTURE_WANTED, self.session.asked_for), (PROGRAM_ENDS, 1)):
+            if not wait_for(lambda event=event, count=count: self.capture_side.events[event] == count):
+                found.append(f"{self.capture_side.events[event]} events {event:#x} instead of {count}")
         left = [*self.session.left_over(), *(str(path) for path in mine if path.exists())]
         left += [path.name for path in (SOCKET, RUNTIME / "TindraImageMemory") if path.exists()]
         makers = {line.split()[4] for line in Path("/proc/sysvipc/shm").read_text(encoding="ascii").splitlines()[1:]}

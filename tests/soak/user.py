@@ -1,7 +1,9 @@
-"""Mouse and keys of the display server, where the buttons of the main window are, and its socket."""
+"""What a user does with mouse and keys, and where the buttons of the main window are."""
 import socket
+import time
 
-from editorsession import (SOCKET, main_window, newest_has_keyboard, size_of, tell, wait_for, windows, wire, xdotool)
+from display import Display
+from editorsession import SOCKET, tell, wait_for, wire, xdotool
 
 WINDOW = (1200, 800)
 PLACE = (60, 20)
@@ -31,94 +33,101 @@ def wait(condition, what, limit=NEVER):
     assert wait_for(condition, limit, 0.005), what
 
 
-def heard():
-    """Returns when the editor has handled what it was sent before, events of the display included: it hangs up
-    after each line that it has read, and goes around its loop of events between two of them."""
-    for _ in range(2):
-        with socket.socket(socket.AF_UNIX) as connection:
-            connection.settimeout(NEVER)
-            connection.connect(str(SOCKET))
-            connection.sendall(wire("tindra /nothing"))
-            connection.recv(1)
-
-
 class User:
     def __init__(self):
-        self.window = None
-        self.desktops = 0
+        self.display = Display()
+        self.window = None  # the main one
 
-    def window_manager_is_through(self):
-        """A press goes to the window manager first, which hands it on. So it is asked for something that shows when
-        it is done; it does one thing after the other."""
-        self.desktops = 1 + self.desktops % 2
-        xdotool("set_num_desktops", self.desktops)
-        wait(lambda: xdotool("get_num_desktops").strip() == str(self.desktops), "the window manager does not answer")
-
-    def at(self, place):
-        return ["mousemove", "--window", self.window, *place]
+    def heard(self):
+        """Returns when the editor has handled what it was sent, by the display and by the socket: it hangs up after
+        each line that it has read, and goes around its loop of events between two of them."""
+        self.display.window_manager_is_through()
+        if self.window:
+            assert self.display.is_through(self.window), "the editor does not answer the display"
+        for _ in range(2):
+            with socket.socket(socket.AF_UNIX) as connection:
+                connection.settimeout(NEVER)
+                connection.connect(str(SOCKET))
+                connection.sendall(wire("tindra /nothing"))
+                connection.recv(1)
 
     def click(self, place, button=1):
-        xdotool(*self.at(place), "click", button)
-        self.window_manager_is_through()
+        self.display.move(self.window, *place)
+        self.display.click(button)
+        self.heard()
 
     def drag(self, points):
-        moves = [part for point in points[1:] for part in self.at(point)]
-        xdotool(*self.at(points[0]), "mousedown", 1, *moves, "mouseup", 1)
-        self.window_manager_is_through()
+        self.display.move(self.window, *points[0])
+        self.display.press(1, True)
+        for point in points[1:]:
+            self.display.move(self.window, *point)
+        self.display.press(1, False)
+        self.heard()
 
     def turn_wheel(self, place, button, steps, held=None):
-        keys = (["keydown", held], ["keyup", held]) if held else ([], [])
-        xdotool(*self.at(place), *keys[0], "click", "--repeat", steps, "--delay", 2, button, *keys[1])
+        self.display.move(self.window, *place)
+        if held:
+            self.display.hold(held, True)
+        for _ in range(steps):
+            self.display.click(button)
+        if held:
+            self.display.hold(held, False)
+        self.heard()
 
-    @staticmethod
-    def key(*names):
-        xdotool("key", *names)
+    def key(self, *names):
+        for name in names:
+            self.display.key(name)
+        self.heard()
 
-    @staticmethod
-    def type(text):
-        xdotool("type", "--delay", 2, text)
+    def type(self, text):
+        self.display.type(text)
+        self.heard()
 
     def open_panel(self, button):
         self.click((button[0], button[1] + ARROW))
-        heard()
 
-    @staticmethod
-    def dialog():
+    def windows(self):
+        return len(self.display.windows())
+
+    def dialog(self):
         """Waits for one and for the keyboard to be its."""
-        wait(lambda: len(windows()) == 2 and newest_has_keyboard(), f"no dialog: {windows()}")
+        wait(lambda: self.windows() == 2 and self.display.active_window() == self.display.windows()[-1],
+             "no dialog that is active")
 
-    @staticmethod
-    def dialog_closed():
-        wait(lambda: len(windows()) == 1, f"the dialog stays: {windows()}")
-        heard()
+    def dialog_closed(self):
+        wait(lambda: self.windows() == 1, "the dialog stays")
+        self.heard()
 
     def show(self):
         """Sees to it that the main window is there, in the size that the places above are for."""
-        if not windows():
+        if not self.windows():
             tell("/show")
-            wait(lambda: len(windows()) == 1, "no window")
-        self.window = main_window()
-        if size_of(self.window) != WINDOW:
-            xdotool("windowsize", self.window, *WINDOW, "windowmove", self.window, *PLACE)
-            wait(lambda: size_of(self.window) == WINDOW, f"the window keeps its size {size_of(self.window)}")
-        heard()
+            wait(lambda: self.windows() == 1, "no window")
+        self.window = self.display.windows()[0]
+        self.resize(WINDOW)
+
+    def resize(self, size):
+        if self.display.size_of(self.window) != size:
+            xdotool("windowsize", self.window, *size, "windowmove", self.window, *PLACE)
+            wait(lambda: self.display.size_of(self.window) == size, "the window keeps its size")
+        self.heard()
 
     def hide(self):
         """A capture that was just shown keeps it up for half a second."""
-        wait(lambda: not windows() or tell("/hide") or heard() or not windows(), "the window stays")
+        wait(lambda: not self.windows() or tell("/hide") or self.heard() or not self.windows(), "the window stays")
 
     def row(self, row, offset=(0, 0)):
         return ROW_X + offset[0], FIRST_ROW + ROW_STEP * row + offset[1]
 
     def scroll_to_first_row(self):
         self.turn_wheel(self.row(2), WHEEL_UP, 25)
-        heard()
 
     def click_on_row(self, row, offset=(0, 0)):
         """With a stop in its middle: the buttons of a row come with the mouse."""
-        xdotool(*self.at(self.row(row)), "sleep", 0.06, *self.at(self.row(row, offset)), "sleep", 0.03, "click", 1)
-        self.window_manager_is_through()
-        heard()
+        self.display.move(self.window, *self.row(row))
+        time.sleep(0.05)
+        self.heard()
+        self.click(self.row(row, offset))
 
     def leave_rows(self):
-        xdotool(*self.at(CANVAS))
+        self.display.move(self.window, *CANVAS)
