@@ -67,6 +67,8 @@ if(TINDRA_FUZZ)
   target_link_options(tindra_options INTERFACE -fprofile-instr-generate)
 endif()
 if(TINDRA_COVERAGE)
-  target_compile_options(tindra_options INTERFACE --coverage -O0)
+  # Unoptimised, since lines that were merged have no count of their own. With -pthread the counters are atomic;
+  # the option that says so itself is unknown to ccache.
+  target_compile_options(tindra_options INTERFACE --coverage -pthread -O0 -g1)
   target_link_options(tindra_options INTERFACE --coverage)
 endif()

@@ -1,9 +1,11 @@
-# A test's time limit only ends what hangs: it is far above what the test needs, and above that again where the
-# sanitizers slow everything down.
+# A test's time limit only ends what hangs: it is far above what the test needs, and above that again where
+# sanitizers or counters slow everything down.
 set(TINDRA_TEST_TIMEOUT 300)
 set(TINDRA_TEST_ENV "")
-if(TINDRA_SANITIZE)
+if(TINDRA_SANITIZE OR TINDRA_COVERAGE)
   set(TINDRA_TEST_TIMEOUT 900)
+endif()
+if(TINDRA_SANITIZE)
   # The graphics driver, which the toolkit asks what it can do, loses 128 bytes and is gone when leaks are looked for:
   # it has no name then that a suppression could give. Nothing of ours draws by it.
   set(TINDRA_TEST_ENV QT_XCB_GL_INTEGRATION=none)

@@ -21,15 +21,12 @@ template <auto Free> struct Freer {
     template <typename Object> void operator()(Object *object) const { Free(object); }
 };
 
+/// Of a chain that does not hold. What a certificate is for is no error there: nobody asks the library.
 Trust trustOf(int error) {
     switch (error) {
-    case X509_V_OK:
-        return Trust::Good;
     case X509_V_ERR_CERT_HAS_EXPIRED:
     case X509_V_ERR_CERT_NOT_YET_VALID:
         return Trust::Expired;
-    case X509_V_ERR_INVALID_PURPOSE:
-        return Trust::WrongUsage;
     default:
         return Trust::UntrustedRoot;
     }
@@ -89,10 +86,8 @@ Trust check(X509 *certificate, STACK_OF(X509) * others, Purpose purpose, const Q
     X509_VERIFY_PARAM_set_auth_level(X509_STORE_CTX_get0_param(context.get()), LeastSecurity);
     if (time.isValid())
         X509_STORE_CTX_set_time(context.get(), 0, static_cast<time_t>(time.toSecsSinceEpoch()));
-    if (X509_verify_cert(context.get()) != 1) {
-        const Trust trust = trustOf(X509_STORE_CTX_get_error(context.get()));
-        return trust == Trust::Good ? Trust::Failed : trust;
-    }
+    if (X509_verify_cert(context.get()) != 1)
+        return trustOf(X509_STORE_CTX_get_error(context.get()));
     return mayBeUsed(X509_STORE_CTX_get0_chain(context.get()), purpose) ? Trust::Good : Trust::WrongUsage;
 }
 

@@ -40,7 +40,8 @@ private:
     int m_descriptor;
 };
 
-/// The socket's name as the system takes it; that of an abstract one begins with a zero.
+/// The socket's name as the system takes it; that of an abstract one begins with a zero. Other words of an
+/// address are for those who listen: the bus library connects to none of them.
 QByteArray socketName(const QString &entry) {
     const QString transport = QStringLiteral("unix:");
     if (!entry.startsWith(transport))
@@ -53,8 +54,6 @@ QByteArray socketName(const QString &entry) {
             return value;
         if (key == QLatin1String("abstract"))
             return '\0' + value;
-        if (key == QLatin1String("runtime") && value == "yes")
-            return qgetenv("XDG_RUNTIME_DIR") + "/bus";
     }
     return QByteArray();
 }
