@@ -32,7 +32,8 @@ private slots:
 
 private:
     /// Puts a program there that runs those lines of a shell script.
-    void install(const QByteArray &lines, bool isExecutable = true) const;
+    void install(const QByteArray &lines, bool isExecutable = true,
+                 const QByteArray &interpreter = "/bin/sh") const;
     QByteArray written() const;
 
     std::unique_ptr<MachineSettings> m_settings;
@@ -44,11 +45,12 @@ void Tst_ManagementProgram::init() {
     m_folder = std::make_unique<QTemporaryDir>();
 }
 
-void Tst_ManagementProgram::install(const QByteArray &lines, bool isExecutable) const {
+void Tst_ManagementProgram::install(const QByteArray &lines, bool isExecutable,
+                                    const QByteArray &interpreter) const {
     m_settings->set(Manager, "RootDir"_qs, m_folder->path());
     QFile program(m_folder->filePath(Manager));
     QVERIFY(program.open(QIODevice::WriteOnly));
-    program.write("#!/bin/sh\ncd \"$(dirname \"$0\")\"\n" + lines + "\n");
+    program.write("#!" + interpreter + "\ncd \"$(dirname \"$0\")\"\n" + lines + "\n");
     if (isExecutable)
         program.setPermissions(program.permissions() | QFile::ExeOwner);
 }
@@ -138,16 +140,19 @@ void Tst_ManagementProgram::waitsNoLongerThanTold() {
 }
 
 void Tst_ManagementProgram::missingProgramIsSkipped_data() {
-    QTest::addColumn<bool>("isThere");
-    QTest::newRow("missing") << false;
-    QTest::newRow("cannot be run") << true;
+    QTest::addColumn<QByteArray>("interpreter");
+    QTest::addColumn<bool>("isExecutable");
+    QTest::newRow("missing") << QByteArray() << false;
+    QTest::newRow("may not be run") << QByteArray("/bin/sh") << false;
+    QTest::newRow("does not start") << QByteArray("/nonexistent/sh") << true;
 }
 
 void Tst_ManagementProgram::missingProgramIsSkipped() {
-    QFETCH(bool, isThere);
+    QFETCH(QByteArray, interpreter);
+    QFETCH(bool, isExecutable);
     m_settings->set(Manager, "RootDir"_qs, m_folder->path());
-    if (isThere)
-        install("echo run >out", false);
+    if (!interpreter.isEmpty())
+        install("echo run >out", isExecutable, interpreter);
     QVERIFY(!ManagementProgram::refreshUser(10000));
     QCOMPARE(written(), QByteArray());
 }

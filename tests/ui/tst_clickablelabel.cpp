@@ -12,6 +12,8 @@ private slots:
     void pressIsAClick();
     void mouseComesAndGoes();
     void eventsReachTheLabelAsWell();
+    void keysClick_data();
+    void keysClick();
     void isALinkForScreenReaders();
 };
 
@@ -48,6 +50,29 @@ void Tst_ClickableLabel::eventsReachTheLabelAsWell() {
     QSignalSpy link(&label, &QLabel::linkActivated);
     QTest::mouseClick(&label, Qt::LeftButton, {}, QPoint(6, label.height() / 2));
     QCOMPARE(link.count(), 1);
+}
+
+void Tst_ClickableLabel::keysClick_data() {
+    QTest::addColumn<int>("key");
+    QTest::addColumn<bool>("clicks");
+    QTest::newRow("space") << int(Qt::Key_Space) << true;
+    QTest::newRow("Enter") << int(Qt::Key_Return) << true;
+    QTest::newRow("Enter of the keypad") << int(Qt::Key_Enter) << true;
+    // Escape, for one, is the dialog's.
+    QTest::newRow("Escape") << int(Qt::Key_Escape) << false;
+    QTest::newRow("a letter") << int(Qt::Key_A) << false;
+}
+
+void Tst_ClickableLabel::keysClick() {
+    QFETCH(int, key);
+    QFETCH(bool, clicks);
+    ClickableLabel label(QStringLiteral("text"));
+    QSignalSpy clicked(&label, &ClickableLabel::clicked);
+    QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+    QApplication::sendEvent(&label, &press);
+    QCOMPARE(clicked.count(), clicks ? 1 : 0);
+    // What the label does not want goes on to the window.
+    QCOMPARE(press.isAccepted(), clicks);
 }
 
 void Tst_ClickableLabel::isALinkForScreenReaders() {

@@ -62,6 +62,8 @@ private slots:
     void mnemonicsPressButtons();
     void unknownCaptionStays();
     void ownButtonsKeepTheirOrderAndResults();
+    void enterPressesTheDefaultOfOwnButtons();
+    void laterButtonsReplaceTheEarlier();
     void ownCaptionsAreTranslatedToo();
     void closeResult_data();
     void closeResult();
@@ -232,6 +234,30 @@ void Tst_MessageDialog::ownButtonsKeepTheirOrderAndResults() {
         QCOMPARE(captions,
                  (QStringList{QStringLiteral("first"), QStringLiteral("second"), QStringLiteral("third")}));
     }
+}
+
+void Tst_MessageDialog::enterPressesTheDefaultOfOwnButtons() {
+    MessageDialog dialog;
+    dialog.addButton(QStringLiteral("first"), 7, MessageDialog::Positive);
+    dialog.addButton(QStringLiteral("second"), 8, MessageDialog::Positive, true);
+    dialog.addButton(QStringLiteral("third"), 9, MessageDialog::Negative);
+    m_answers.add([](QWidget *shown) { QTest::keyClick(shown, Qt::Key_Return); });
+    QCOMPARE(dialog.exec(), 8);
+}
+
+void Tst_MessageDialog::laterButtonsReplaceTheEarlier() {
+    MessageDialog dialog;
+    dialog.addButton(QStringLiteral("own"), 7, MessageDialog::Positive, true);
+    dialog.setStandardButtons(MessageDialog::Yes | MessageDialog::No, MessageDialog::Yes);
+    dialog.setStandardButtons(MessageDialog::Cancel | MessageDialog::Ok);
+    QStringList captions;
+    m_answers.add([&captions](QWidget *shown) {
+        captions = captionsFromLeft(shown);
+        QTest::keyClick(shown, Qt::Key_Escape);
+    });
+    QCOMPARE(dialog.exec(), 4194304);
+    captions.sort();
+    QCOMPARE(captions, (QStringList{QStringLiteral("Cancel"), QStringLiteral("Ok")}));
 }
 
 void Tst_MessageDialog::ownCaptionsAreTranslatedToo() {

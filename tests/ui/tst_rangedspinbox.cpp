@@ -17,6 +17,7 @@ private slots:
     void endOfEditingCorrectsBeforeItReports();
     void stepsStayWithinTheLimits_data();
     void stepsStayWithinTheLimits();
+    void boxThatIsOnlyReadHasNoSteps();
     void steppingKeysAreNoShortcuts_data();
     void steppingKeysAreNoShortcuts();
 
@@ -114,6 +115,21 @@ void Tst_RangedSpinBox::stepsStayWithinTheLimits() {
     box.show();
     QTest::keyClick(&box, static_cast<Qt::Key>(key));
     QTEST(box.value(), "expected");
+}
+
+void Tst_RangedSpinBox::boxThatIsOnlyReadHasNoSteps() {
+    RangedSpinBox box;
+    box.setLimits(20, 100);
+    box.setValue(60);
+    box.show();
+    box.setReadOnly(true);
+    for (const Qt::Key key : {Qt::Key_Up, Qt::Key_Down, Qt::Key_PageUp, Qt::Key_PageDown}) {
+        QTest::keyClick(&box, key);
+        QCOMPARE(box.value(), 60);
+    }
+    box.setReadOnly(false);
+    QTest::keyClick(&box, Qt::Key_Up);
+    QCOMPARE(box.value(), 61);
 }
 
 void Tst_RangedSpinBox::steppingKeysAreNoShortcuts_data() {
