@@ -419,9 +419,6 @@ bool Editor::eraseAt(QPoint pos) {
     QGraphicsItem *item = erasableAt(pos);
     if (!item)
         return false;
-    // Only when the tool was changed in the middle of a drag: what is erased must not grow on.
-    if (item == graphicsItem(m_currentItem))
-        m_currentItem = nullptr;
     m_redoList.append(item);
     m_undoList.removeOne(item);
     takeOutOfScene(item);

@@ -57,11 +57,10 @@ QPointF constrainedToDirection(const QPointF &from, const QPointF &to, ShiftDire
     case ShiftDirection::FallingRight:
         return onFallingDiagonal(from, to);
     case ShiftDirection::RisingRight:
-        return onRisingDiagonal(from, to);
-    case ShiftDirection::None:
+    case ShiftDirection::None: // found above
         break;
     }
-    return to;
+    return onRisingDiagonal(from, to);
 }
 
 QRectF squareConstraint(const QPointF &from, const QPointF &to) {

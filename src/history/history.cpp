@@ -10,10 +10,3 @@ History::History(Editor *editor) : m_editor(editor) {
 
 History::History(const History &other)
     : QObject(), m_editor(other.m_editor), m_number(other.m_number), m_flag(other.m_flag) {}
-
-History &History::operator=(const History &other) {
-    m_editor = other.m_editor;
-    m_number = other.m_number;
-    m_flag = other.m_flag;
-    return *this;
-}

@@ -12,7 +12,6 @@ class History : public QObject {
 public:
     explicit History(Editor *editor = nullptr);
     History(const History &other);
-    History &operator=(const History &other);
 
     Editor *editor() const { return m_editor; }
 

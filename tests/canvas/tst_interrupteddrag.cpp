@@ -22,6 +22,7 @@ private slots:
 
     void dragBecomesAStep_data();
     void dragBecomesAStep();
+    void eraserTakesTheStrokeThatItEnded();
     void textPressIsNoDrag();
     void savedDuringADragIsAllThatThereIs();
     void copyDuringADragTakesTheStroke();
@@ -109,6 +110,24 @@ void Tst_InterruptedDrag::dragBecomesAStep() {
     m_editor->undo();
     QVERIFY(m_editor->items().isEmpty());
     QVERIFY(!m_editor->canUndo());
+}
+
+void Tst_InterruptedDrag::eraserTakesTheStrokeThatItEnded() {
+    m_editor->setShape(Editor::Pen);
+    m_mouse->press(at(20, 20));
+    m_mouse->move(at(60, 20));
+    m_mouse->move(at(90, 20));
+    m_editor->setShape(Editor::Eraser);
+    m_mouse->move(at(40, 20));
+    QVERIFY(m_editor->items().isEmpty());
+    // What is erased must not grow on.
+    m_editor->setShape(Editor::Pen);
+    m_mouse->move(at(40, 90));
+    m_mouse->release(at(40, 90));
+    QVERIFY(m_editor->items().isEmpty());
+    m_editor->redo();
+    QCOMPARE(m_editor->items().size(), 1);
+    QVERIFY(m_editor->items().first()->sceneBoundingRect().bottom() < 60);
 }
 
 void Tst_InterruptedDrag::textPressIsNoDrag() {

@@ -247,8 +247,10 @@ void Tst_ImageDecoder::refusesWhatIsNoImage_data() {
     QTest::newRow("png of no width") << png(0, 10);
     QTest::newRow("png of negative width") << png(0xffffff00, 10);
     QTest::newRow("icon without a picture") << icon(QByteArray());
-    QTest::newRow("icon whose picture lies elsewhere")
-        << icon(QByteArray()).replace(18, 4, "\xff\xff\xff\x7f");
+    const QByteArray picture = dib(16, 32) + QByteArray(100, '\0');
+    QTest::newRow("icon whose picture lies elsewhere") << icon(picture).replace(18, 4, "\xff\xff\xff\x7f");
+    QTest::newRow("icon whose picture ends in its header") << icon(picture.left(24));
+    QTest::newRow("icon that ends in its directory") << icon(picture).left(21);
 }
 
 void Tst_ImageDecoder::refusesWhatIsNoImage() {

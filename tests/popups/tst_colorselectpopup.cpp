@@ -35,6 +35,7 @@ private slots:
     void pickerOpensBesideTheSwatches();
     void swatchPaintsItsColour_data();
     void swatchPaintsItsColour();
+    void swatchThatCannotBeChosenIsPale();
     void tabShowsItsColour();
     void chosenSwatchClosesTheMenu();
     void everySwatchIsReachedByArrows();
@@ -328,6 +329,19 @@ void Tst_ColorSelectPopup::swatchPaintsItsColour() {
         return;
     }
     QCOMPARE(image.pixelColor(16, 16).name(), expected.name());
+}
+
+void Tst_ColorSelectPopup::swatchThatCannotBeChosenIsPale() {
+    ColorSelectButton button;
+    button.setStyleSheet(QStringLiteral("* { background-color: rgb(9, 99, 9); border: none; }"));
+    button.setColor(Qt::red);
+    button.setEnabled(false);
+    button.resize(32, 32);
+    const QColor middle = button.grab().toImage().pixelColor(16, 16);
+    // 35 % of the colour on 65 % of what lies below.
+    QVERIFY2(qAbs(middle.red() - 95) <= 1, qPrintable(middle.name()));
+    QVERIFY2(qAbs(middle.green() - 64) <= 1, qPrintable(middle.name()));
+    QVERIFY2(qAbs(middle.blue() - 6) <= 1, qPrintable(middle.name()));
 }
 
 void Tst_ColorSelectPopup::tabShowsItsColour() {

@@ -205,6 +205,11 @@ void Tst_ColorSquare::keysMoveTheChoice() {
     square.SetValue(1.0);
     QTest::keyClick(&square, Qt::Key_Up);
     QCOMPARE(square.value(), 1.0);
+    // Others are the panel's: Escape closes it.
+    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+    QCoreApplication::sendEvent(&square, &escape);
+    QVERIFY(!escape.isAccepted());
+    QCOMPARE(selected.count(), 5);
 }
 
 QTEST_MAIN(Tst_ColorSquare)

@@ -52,7 +52,11 @@ private slots:
     void leftPressInAGapIsSwallowed();
     void escapeClosesTheMenu();
     void escapeClosesAFloatingPanel();
+    void otherKeysEndInAMenu_data();
+    void otherKeysEndInAMenu();
     void tabGoesRoundThePanel();
+    void tabWithoutAFocusComesToTheEnd_data();
+    void tabWithoutAFocusComesToTheEnd();
     void arrowsMoveTheFocusWithoutChoosing();
     void enterChooses();
     void keysOfAButtonAreNoShortcuts_data();
@@ -202,6 +206,27 @@ void Tst_Popup::escapeClosesAFloatingPanel() {
     QCOMPARE(spies.counts(), (QVector<int>{0, 1, 0}));
 }
 
+void Tst_Popup::otherKeysEndInAMenu_data() {
+    QTest::addColumn<bool>("inMenu");
+    // The menu would take the letter for a mnemonic.
+    QTest::newRow("in a menu") << true;
+    // The window behind may have a use for it.
+    QTest::newRow("floating") << false;
+}
+
+void Tst_Popup::otherKeysEndInAMenu() {
+    QFETCH(bool, inMenu);
+    QWidget parent;
+    auto *panel = new Panel;
+    if (inMenu)
+        panel->toMenu(&parent)->popup(QPoint(50, 50));
+    else
+        panel->setParent(&parent);
+    QKeyEvent letter(QEvent::KeyPress, Qt::Key_S, Qt::NoModifier, QStringLiteral("s"));
+    QCoreApplication::sendEvent(panel, &letter);
+    QCOMPARE(letter.isAccepted(), inMenu);
+}
+
 void Tst_Popup::tabGoesRoundThePanel() {
     QWidget parent;
     auto *panel = new Panel;
@@ -221,6 +246,28 @@ void Tst_Popup::tabGoesRoundThePanel() {
     QTest::keyClick(menu->focusWidget(), Qt::Key_Backtab);
     QCOMPARE(menu->focusWidget(), panel->buttons[2]);
     QVERIFY(menu->isVisible());
+}
+
+void Tst_Popup::tabWithoutAFocusComesToTheEnd_data() {
+    QTest::addColumn<bool>("next");
+    QTest::addColumn<int>("expected");
+    QTest::newRow("Tab comes to the first") << true << 0;
+    QTest::newRow("Shift and Tab come to the last") << false << 2;
+}
+
+void Tst_Popup::tabWithoutAFocusComesToTheEnd() {
+    QFETCH(bool, next);
+    QFETCH(int, expected);
+    QWidget parent;
+    auto *panel = new Panel;
+    Menu *menu = panel->toMenu(&parent);
+    parent.show();
+    menu->popup(QPoint(50, 50));
+    panel->setFocusPolicy(Qt::ClickFocus);
+    panel->setFocus();
+    QCOMPARE(menu->focusWidget(), panel);
+    QTest::keyClick(panel, next ? Qt::Key_Tab : Qt::Key_Backtab);
+    QCOMPARE(menu->focusWidget(), panel->buttons[expected]);
 }
 
 void Tst_Popup::arrowsMoveTheFocusWithoutChoosing() {

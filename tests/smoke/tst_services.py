@@ -68,7 +68,8 @@ class Trace:
 
     def __init__(self, path):
         lines = path.read_text(errors="replace").splitlines()
-        self.calls = [match.groups() for match in map(CALL.match, lines) if match]
+        # A program that counts its lines leaves the counts where it was built.
+        self.calls = [match.groups() for match in map(CALL.match, lines) if match and '.gcda"' not in match[3]]
 
     def named(self, names):
         """(name, arguments) of the successful ones."""
@@ -117,10 +118,11 @@ class Absent(EditorTest):
         process = subprocess.Popen(["strace", "-f", "-qq", "-s", "4096", "-o", output, "-e", calls, EDITOR],
                                    env=environment, stdin=subprocess.DEVNULL, start_new_session=True)
         self.addCleanup(self.end_group, process)
-        put_capture("a.png", png(60, 40, (200, 0, 0)))
         self.assertTrue(wait_for(answers), "the editor does not listen")
         self.send("--show")
         self.window_count(1)
+        # Not before: the start would bring it back as one that was left over, with a note of that.
+        put_capture("a.png", png(60, 40, (200, 0, 0)))
         subprocess.run([EDITOR, "/path", str(WORK / "a.png"), "/point", "10", "10", "/skip", "/autosave"], check=True)
         self.assertTrue(wait_for(lambda: list(RESULTS.iterdir())), "nothing was saved")
         subprocess.run([EDITOR, "/close"], check=True)
