@@ -119,6 +119,10 @@ private:
     void repaintAll();
     void hearOfChanges();
     void adaptFrame();
+    /// Brings that part of the frame to the screen, and the crop's frame over it.
+    void paintExposed(const QRegion &region);
+    /// What of the image the crop's frame is to be right in when that part of the viewport is painted.
+    QRect exposedToCrop(const QRect &rect) const;
     void renderFrame(const QRegion &stale);
     /// Paints the scene's parts into `image`, a picture of the viewport: that region, or everything where
     /// there is no painting a part, which it tells.

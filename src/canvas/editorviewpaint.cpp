@@ -50,13 +50,33 @@ void EditorView::paintEvent(QPaintEvent *event) {
         else
             renderFrame(withReachingItems(stale));
     }
+    paintExposed(event->region());
+}
+
+// One rectangle at a time: under a clip of many the raster engine takes several times as long.
+void EditorView::paintExposed(const QRegion &region) {
     QPainter painter(viewport());
-    for (const QRect &rect : event->region())
+    for (const QRect &rect : region) {
+        painter.setClipRect(rect);
         painter.drawImage(rect.topLeft(), m_frame.image(), rect);
-    if (m_cropItem) {
+        if (!m_cropItem)
+            continue;
         painter.setTransform(viewportTransform());
-        m_cropItem->paintFrame(&painter);
+        m_cropItem->paintFrame(&painter, exposedToCrop(rect));
+        painter.resetTransform();
     }
+}
+
+QRect EditorView::exposedToCrop(const QRect &rect) const {
+    const auto withMargin = [](const QRect &area, int margin) {
+        return area.adjusted(-margin, -margin, margin, margin);
+    };
+    const QRect frame = viewportTransform().mapRect(QRectF(m_cropItem->frame())).toAlignedRect();
+    // The pixel of a corner can hang on whether the line to the next one ends in sight, so one that leaves
+    // the viewport is not to be cut off anywhere else.
+    if (!viewport()->rect().contains(withMargin(frame, DeviceMargin)))
+        return m_editor->imageRect();
+    return viewportTransform().inverted().mapRect(QRectF(withMargin(rect, DeviceMargin))).toAlignedRect();
 }
 
 // The scene tells of changes in a turn of its own. Painted before that, it forgets that all of it has

@@ -7,6 +7,8 @@
 #include <QPainterPath>
 #include <QRegion>
 
+#include <cmath>
+
 namespace {
 
 /// The edges can be taken from within this many pixels inside the frame.
@@ -24,8 +26,19 @@ const QColor FrameColor(0, 127, 245, 255);
 const QColor MarkColor(Qt::white);
 const QColor MarkBorderColor(0, 0, 0, 33);
 
-QPen thinPen(const QColor &color) {
-    return QPen(color, 1.0, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin);
+/// The pen of a line of one image pixel. The raster engine draws lines thinner than a pixel of the device as
+/// wide as one, and paler by what they lack; it is asked for that pale line outright. Asked for the thin one,
+/// it rounds the colour in one way where it clips to a single rectangle and in another where it does not.
+QPen linePen(QColor color, const QTransform &toDevice) {
+    const double scale = std::sqrt(toDevice.determinant());
+    const bool thin = scale < 1.0 && !qFuzzyCompare(scale, 1.0);
+    if (thin) {
+        const int coverage = static_cast<int>(256 * scale) * 255 >> 8;
+        color.setAlpha(qRound(color.alpha() * coverage / 255.0));
+    }
+    QPen pen(color, 1.0, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin);
+    pen.setCosmetic(thin);
+    return pen;
 }
 
 QPoint truncated(const QPointF &point) {
@@ -43,28 +56,58 @@ QPainterPath cornerMark(bool right, bool bottom) {
 }
 
 /// The marks lie inside the line of the frame.
-void paintCornerMarks(QPainter *painter, const QRect &frame) {
+void paintCornerMarks(QPainter *painter, const QRect &frame, const QRect &exposed) {
     // Taking one path from another is most of the work, and it is the same for each frame.
     static const QPainterPath marks[2][2] = {{cornerMark(false, false), cornerMark(false, true)},
                                              {cornerMark(true, false), cornerMark(true, true)}};
-    painter->setPen(thinPen(MarkBorderColor));
+    painter->setPen(linePen(MarkBorderColor, painter->transform()));
     painter->setBrush(MarkColor);
     for (const bool bottom : {false, true}) {
         for (const bool right : {false, true}) {
-            const QPoint place(right ? frame.right() - MarkOuter + 1 : frame.left(),
-                               bottom ? frame.bottom() - MarkOuter + 1 : frame.top());
-            painter->drawPath(marks[right][bottom].translated(place));
+            const QRect place(right ? frame.right() - MarkOuter + 1 : frame.left(),
+                              bottom ? frame.bottom() - MarkOuter + 1 : frame.top(), MarkOuter, MarkOuter);
+            if (place.intersects(exposed))
+                painter->drawPath(marks[right][bottom].translated(place.topLeft()));
         }
     }
 }
 
-/// The line of the frame and its corner marks, with the width of their lines.
+/// `rect` with its edges moved into `limits`. What lies outside becomes a line on the border.
+QRectF bounded(const QRectF &rect, const QRectF &limits) {
+    const auto inside = [&limits](const QPointF &point) {
+        return QPointF(qBound(limits.left(), point.x(), limits.right()),
+                       qBound(limits.top(), point.y(), limits.bottom()));
+    };
+    return QRectF(inside(rect.topLeft()), inside(rect.bottomRight()));
+}
+
+/// The line from one corner to the next one, with its width.
+QRect lineRect(const QPoint &from, const QPoint &to) {
+    return QRect(from, to).adjusted(-1, -1, 1, 1);
+}
+
+/// Where the line of the frame is another one. An edge that stays in its place changes at its ends only.
+QRegion changedLines(const QRect &before, const QRect &after) {
+    const auto changed = [](const QRect &line, const QRect &other, bool inPlace) {
+        return inPlace ? QRegion(line).xored(other) : QRegion(line) + other;
+    };
+    return changed(lineRect(before.topLeft(), before.bottomLeft()),
+                   lineRect(after.topLeft(), after.bottomLeft()), before.left() == after.left()) +
+           changed(lineRect(before.topRight(), before.bottomRight()),
+                   lineRect(after.topRight(), after.bottomRight()), before.right() == after.right()) +
+           changed(lineRect(before.topLeft(), before.topRight()), lineRect(after.topLeft(), after.topRight()),
+                   before.top() == after.top()) +
+           changed(lineRect(before.bottomLeft(), before.bottomRight()),
+                   lineRect(after.bottomLeft(), after.bottomRight()), before.bottom() == after.bottom());
+}
+
+/// The corner marks with the width of their lines.
 QRegion markedRegion(const QRect &frame) {
     const QRect outer = frame.adjusted(-1, -1, 1, 1);
-    QRegion region = QRegion(outer) - frame.adjusted(2, 2, -2, -2);
     const QSize mark(MarkOuter + 3, MarkOuter + 3);
     const int right = outer.right() - mark.width() + 1;
     const int bottom = outer.bottom() - mark.height() + 1;
+    QRegion region;
     for (const QPoint &corner :
          {outer.topLeft(), QPoint(right, outer.top()), QPoint(outer.left(), bottom), QPoint(right, bottom)})
         region += QRect(corner, mark);
@@ -217,26 +260,30 @@ void ImageCropper::refreshCursor(const QPoint &pos) {
 void ImageCropper::paintEvent(QPaintEvent *event) {
     QWidget::paintEvent(event);
     QPainter painter(this);
-    paintFrame(&painter);
+    paintFrame(&painter, rect());
 }
 
 QRegion ImageCropper::changedRegion(const QRect &before, const QRect &after) {
-    return QRegion(before).xored(after) + markedRegion(before) + markedRegion(after);
+    return QRegion(before).xored(after) + changedLines(before, after) + markedRegion(before) +
+           markedRegion(after);
 }
 
-void ImageCropper::paintFrame(QPainter *painter) const {
+void ImageCropper::paintFrame(QPainter *painter, const QRect &exposed) const {
+    // With what a line reaches beyond its place.
+    const QRect around = exposed.adjusted(-1, -1, 1, 1);
     // A path ends one pixel further than a rectangle of pixels.
     const QRect frame = m_cropRect.adjusted(0, 0, -1, -1);
+    // Its edges are where they were, or out of sight: a line is paid for by each of its pixels, seen or not.
     QPainterPath frameLine;
-    frameLine.addRect(frame);
+    frameLine.addRect(bounded(frame, around));
     QPainterPath overlay;
-    overlay.addRect(rect());
+    overlay.addRect(bounded(rect(), around));
     painter->fillPath(overlay.subtracted(frameLine), DimColor);
-    painter->strokePath(frameLine, thinPen(FrameColor));
+    painter->strokePath(frameLine, linePen(FrameColor, painter->transform()));
     painter->save();
     // Where the frame is smaller than its marks.
     if (frame.width() < MarkOuter || frame.height() < MarkOuter)
         painter->setClipRect(rect(), Qt::IntersectClip);
-    paintCornerMarks(painter, frame);
+    paintCornerMarks(painter, frame, around);
     painter->restore();
 }

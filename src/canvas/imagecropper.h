@@ -34,8 +34,10 @@ public:
     /// A typed size: the top left stays, what does not fit into the image is cut off.
     void setCropSize(QSize size);
 
-    /// Paints what the widget shows, with its top left at the painter's origin.
-    void paintFrame(QPainter *painter) const;
+    /// Paints what the widget shows, with its top left at the painter's origin. Only what lies in `exposed`
+    /// comes out right, and not within two pixels of the device from its border; the painter is to be clipped
+    /// to it.
+    void paintFrame(QPainter *painter, const QRect &exposed) const;
     /// Where `paintFrame` gives another picture after the frame has gone from one place to another: what has
     /// become dim or bright, and the lines and marks at both places.
     static QRegion changedRegion(const QRect &before, const QRect &after);

@@ -1,8 +1,11 @@
 #include "canvas/capturefixture.h"
 #include "canvas/imagecropper.h"
+#include "canvas/zoomtable.h"
 #include "support/imagecompare.h"
 
 #include <QPainter>
+#include <QPainterPath>
+#include <QRandomGenerator>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -12,6 +15,47 @@ using Region = ImageCropper::CursorPosition;
 
 const QSize ImageSize(400, 300);
 const QRect Frame(100, 80, 200, 120); // to (299, 199)
+
+/// The frame as one would put it down first: what is dimmed, the line, the marks.
+void plainFrame(QPainter *painter, const QSize &image, const QRect &frame) {
+    const auto pen = [](const QColor &color) {
+        return QPen(color, 1.0, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin);
+    };
+    QPainterPath all, line;
+    all.addRect(QRect(QPoint(), image));
+    const QRect inner = frame.adjusted(0, 0, -1, -1);
+    line.addRect(inner);
+    painter->fillPath(all.subtracted(line), QColor(0, 0, 0, 127));
+    painter->strokePath(line, pen(QColor(0, 127, 245)));
+    painter->setPen(pen(QColor(0, 0, 0, 33)));
+    painter->setBrush(Qt::white);
+    const auto mark = [&](const QPoint &outer, const QPoint &hollow) {
+        QPainterPath square, hole;
+        square.addRect(QRect(outer, QSize(16, 16)));
+        hole.addRect(QRect(hollow, QSize(13, 13)));
+        painter->drawPath(square.subtracted(hole));
+    };
+    const int left = inner.left(), top = inner.top(), right = inner.right(), bottom = inner.bottom();
+    mark({left, top}, {left + 4, top + 4});
+    mark({right - 15, top}, {right - 16, top + 4});
+    mark({left, bottom - 15}, {left + 4, bottom - 16});
+    mark({right - 15, bottom - 15}, {right - 16, bottom - 16});
+}
+
+/// That rectangle in rectangles of any size, without a gap.
+QVector<QRect> cutUp(const QRect &whole, QRandomGenerator &random) {
+    QVector<QRect> parts;
+    for (int x = whole.left(); x <= whole.right();) {
+        const int width = 1 + random.bounded(random.bounded(3) ? 160 : 12);
+        for (int y = whole.top(); y <= whole.bottom();) {
+            const int height = 1 + random.bounded(random.bounded(3) ? 160 : 12);
+            parts.append(QRect(x, y, width, height) & whole);
+            y += height;
+        }
+        x += width;
+    }
+    return parts;
+}
 
 } // namespace
 
@@ -60,6 +104,8 @@ private slots:
     void frameLineSurroundsTheFrame();
     void cornerMarks_data();
     void cornerMarks();
+    void frameIsTheSameAtEachScaleAndInParts_data();
+    void frameIsTheSameAtEachScaleAndInParts();
     void changedRegionHoldsEveryOtherPixel_data();
     void changedRegionHoldsEveryOtherPixel();
 
@@ -487,6 +533,60 @@ void Tst_ImageCropper::cornerMarks() {
     }
 }
 
+void Tst_ImageCropper::frameIsTheSameAtEachScaleAndInParts_data() {
+    QTest::addColumn<double>("scale");
+    for (int step = ZoomStep::Lowest; step <= ZoomStep::Highest; ++step)
+        QTest::addRow("%g", computeZoom(step)) << computeZoom(step);
+    QTest::newRow("pinched to less") << 0.7313;
+    QTest::newRow("pinched to hardly less than all") << 0.9999999;
+    QTest::newRow("pinched to more") << 1.2345;
+}
+
+void Tst_ImageCropper::frameIsTheSameAtEachScaleAndInParts() {
+    QFETCH(double, scale);
+    constexpr int Margin = 2; // pixels of the device
+    QImage picture(330, 260, QImage::Format_RGB32);
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x)
+            picture.setPixel(x, y, qRgb(x * 7, y * 5, x ^ y));
+    }
+    for (quint32 seed = 1; seed <= 12; ++seed) {
+        QRandomGenerator random(seed);
+        // Frames that are in sight as a whole, and not smaller than their marks.
+        const QSize image(int(300 / scale), int(230 / scale));
+        const QPoint corner(random.bounded(image.width() - 17), random.bounded(image.height() - 17));
+        const QSize most = image - QSize(corner.x(), corner.y()) - QSize(17, 17);
+        const QRect frame =
+            seed == 1
+                ? QRect(QPoint(), image)
+                : QRect(corner, QSize(18 + random.bounded(most.width()), 18 + random.bounded(most.height())));
+        const QTransform toDevice =
+            QTransform::fromScale(scale, scale) * QTransform::fromTranslate(8 + random.bounded(12), 9);
+        m_cropper->setFixedSize(image);
+        m_cropper->setCropRect(frame);
+        QImage expected = picture, whole = picture, parts = picture;
+        QPainter plain(&expected);
+        plain.setTransform(toDevice);
+        plainFrame(&plain, image, frame);
+        plain.end();
+        QPainter all(&whole);
+        all.setTransform(toDevice);
+        m_cropper->paintFrame(&all, QRect(QPoint(), image));
+        all.end();
+        QPainter part(&parts);
+        for (const QRect &rect : cutUp(parts.rect(), random)) {
+            const QRect around = rect.adjusted(-Margin, -Margin, Margin, Margin);
+            part.resetTransform();
+            part.setClipRect(rect);
+            part.setTransform(toDevice);
+            m_cropper->paintFrame(&part, toDevice.inverted().mapRect(QRectF(around)).toAlignedRect());
+        }
+        part.end();
+        COMPARE_IMAGES(whole, expected, "whole");
+        COMPARE_IMAGES(parts, expected, "parts");
+    }
+}
+
 void Tst_ImageCropper::changedRegionHoldsEveryOtherPixel_data() {
     QTest::addColumn<QRect>("after");
     QTest::addColumn<double>("most"); // of the picture
@@ -494,6 +594,11 @@ void Tst_ImageCropper::changedRegionHoldsEveryOtherPixel_data() {
     QTest::newRow("one pixel to the right") << Frame.translated(1, 0) << 0.05;
     QTest::newRow("a little up and left") << Frame.translated(-7, -5) << 0.15;
     QTest::newRow("corner moved") << Frame.adjusted(0, 0, 9, -4) << 0.1;
+    QTest::newRow("left edge moved by a pixel") << Frame.adjusted(1, 0, 0, 0) << 0.03;
+    QTest::newRow("top edge moved by a pixel") << Frame.adjusted(0, -1, 0, 0) << 0.03;
+    QTest::newRow("right edge moved") << Frame.adjusted(0, 0, 31, 0) << 0.06;
+    QTest::newRow("bottom edge moved") << Frame.adjusted(0, 0, 0, -23) << 0.06;
+    QTest::newRow("opposite corner in its place") << Frame.adjusted(0, 0, -70, 40) << 0.15;
     QTest::newRow("far away") << QRect(0, 0, 60, 50) << 0.35;
     QTest::newRow("smaller than its marks") << QRect(150, 150, 12, 9) << 0.3;
     QTest::newRow("a pixel") << QRect(150, 150, 1, 1) << 0.3;

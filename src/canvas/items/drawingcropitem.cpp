@@ -29,9 +29,9 @@ QRect DrawingCropItem::frame() const {
     return m_cropper ? m_cropper->cropRect() : QRect();
 }
 
-void DrawingCropItem::paintFrame(QPainter *painter) const {
+void DrawingCropItem::paintFrame(QPainter *painter, const QRect &exposed) const {
     if (m_cropper)
-        m_cropper->paintFrame(painter);
+        m_cropper->paintFrame(painter, exposed);
 }
 
 QRectF DrawingCropItem::drawStart(QPoint) {

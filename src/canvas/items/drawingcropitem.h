@@ -29,9 +29,10 @@ public:
     bool isOpen() const;
     /// The open frame; null once the crop is closed, and over a missing image.
     QRect frame() const;
-    /// Paints the open frame and what it dims, in scene coordinates. The scene does not: the frame belongs on
-    /// the screen and into no picture of the scene, and nothing below it need be painted anew when it moves.
-    void paintFrame(QPainter *painter) const;
+    /// Paints the open frame and what it dims, in scene coordinates, as `ImageCropper::paintFrame` does. The
+    /// scene does not: the frame belongs on the screen and into no picture of the scene, and nothing below it
+    /// need be painted anew when it moves.
+    void paintFrame(QPainter *painter, const QRect &exposed) const;
 
     QRectF drawStart(QPoint pos) override;
     QRectF drawMove(QPoint lastPos, QPoint pos, bool shift) override;
