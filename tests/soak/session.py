@@ -106,10 +106,10 @@ class Session:
         subprocess.run([EDITOR, "/path", capture.file, *words], check=True, timeout=places.NEVER)
 
     def looks_at_save(self, capture):
-        """The one file that a save has just written; it takes its name when it is whole."""
-        path = RESULTS / f"shot.{self.format}"
-        wait(path.exists, f"{capture} is not saved")
-        self.look_at(path, capture)
+        """The one file that a save has just written; it takes its name when it is whole. While the save before is
+        still being finished, that one's name counts as taken."""
+        wait(lambda: any(RESULTS.glob(f"shot*.{self.format}")), f"{capture} is not saved")
+        self.look_at(next(RESULTS.glob(f"shot*.{self.format}")), capture)
 
     def look_at(self, path, capture):
         picture = Picture(path)
@@ -430,9 +430,10 @@ class Session:
         """It goes with its capture."""
         row = self.rows.index(self.selected)
         self.user.key("ctrl+alt+shift+f")
-        wait(lambda: self.user.windows() == 2, "no floating copy")
+        self.user.dialog()
         subprocess.run(["wmctrl", "-i", "-a", hex(self.user.window)], check=True)
         wait(lambda: self.user.display.active_window() == self.user.window, "the window is not active")
+        self.user.heard()
         self.user.key("Delete")
         self.user.dialog_closed()
         self.delete(row)
