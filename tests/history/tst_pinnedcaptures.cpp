@@ -27,6 +27,7 @@ private slots:
     void unfinishedFilesGoAndDoNotComeBack();
     void fullDiskKeepsThePinnedCapture();
     void fullDiskMovesNoSavedFile();
+    void captureThatCannotBePinnedIsNamed();
     void filesAreForTheUserAlone();
     void linkInTheFolderIsReplacedNotFollowed_data();
     void linkInTheFolderIsReplacedNotFollowed();
@@ -168,6 +169,18 @@ void Tst_PinnedCaptures::fullDiskMovesNoSavedFile() {
     QCOMPARE(notKept, QStringList());
     QCOMPARE(m_panel->pinnedFilePaths(), QStringList{pinFile(0)});
     QCOMPARE(widthsOf({pinFile(0), file}), (QVector<int>{11, 11}));
+}
+
+// Its file is the only one then, and must not go with the end of the program.
+void Tst_PinnedCaptures::captureThatCannotBePinnedIsNamed() {
+    add("a"_qs, 11);
+    add("b"_qs, 12);
+    m_panel->setPinnedImages(true);
+    const QString kept = editor(1)->imageKey();
+    QVERIFY(QDir().mkpath(pinFile(1)));
+    QCOMPARE(m_panel->SavePinnedHistories(), QStringList{kept});
+    QCOMPARE(QImage(pinFile(0)).width(), editor(0)->imageRect().width());
+    QVERIFY(!QImage(kept).isNull());
 }
 
 void Tst_PinnedCaptures::filesAreForTheUserAlone() {
