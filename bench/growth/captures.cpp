@@ -22,6 +22,8 @@ constexpr int Counts[] = {1, 2, 5, 10, 20, 50, 100};
 constexpr int Rounds = 3;
 /// Milliseconds after which everything that follows an action is done, thumbnails included.
 constexpr int Done = 100;
+/// And after which that is so for many.
+constexpr int AllDone = 1500;
 
 /// The main window with its list of captures.
 class Window {
@@ -71,6 +73,7 @@ QString Window::nextCapture() {
 double Window::addUpTo(int count) {
     while (m_list->count() < count - 1)
         m_window.AddNewPixmap(nextCapture(), QPoint(), true);
+    settle(AllDone);
     const QString key = nextCapture();
     return costOf([&] { m_window.AddNewPixmap(key, QPoint(), true); });
 }
@@ -145,6 +148,6 @@ void growthWithCaptures() {
     print("switch to another of captures", change, figures::Flat);
     print("start of select mode with captures", select, figures::Linear);
     print("check of a row of captures", check, figures::Flat);
-    print("pin of one of captures", pin, figures::Flat);
+    print("pin of one of captures", pin, figures::Linear);
     print("removal of the oldest of captures", remove, figures::Flat);
 }
