@@ -2,11 +2,13 @@
 #include "history/historylistwidget.h"
 #include "history/historylistwidgetitem.h"
 #include "history/historywidget.h"
+#include "support/filesizelimit.h"
 #include "support/imagecompare.h"
 #include "support/literals.h"
 #include "support/session.h"
 
 #include <QGraphicsSceneMouseEvent>
+#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -66,6 +68,7 @@ private slots:
     void saveBesideLeavesTheFileToTheCapture();
     void failedWriteChangesNothing();
     void withoutAWorkFolderTheOriginalStaysInMemory();
+    void withoutRoomInTheWorkFolderTheOriginalStaysInMemory();
     void failedWriteWithoutAWorkFolderForgetsTheCopy();
     void withoutAPlaceForTheOriginalNothingIsWritten();
     void rowThatGoesBehindTheWriteLeavesTheFile();
@@ -244,6 +247,24 @@ void Tst_ImagesSetAside::withoutAWorkFolderTheOriginalStaysInMemory() {
     list()->removeItem(list()->rowItem(0), false, true);
     QCOMPARE(ImageProvider::instance()->usedMegabytes(), 0.0);
     QVERIFY(QFile::exists(target("shot.png"_qs)));
+}
+
+void Tst_ImagesSetAside::withoutRoomInTheWorkFolderTheOriginalStaysInMemory() {
+    // Noise does not get smaller in a file.
+    QImage noise(200, 200, QImage::Format_RGB32);
+    QRandomGenerator(1).fillRange(reinterpret_cast<quint32 *>(noise.bits()), noise.width() * noise.height());
+    QVERIFY(noise.save(target("shot.png"_qs)));
+    QVERIFY(QFileInfo(target("shot.png"_qs)).size() > 100000);
+    Editor *const editor = add(target("shot.png"_qs));
+    drawAndCrop(editor);
+    {
+        const FileSizeLimit full(20000);
+        QVERIFY(editor->saveFlattened(target("shot.png"_qs), true, -1));
+    }
+    forgetShownImage();
+    QCOMPARE(QImage(target("shot.png"_qs)).size(), CropRect.size());
+    COMPARE_IMAGES(editor->flatten(false, true).toImage(), noise, "kept");
+    QCOMPARE(QDir(workFolder()).entryList({"*original*"_qs}, QDir::AllEntries | QDir::Hidden), QStringList());
 }
 
 void Tst_ImagesSetAside::failedWriteWithoutAWorkFolderForgetsTheCopy() {
