@@ -47,19 +47,24 @@ def descriptors(pid):
     return kinds
 
 
-def segments(pid):
-    """The shared memory that the process has mapped, by what the system calls it, less what tells one from another,
-    and blocks that it made and nobody has removed."""
-    kinds = collections.Counter()
+def shared_mappings(pid):
+    """The shared memory that the process has mapped, by what the system calls it."""
     for line in Path(f"/proc/{pid}/maps").read_text(encoding="utf-8").splitlines():
         name = (line.split(None, 5) + [""])[5]
         if name.startswith(("/SYSV", "/memfd:", "/dev/shm/")):
-            kinds[re.sub(r"[0-9a-f]{8}|\d+", "*", name)] += 1
-    for line in Path("/proc/sysvipc/shm").read_text(encoding="ascii").splitlines()[1:]:
-        fields = line.split()
-        if int(fields[4]) == pid and not int(fields[2]) & 0o1000:  # its maker; marked to go with its last user
-            kinds["block of its own"] += 1
-    return kinds
+            yield name
+
+
+def blocks_made_by(pid):
+    """How many blocks of shared memory the process made that will not go with their last user."""
+    lines = Path("/proc/sysvipc/shm").read_text(encoding="ascii").splitlines()[1:]
+    return sum(int(fields[4]) == pid and not int(fields[2]) & 0o1000 for fields in map(str.split, lines))
+
+
+def segments(pid):
+    """Shared memory by its kinds, less what tells one from another."""
+    kinds = collections.Counter(re.sub(r"[0-9a-f]{8}|\d+", "*", name) for name in shared_mappings(pid))
+    return kinds + collections.Counter({"block of its own": blocks_made_by(pid)})
 
 
 def is_of_this_session(pid):

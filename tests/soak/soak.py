@@ -16,14 +16,14 @@ sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "smoke"))
 # Only now; the first takes the editor from the arguments.
 from editorsession import EDITOR, RESULTS, RUNTIME, SOCKET, answers, tell, wait_for, write_settings
 from captureside import CAPTURE_WANTED, PROGRAM_ENDS, SILENT_CAPTURE_SAVED, CaptureSide
-from census import Census, descriptors, segments
+from census import Census, blocks_made_by, descriptors, shared_mappings
 from session import SETTINGS, Session
 from user import NEVER, wait
 
 CAPTURES, SEED = 2000, 4711
 STAGE = 100  # captures between two looks
 EMPTIES, JUDGES = 200, 600  # captures between two empty lists, and from the first of them between two that are judged
-LONG = 400  # captures from which the bound of the design holds
+LONG = 400  # captures from which on the bound is strict
 SHORT_BEGIN = 20  # captures of a short form before its first look
 SHORT_REST = 0.1  # of the captures there are followed by something that a user does
 GROWTH = 10.0  # MiB
@@ -165,7 +165,7 @@ class Soak:
         """Ends it, and looks for what it leaves behind."""
         self.session.doing = "ending"
         pid = self.editor.pid
-        mine = {Path(name) for name in (*descriptors(pid), *segments(pid)) if name.startswith("/dev/shm/")}
+        mine = {Path(name) for name in (*descriptors(pid), *shared_mappings(pid)) if name.startswith("/dev/shm/")}
         tell("/close")
         code = self.editor.wait(NEVER)
         found = [f"ended with {code}"] if code else []
@@ -175,14 +175,15 @@ class Soak:
                 found.append(f"{self.capture_side.events[event]} events {event:#x} instead of {count}")
         left = [*self.session.left_over(), *(str(path) for path in mine if path.exists())]
         left += [path.name for path in (SOCKET, RUNTIME / "TindraImageMemory") if path.exists()]
-        makers = {line.split()[4] for line in Path("/proc/sysvipc/shm").read_text(encoding="ascii").splitlines()[1:]}
-        if str(pid) in makers:
+        if blocks_made_by(pid):
             left.append("a shared memory block")
         return found + [f"left behind: {name}" for name in left]
 
 
 def main():
     captures, seed = (int(value) for value in (sys.argv[1:] + [CAPTURES, SEED][len(sys.argv) - 1:])[:2])
+    if captures <= SHORT_BEGIN:
+        raise SystemExit(f"soak: {captures} captures leave nothing to compare; {SHORT_BEGIN + 1} are the fewest")
     print(f"soak: {captures} captures, seed {seed}", flush=True)
     soak = Soak(captures, seed)
     faults = soak.run()
