@@ -22,6 +22,12 @@ void copyRows(const QImage &band, int top, const QRect &area, QImage *picture) {
 
 } // namespace
 
+MosaicSnapshot::MosaicSnapshot(const QImage &image) : m_image(image) {
+    // Whoever takes the lock next sees all of this, however the job is handed over to its thread.
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_done.reserve(static_cast<std::size_t>((m_image.height() + BandHeight - 1) / BandHeight));
+}
+
 void MosaicSnapshot::pixelateAll(int block, const std::function<void()> &bandDone) {
     try {
         pixelateBands(block, bandDone);

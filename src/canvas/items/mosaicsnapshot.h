@@ -18,7 +18,7 @@ public:
     static constexpr int BandHeight = 3000;
 
     /// Shares the pixels of `image`.
-    explicit MosaicSnapshot(const QImage &image) : m_image(image) {}
+    explicit MosaicSnapshot(const QImage &image);
 
     /// Pixelates all of it, band by band from the top. Each band has a grid of blocks of its own, so the
     /// last blocks of a band may be cut. Calls `bandDone` after each band. One thread, any.
