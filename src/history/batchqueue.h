@@ -7,6 +7,7 @@
 #include <functional>
 #include <mutex>
 #include <optional>
+#include <utility>
 
 /// The pictures of a batch on their way to the disk: one thread hands them in and takes what became of them,
 /// in the same order, and workers write them.
