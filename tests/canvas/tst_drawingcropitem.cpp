@@ -35,6 +35,17 @@ public:
     }
 };
 
+/// Counts the jobs that a scene has put off to another turn of the event loop, such as looking through all of
+/// its items for what has changed.
+class CallCounter : public QObject {
+public:
+    int count = 0;
+    bool eventFilter(QObject *, QEvent *event) override {
+        count += event->type() == QEvent::MetaCall;
+        return false;
+    }
+};
+
 } // namespace
 
 Q_DECLARE_METATYPE(std::function<void()>)
@@ -68,6 +79,7 @@ private slots:
     void cornerPastTheOppositeCornerKeepsTheLastSize();
     void movedFrameKeepsItsSize();
     void movingTheFramePaintsNoItem();
+    void sceneLooksForNoChangesWhileTheFrameMoves();
     void hoveringAfterACropAsksNoItem();
     void pressesMakeNoItems();
     void cursorFollowsTheFrame();
@@ -481,6 +493,28 @@ void Tst_DrawingCropItem::movingTheFramePaintsNoItem() {
     QCoreApplication::processEvents();
     QVERIFY(m_view->viewport()->grab().toImage() != before);
     QCOMPARE(item->paints, paints);
+}
+
+void Tst_DrawingCropItem::sceneLooksForNoChangesWhileTheFrameMoves() {
+    open();
+    dragFrame({0, 0}, {50, 40});
+    QCoreApplication::processEvents();
+    QSignalSpy moved(m_item, SIGNAL(moveCropItem(DrawingCropItem *)));
+    CallCounter calls;
+    m_editor->installEventFilter(&calls);
+    capture::Mouse mouse(m_view->viewport());
+    for (const QPoint &press : {QPoint(395, 295), QPoint(200, 150)}) {
+        mouse.press(at(press.x(), press.y()));
+        QCoreApplication::processEvents();
+        moved.clear();
+        calls.count = 0;
+        mouse.move(at(press.x() - 20, press.y() - 10));
+        QCoreApplication::processEvents();
+        QCOMPARE(moved.count(), 1);
+        QCOMPARE(calls.count, 0);
+        mouse.release(at(press.x() - 20, press.y() - 10));
+        QCoreApplication::processEvents();
+    }
 }
 
 void Tst_DrawingCropItem::hoveringAfterACropAsksNoItem() {

@@ -92,6 +92,8 @@ QVariant DrawingCropItem::itemChange(GraphicsItemChange change, const QVariant &
 void DrawingCropItem::openFrame() {
     m_proxy = scene()->addWidget(m_cropper);
     m_proxy->setFlag(ItemHasNoContents);
+    // Nor is the scene to hear of each move, for which it would look through all of its items.
+    m_cropper->setUpdatesEnabled(false);
     connect(m_cropper, &ImageCropper::move, this, [this] { emit moveCropItem(this); });
     connect(m_cropper, &ImageCropper::setProxyCursor, m_proxy,
             [this](const QCursor &cursor) { m_proxy->setCursor(cursor); });
