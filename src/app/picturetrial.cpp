@@ -8,7 +8,6 @@
 #include <QGuiApplication>
 #include <QtEndian>
 
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
@@ -18,6 +17,7 @@ namespace {
 const char *const trialOption = "--try-pictures";
 // By number: from a stream of the C library the toolkit reads only what has come already.
 constexpr int StandardInput = 0;
+constexpr int StandardOutput = 1;
 
 /// Fewer bytes only at the end.
 QByteArray readWhole(QIODevice *device, int size) {
@@ -49,7 +49,8 @@ int PictureTrial::run(int argc, char **argv) {
     const QGuiApplication application(argc, argv);
     QFile question;
     QFile answers;
-    if (!question.open(StandardInput, QIODevice::ReadOnly) || !answers.open(stdout, QIODevice::WriteOnly))
+    if (!question.open(StandardInput, QIODevice::ReadOnly | QIODevice::Unbuffered) ||
+        !answers.open(StandardOutput, QIODevice::WriteOnly | QIODevice::Unbuffered))
         return EXIT_FAILURE;
     answer(&question, &answers);
     return EXIT_SUCCESS;

@@ -4,6 +4,7 @@
 #include "ui/builtinstyle.h"
 #include "ui/messagedialog.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QIcon>
@@ -25,7 +26,7 @@ QStringList namesFromStandardInput() {
         return names;
     for (const QByteArray &path : input.readAll().split('\0')) {
         if (!path.isEmpty())
-            names.append(QFileInfo(QFile::decodeName(path)).fileName());
+            names.append(UnopenedFiles::nameOf(QFile::decodeName(path)));
     }
     return names;
 }
@@ -45,6 +46,11 @@ int UnopenedFiles::run(int argc, char **argv) {
     installBuiltInStyle(&application);
     message(names)->exec();
     return EXIT_SUCCESS;
+}
+
+QString UnopenedFiles::nameOf(const QString &path) {
+    const QString name = QFileInfo(QDir::cleanPath(path)).fileName();
+    return name.isEmpty() ? path : name;
 }
 
 std::unique_ptr<MessageDialog> UnopenedFiles::message(const QStringList &names) {

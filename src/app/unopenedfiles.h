@@ -19,6 +19,8 @@ public:
     /// Shows the message until the user has closed it; nothing without a name. The exit code.
     static int run(int argc, char **argv);
 
+    /// How the message calls a file, or a folder that was given for one: without the folders above it.
+    static QString nameOf(const QString &path);
     /// The message about these files, of which so many are named as fit; they have no folders.
     static std::unique_ptr<MessageDialog> message(const QStringList &names);
 };

@@ -253,7 +253,8 @@ bool EditorView::renderParts(QImage &image, const QRegion &stale) {
         return true;
     }
     // Not into the picture under a clip: the raster engine cuts lines at the clip before it turns them into
-    // pixels, and a cut line can differ in its last bits. Only pages that are touched cost anything.
+    // pixels, and a cut line can differ in its last bits. Only pages that are touched cost anything: those of
+    // the region, and where the image is scaled those between the top left and the region, too.
     QImage scratch(image.size(), image.format());
     paintScene(scratch, stale);
     QPainter painter(&image);

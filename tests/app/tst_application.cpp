@@ -8,13 +8,25 @@
 #include <QScreen>
 #include <QtTest>
 
+#include <cstdio>
+
+namespace {
+
+/// Stands for whatever takes the toolkit's messages before the application is built.
+void takeMessage(QtMsgType /*type*/, const QMessageLogContext & /*context*/, const QString &message) {
+    std::fprintf(stderr, "%s\n", qPrintable(message));
+}
+
+} // namespace
+
 class Tst_Application : public QObject {
     Q_OBJECT
 public:
-    Tst_Application(Application &application, FakePlatform &platform)
-        : m_application(application), m_platform(platform) {}
+    Tst_Application(Application &application, FakePlatform &platform, QtMessageHandler messageHandler)
+        : m_application(application), m_platform(platform), m_messageHandler(messageHandler) {}
 
 private slots:
+    void messagesGoWhereTheyWentBefore();
     void hasItsNameAndNoOrganisation();
     void announcesItsIdentity();
     void withoutTheTranslationTextsStayEnglish();
@@ -34,7 +46,12 @@ private slots:
 private:
     Application &m_application;
     FakePlatform &m_platform;
+    const QtMessageHandler m_messageHandler; // once the application stood
 };
+
+void Tst_Application::messagesGoWhereTheyWentBefore() {
+    QVERIFY(m_messageHandler == takeMessage);
+}
 
 void Tst_Application::hasItsNameAndNoOrganisation() {
     QCOMPARE(QCoreApplication::applicationName(), QStringLiteral("Tindra"));
@@ -173,8 +190,11 @@ int main(int argc, char **argv) {
     qputenv("QT_FONT_DPI", "96");
     qputenv("QT_SCALE_FACTOR", "2");
     FakePlatform *platform = FakePlatform::install();
+    qInstallMessageHandler(takeMessage);
     Application application(argc, argv);
-    Tst_Application test(application, *platform);
+    // Seen here, because the test library puts its own in the place before the first test.
+    const QtMessageHandler messageHandler = qInstallMessageHandler(nullptr);
+    Tst_Application test(application, *platform, messageHandler);
     return QTest::qExec(&test, argc, argv);
 }
 

@@ -30,6 +30,8 @@ class Tst_UnopenedFiles : public QObject {
 private slots:
     void theMessageNamesTheFiles_data();
     void theMessageNamesTheFiles();
+    void aNameIsNeverBlank_data();
+    void aNameIsNeverBlank();
     void onlyTheLoneOptionIsACall();
 };
 
@@ -50,6 +52,23 @@ void Tst_UnopenedFiles::theMessageNamesTheFiles() {
     QCOMPARE(message->windowTitle(), QStringLiteral("Tindra"));
     const QStringList texts = textsOf(*message);
     QVERIFY2(texts.contains(lines.join(QLatin1Char('\n'))), qPrintable(texts.join(QLatin1Char('|'))));
+}
+
+void Tst_UnopenedFiles::aNameIsNeverBlank_data() {
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("in a folder") << QStringLiteral("/a b/c d.txt") << QStringLiteral("c d.txt");
+    QTest::newRow("alone") << QStringLiteral("c.txt") << QStringLiteral("c.txt");
+    QTest::newRow("a folder") << QStringLiteral("/a/folder/") << QStringLiteral("folder");
+    QTest::newRow("a folder with more strokes") << QStringLiteral("folder//") << QStringLiteral("folder");
+    QTest::newRow("the topmost folder") << QStringLiteral("/") << QStringLiteral("/");
+    QTest::newRow("standard input") << QStringLiteral("-") << QStringLiteral("-");
+}
+
+void Tst_UnopenedFiles::aNameIsNeverBlank() {
+    QFETCH(QString, path);
+    QFETCH(QString, name);
+    QCOMPARE(UnopenedFiles::nameOf(path), name);
 }
 
 void Tst_UnopenedFiles::onlyTheLoneOptionIsACall() {

@@ -2,6 +2,7 @@
 """The real program: its roles, the ways out, and what it leaves behind. usage: tst_start.py EDITOR"""
 import os
 import re
+import select
 import shutil
 import signal
 import socket
@@ -168,6 +169,16 @@ class Start(EditorTest):
             slow.stdin.write(question[at:at + 40])
             slow.stdin.flush()
         self.assertEqual(slow.communicate(timeout=60)[0], b"ynn")
+
+    def test_each_picture_is_answered_while_more_may_come(self):
+        trial = subprocess.Popen([EDITOR, "--try-pictures"], stdin=subprocess.PIPE, stdout=subprocess.PIPE, bufsize=0)
+        self.started.append(trial)
+        for content, letter in ((png(20, 10, (255, 0, 0)), b"y"), (b"no picture", b"n"), (png(3, 3, (0, 0, 0)), b"y")):
+            trial.stdin.write(struct.pack(">Q", len(content)) + content)
+            self.assertTrue(select.select([trial.stdout], [], [], LIMIT)[0], "no answer before the end of the question")
+            self.assertEqual(trial.stdout.read(1), letter)
+        trial.kill()
+        self.assertEqual(trial.stdout.read(), b"")
 
     def test_a_file_that_cannot_be_opened_is_told_in_a_window(self):
         note = Path(os.environ["TMPDIR"]) / "a note.txt"

@@ -101,6 +101,20 @@ class TindraSend(unittest.TestCase):
     LISTEN = ('exec python3 -c "import socket, time; s = socket.socket(socket.AF_UNIX); time.sleep(0.2); '
               's.bind(\'$XDG_RUNTIME_DIR/TNDEMutex\'); s.listen(); s.accept()"')
 
+    # Answers for each picture by itself, as the editor's program does; some pictures are its end.
+    TRIAL = """
+import os, signal, struct, sys
+while size := sys.stdin.buffer.read(8):
+    content = sys.stdin.buffer.read(struct.unpack(">Q", size)[0])
+    with open(sys.argv[1], "ab") as question:
+        question.write(size + content)
+    if content == b"deadly":
+        os.kill(os.getpid(), signal.SIGKILL)
+    if content == b"endless":
+        sys.stdin.buffer.read()
+    os.write(1, b"n" if content == b"no picture" else b"y")
+"""
+
     def setUp(self):
         self.scratch = Path(tempfile.mkdtemp())
         self.addCleanup(shutil.rmtree, self.scratch)
@@ -146,13 +160,15 @@ class TindraSend(unittest.TestCase):
             threading.Event().wait(0.01)
         return editor.lines
 
-    def program(self, body, trial="printf yyy"):
+    def program(self, body, trial=""):
         """An editor to be started: writes down its arguments, one a line, and runs `body`. Asked about pictures it
-        keeps the question and runs `trial`; told about unopened files it keeps their names."""
+        runs `trial`, or one that keeps the question; told about unopened files it keeps their names."""
         path = self.scratch / "editor"
+        (self.scratch / "trial.py").write_text(self.TRIAL)
+        trial = trial or f'exec python3 -I "{self.scratch}/trial.py" "{self.scratch}/question"'
         path.write_text(f"""#!/bin/sh
 case $1 in
-    --try-pictures) cat >"{self.scratch}/question"; {trial}; exit ;;
+    --try-pictures) {trial}; exit ;;
     --tell-unopened) cat >"{self.scratch}/names"; mv "{self.scratch}/names" "{self.scratch}/told"; exit ;;
 esac
 printf "%s\\n" "$@" >"{self.scratch}/arguments"
@@ -426,7 +442,7 @@ printf "%s\\n" "$@" >"{self.scratch}/arguments"
         unknown = self.scratch / "it's 100% 그림.txt"
         unknown.write_bytes(b"no picture")
         missing = self.scratch / "none.png"
-        error = self.send("--open", missing, unknown, self.picture, "--editor", self.program("", "printf ny"), code=1)
+        error = self.send("--open", missing, unknown, self.picture, "--editor", self.program(""), code=1)
         self.assertEqual(self.told(), [os.fsencode(missing), os.fsencode(unknown)])
         self.assertIn(f"cannot read {missing}", error)
         self.assertIn(f"{unknown} is no picture", error)
@@ -448,9 +464,52 @@ printf "%s\\n" "$@" >"{self.scratch}/arguments"
         self.editor()
         large = self.scratch / "large.png"
         large.write_bytes(bytes(1 << 20))
-        program = Path(self.program(""))
-        program.write_text(program.read_text().replace("cat >", ": >", 1))
-        self.send("--open", large, self.picture, "--editor", program)
+        self.assertIn("is no picture", self.send("--open", large, "--editor", self.program("", "exit 0"), code=1))
+        self.assertEqual(self.told(), [os.fsencode(large)])
+
+    def among_others(self, content):
+        """A file with this content between two pictures, all different."""
+        files = [self.scratch / name for name in ("first.png", "between.png", "last.png")]
+        for file, written in zip(files, (PICTURE, content, PICTURE * 2)):
+            file.write_bytes(written)
+        return files
+
+    def assert_opened(self, editor, *contents):
+        copies = [re.fullmatch(r'"tindra-send" "/path" "(.*)"', line).group(1)
+                  for line in self.lines(editor, len(contents))]
+        self.assertEqual([Path(copy).read_bytes() for copy in copies], list(contents))
+
+    def test_a_picture_that_ends_the_trial_keeps_no_other_back(self):
+        editor = self.editor()
+        files = self.among_others(b"deadly")
+        error = self.send("--open", *files, "--editor", self.program(""), code=1)
+        self.assertEqual(error.splitlines(), [f"tindra-send: {files[1]} is no picture that the editor can show"])
+        self.assertEqual(self.told(), [os.fsencode(files[1])])
+        self.assert_opened(editor, PICTURE, PICTURE * 2)
+
+    def test_a_picture_without_end_keeps_no_other_back(self):
+        editor = self.editor()
+        files = self.among_others(b"endless")
+        tool = tool_as_module()
+        self.assertLessEqual(tool.TRIAL_LIMIT, 20)
+        with mock.patch.dict(os.environ, self.environment), mock.patch.object(tool, "TRIAL_LIMIT", 5):
+            with contextlib.redirect_stderr(io.StringIO()) as printed:
+                self.assertEqual(tool.main(["--open", *map(str, files), "--editor", self.program("")]), 1)
+        lines = [line for line in printed.getvalue().splitlines() if line.startswith("tindra-send:")]
+        self.assertEqual(lines, [f"tindra-send: {files[1]} takes too long to open"])
+        self.assertEqual(self.told(), [os.fsencode(files[1])])
+        self.assert_opened(editor, PICTURE, PICTURE * 2)
+
+    def test_a_picture_is_opened_before_the_next_is_tried(self):
+        editor = self.editor()
+        sender = subprocess.Popen([TOOL, "--open", *self.among_others(b"endless"), "--editor", self.program("")],
+                                  env=self.environment)
+        try:
+            self.assert_opened(editor, PICTURE)
+            self.assertIsNone(sender.poll())
+        finally:
+            sender.kill()
+            sender.wait()
 
     def test_open_without_a_program_to_ask_hands_over_to_the_editor_that_runs(self):
         editor = self.editor()

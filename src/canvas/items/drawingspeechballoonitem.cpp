@@ -13,8 +13,7 @@ void DrawingSpeechBalloonItem::addHitArea(QPainterPath *path) {
 }
 
 void DrawingSpeechBalloonItem::drawFigure(QPainter *painter) const {
-    // The hint for a finer one, which this figure once had as well, is obsolete in the toolkit: no engine
-    // that paints the picture looks at it.
+    // The hint for a finer one is obsolete in the toolkit: no engine that paints the picture looks at it.
     painter->setRenderHint(QPainter::Antialiasing);
     painter->setBrush(m_fillColor);
     painter->drawPolygon(speechBalloonPolygon(m_itemRect), Qt::OddEvenFill);
