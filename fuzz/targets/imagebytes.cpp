@@ -5,11 +5,34 @@
 
 #include <QBuffer>
 #include <QCoreApplication>
+#include <QImageReader>
 
 namespace {
 
 /// A budget of the editor's kind, but so small that a claim beyond it is soon found.
 constexpr double LimitMegabytes = 4;
+/// Of the deepest pixels there are.
+constexpr int DeepestPixel = 128;
+
+/// What the toolkit makes of the bytes by itself; null where it says that the image may be too large, and of
+/// the formats whose readers say too little of what they decode to.
+QImage plainlyDecoded(QByteArray &bytes) {
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    const QByteArray format = QImageReader::imageFormat(&buffer);
+    if (format == "gif" || format == "ico")
+        return QImage();
+    QImageReader reader(&buffer);
+    reader.setDecideFormatFromContent(true);
+    const QSize size = reader.size();
+    if (size.isEmpty() || imageMegabytes(size.width(), size.height(), DeepestPixel) > LimitMegabytes)
+        return QImage();
+    QImage image = reader.read();
+    if (imageMegabytes(image.width(), image.height(), DeepestPixel) > LimitMegabytes)
+        return QImage();
+    image.setDevicePixelRatio(1.0);
+    return image;
+}
 
 } // namespace
 
@@ -24,6 +47,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::ReadOnly);
     const QImage image = decodeImage(&buffer, LimitMegabytes);
+    const QImage expected = plainlyDecoded(bytes);
+    require(expected.isNull() || image == expected, "a picture within the limit comes out whole");
     if (image.isNull())
         return 0;
     require(imageMegabytes(image.width(), image.height(), image.depth()) <= LimitMegabytes,

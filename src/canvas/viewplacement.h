@@ -4,7 +4,7 @@
 #include <QSize>
 
 /// Where the canvas' own widgets stand in it, as their top left in the view's coordinates. Sizes are in
-/// device pixels; `scale` is logical DPI / 96, for the distances that the design gives at 96 per inch.
+/// device pixels; `scale` is logical DPI / 96, for the distances, which are given at 96 per inch.
 namespace ViewPlacement {
 
 /// The zoom tool: at the bottom left, above a horizontal scroll bar.

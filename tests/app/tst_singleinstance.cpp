@@ -250,25 +250,23 @@ void Tst_SingleInstance::redirectThatHasToWaitHoldsNobodyUp() {
     QVERIFY(full.bindAndListen(path, 0));
     Start second({QStringLiteral("hello")});
     const QStringList names{QStringLiteral("TNDEMutex"), QStringLiteral("TNDERedirectMutex")};
-    QVector<QElapsedTimer> held(names.size());
-    qint64 longest = 0;
+    // Counted in looks and not in time: on a busy machine some time passes between two looks.
+    QVector<int> heldLooks(names.size());
+    int longest = 0;
     QElapsedTimer waiting;
     waiting.start();
     while (!second.endedWell() && waiting.elapsed() < 20000) {
         for (int i = 0; i < names.size(); ++i) {
-            if (platform::NamedLock(names.at(i)).tryLock())
-                held[i].invalidate();
-            else if (!held.at(i).isValid())
-                held[i].start();
-            else
-                longest = qMax(longest, held.at(i).elapsed());
+            heldLooks[i] = platform::NamedLock(names.at(i)).tryLock() ? 0 : heldLooks.at(i) + 1;
+            longest = qMax(longest, heldLooks.at(i));
         }
         QTest::qWait(5);
     }
     QVERIFY(QFile::remove(path));
     QVERIFY(second.endedWell());
     QVERIFY(waiting.elapsed() > 900); // it did wait
-    QVERIFY2(longest < 500, qPrintable(QString::number(longest)));
+    // A lock that is held while a start waits for the server is found held by nearly two hundred looks.
+    QVERIFY2(longest < 50, qPrintable(QString::number(longest)));
 }
 
 void Tst_SingleInstance::startIsLoggedWhenTheSettingsSaySo() {

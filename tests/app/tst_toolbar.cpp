@@ -75,7 +75,7 @@ private:
     QStringList visible() const;
     /// The names of the buttons behind the separators that are seen.
     QStringList separated() const;
-    /// How many of the buttons the design leaves in a toolbar of that width, by what each entry takes.
+    /// How many of the buttons are to stay in a toolbar of that width, by what each entry takes.
     int fitting(int width) const;
     void resizeTo(int width);
     /// Adds a capture; the window has room for every button.

@@ -212,16 +212,21 @@ void Tst_IpcSocket::waitsOneSecondForAMessage() {
 }
 
 void Tst_IpcSocket::closedConnectionIsNotWaitedFor() {
-    IpcSocket socket;
-    QLocalSocket *other = connectPair(socket);
-    QVERIFY(other);
-    delete other;
-    QElapsedTimer timer;
-    timer.start();
-    QString text;
-    QVERIFY(!socket.ReadMessage(text));
-    // Far below the limit for a silent one.
-    QVERIFY(timer.elapsed() < 700);
+    // One that waits takes the whole limit for a silent connection each time; a busy machine holds up some.
+    constexpr qint64 SilenceMilliseconds = 1000;
+    qint64 shortest = SilenceMilliseconds;
+    for (int attempt = 0; attempt < 5; ++attempt) {
+        IpcSocket socket;
+        QLocalSocket *other = connectPair(socket);
+        QVERIFY(other);
+        delete other;
+        QElapsedTimer timer;
+        timer.start();
+        QString text;
+        QVERIFY(!socket.ReadMessage(text));
+        shortest = qMin(shortest, timer.elapsed());
+    }
+    QVERIFY2(shortest < SilenceMilliseconds, qPrintable(QString::number(shortest)));
 }
 
 void Tst_IpcSocket::writingWithoutConnectionFails() {
