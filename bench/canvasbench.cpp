@@ -40,10 +40,10 @@ void CanvasBench::send(QEvent::Type type, const QPoint &pos, Qt::MouseButton hel
 }
 
 double CanvasBench::untilPainted(const std::function<void()> &action) {
-    const double begin = processorMs();
-    action();
-    m_counter.waitForPaint();
-    return processorMs() - begin;
+    return costOf([&] {
+        action();
+        m_counter.waitForPaint();
+    });
 }
 
 void loadCapture(Editor &editor, const QString &key, const QSize &size) {

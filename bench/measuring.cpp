@@ -9,6 +9,7 @@
 #include <time.h>
 
 #include <algorithm>
+#include <limits>
 
 namespace {
 constexpr int GiveUpMs = 10000;
@@ -23,6 +24,19 @@ double processorMs() {
     timespec time;
     clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
     return time.tv_sec * 1e3 + time.tv_nsec / 1e6;
+}
+
+double costOf(const std::function<void()> &work) {
+    const double begin = processorMs();
+    work();
+    return processorMs() - begin;
+}
+
+double fastestOf(int runs, const std::function<double()> &measure) {
+    double fastest = std::numeric_limits<double>::infinity();
+    for (int run = 0; run < runs; ++run)
+        fastest = std::min(fastest, measure());
+    return fastest;
 }
 
 double clockMs(const std::function<void()> &work) {

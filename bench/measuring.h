@@ -12,6 +12,10 @@ double median(QVector<double> values);
 
 /// Milliseconds of processor time, user and system, that all threads of this process have used.
 double processorMs();
+/// What of it the work takes.
+double costOf(const std::function<void()> &work);
+/// The least of what so many runs of the measurement give.
+double fastestOf(int runs, const std::function<double()> &measure);
 /// Milliseconds that the work takes by the clock.
 double clockMs(const std::function<void()> &work);
 

@@ -14,6 +14,7 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QScreen>
 
 #include <cmath>
 
@@ -136,6 +137,8 @@ int main(int argc, char **argv) {
     auto *view = window.findChild<EditorView *>();
     if (!view || !view->editor())
         qFatal("no canvas");
+    if (window.screen()->size() != CaptureSize || !window.isMaximized() || !view->transform().isIdentity())
+        qFatal("not maximised on a display of 3840x2160 at 100 %%");
     EventCounter witness;
     view->viewport()->installEventFilter(&witness);
     const QRect area(view->viewport()->mapToGlobal(QPoint()), view->viewport()->size());

@@ -1,8 +1,6 @@
-#include "canvasbench.h"
+#include "canvasactions.h"
 #include "growth.h"
 #include "sceneitems.h"
-
-#include <algorithm>
 
 namespace {
 
@@ -27,28 +25,17 @@ public:
     }
 
     double move(Editor::ShapeType tool);
-    double eraserMove();
+    double eraserMove() { return m_actions.eraserMove(Free); }
     double erasing();
-    double press();
+    double press() { return m_actions.press(Free); }
     double undoing();
     double redoing();
     double resetting();
     double drawingAfterUndo();
-    double flattening();
+    double flattening() { return m_actions.flattening(); }
     double repainting();
 
 private:
-    double fastestOf(const std::function<double()> &measure) {
-        QVector<double> costs;
-        for (int run = 0; run < Runs; ++run)
-            costs.append(measure());
-        return *std::min_element(costs.begin(), costs.end());
-    }
-    template <class Action> static double costOf(Action action) {
-        const double begin = processorMs();
-        action();
-        return processorMs() - begin;
-    }
     /// One more item, away from all others.
     void draw() {
         m_capture.setShape(Editor::Line);
@@ -59,6 +46,7 @@ private:
 
     Editor m_capture;
     CanvasBench m_canvas;
+    CanvasActions m_actions{m_capture, m_canvas, Runs};
 };
 
 double Items::move(Editor::ShapeType tool) {
@@ -67,7 +55,7 @@ double Items::move(Editor::ShapeType tool) {
     // The first one makes ready for those that follow.
     m_canvas.untilPainted([&] { m_canvas.send(QEvent::MouseMove, Free + QPoint(5, 5)); });
     int moves = 0;
-    const double cost = fastestOf([&] {
+    const double cost = m_actions.fastestOf([&] {
         const double begin = processorMs();
         for (int i = 0; i < MovesAtOnce; ++i) {
             ++moves;
@@ -82,22 +70,8 @@ double Items::move(Editor::ShapeType tool) {
     return cost;
 }
 
-double Items::eraserMove() {
-    m_capture.setShape(Editor::Eraser);
-    m_canvas.send(QEvent::MouseButtonPress, Free);
-    const double cost = fastestOf([&] {
-        return costOf([&] {
-                   for (int i = 0; i < MovesAtOnce; ++i)
-                       m_canvas.send(QEvent::MouseMove, Free + QPoint(i, i));
-               }) /
-               MovesAtOnce;
-    });
-    m_canvas.send(QEvent::MouseButtonRelease, Free);
-    return cost;
-}
-
 double Items::erasing() {
-    const double cost = fastestOf([&] {
+    const double cost = m_actions.fastestOf([&] {
         draw();
         m_capture.setShape(Editor::Eraser);
         settle(20);
@@ -112,27 +86,10 @@ double Items::erasing() {
     return cost;
 }
 
-double Items::press() {
-    m_capture.setShape(Editor::Pen);
-    return fastestOf([&] {
-        const double cost = costOf([&] {
-            m_canvas.send(QEvent::MouseButtonPress, Free);
-            m_canvas.send(QEvent::MouseButtonRelease, Free);
-        });
-        settle(20);
-        return cost;
-    });
-}
-
 double Items::undoing() {
     draw();
     settle(20);
-    const double cost = fastestOf([&] {
-        const double undo = m_canvas.untilPainted([&] { m_capture.undo(); });
-        m_capture.redo();
-        settle(20);
-        return undo;
-    });
+    const double cost = m_actions.undoing();
     m_capture.undo();
     settle(20);
     return cost;
@@ -140,11 +97,7 @@ double Items::undoing() {
 
 double Items::redoing() {
     draw();
-    const double cost = fastestOf([&] {
-        m_capture.undo();
-        settle(20);
-        return m_canvas.untilPainted([&] { m_capture.redo(); });
-    });
+    const double cost = m_actions.redoing();
     m_capture.undo();
     settle(20);
     return cost;
@@ -173,12 +126,8 @@ double Items::drawingAfterUndo() {
     return cost;
 }
 
-double Items::flattening() {
-    return fastestOf([&] { return costOf([&] { m_capture.flatten(true, false); }); });
-}
-
 double Items::repainting() {
-    return fastestOf([&] {
+    return m_actions.fastestOf([&] {
         m_canvas.view().setEditor(nullptr);
         const double cost = m_canvas.untilPainted([&] { m_canvas.view().setEditor(&m_capture); });
         settle(20);

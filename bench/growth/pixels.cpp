@@ -6,7 +6,6 @@
 #include "ipc/imageprovider.h"
 #include "output/imagewriter.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -16,19 +15,6 @@ constexpr int Runs = 3;
 constexpr QSize IconSize(84, 84);
 constexpr int Block = 6;
 constexpr int CropMargin = 30;
-
-template <class Action> double costOf(Action action) {
-    const double begin = processorMs();
-    action();
-    return processorMs() - begin;
-}
-
-double fastestOf(const std::function<double()> &measure) {
-    QVector<double> costs;
-    for (int run = 0; run < Runs; ++run)
-        costs.append(measure());
-    return *std::min_element(costs.begin(), costs.end());
-}
 
 /// 16 to 9.
 QSize sizeOf(double megapixels) {
@@ -48,7 +34,7 @@ public:
         m_editor.setImageKey(m_path);
     }
     double decoding() {
-        return fastestOf([this] {
+        return fastestOf(Runs, [this] {
             m_canvas.view().setEditor(nullptr);
             ImageProvider::instance()->forget(m_path);
             const double cost = m_canvas.untilPainted([this] { m_canvas.view().setEditor(&m_editor); });
@@ -57,7 +43,7 @@ public:
         });
     }
     double zooming() {
-        return fastestOf([this] {
+        return fastestOf(Runs, [this] {
             const double cost = m_canvas.untilPainted([this] { m_canvas.view().onZoomIn(); });
             m_canvas.view().onZoomOut();
             settle(CanvasBench::SmoothAfter);
@@ -66,7 +52,7 @@ public:
     }
     /// The frame is open; accepting it until it is painted.
     double cropping() {
-        return fastestOf([this] {
+        return fastestOf(Runs, [this] {
             m_editor.setShape(Editor::Crop);
             m_editor.startCrop();
             settle(CanvasBench::SmoothAfter);
@@ -80,18 +66,19 @@ public:
         });
     }
     double thumbnail() {
-        return fastestOf([this] {
+        return fastestOf(Runs, [this] {
             return costOf([this] { Thumbnail::intermediate(m_editor.flatten(true, false), IconSize); });
         });
     }
     double mosaic() {
         QImage image = m_editor.flatten(false, true).toImage();
         pixelate(image, image.rect(), Block); // its pixels are its own from now on
-        return fastestOf([&] { return costOf([&] { pixelate(image, image.rect(), Block); }); });
+        return fastestOf(Runs, [&] { return costOf([&] { pixelate(image, image.rect(), Block); }); });
     }
     double saving() {
-        return fastestOf(
-            [this] { return costOf([this] { m_editor.saveFlattened(temporary("saved.png"), false, -1); }); });
+        return fastestOf(Runs, [this] {
+            return costOf([this] { m_editor.saveFlattened(temporary("saved.png"), false, -1); });
+        });
     }
 
 private:

@@ -1,10 +1,9 @@
-#include "canvasbench.h"
+#include "canvasactions.h"
 #include "growth.h"
 #include "sceneitems.h"
 
 #include <malloc.h>
 
-#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -36,44 +35,24 @@ public:
     double bytes() const { return m_bytes; }
     double perMove() const { return m_perMove; }
     double release() const { return m_release; }
-    double undoing() {
-        return fastestOf([&] {
-            const double cost = m_canvas.untilPainted([&] { m_capture.undo(); });
-            m_capture.redo();
-            settle(20);
-            return cost;
-        });
-    }
-    double redoing() {
-        return fastestOf([&] {
-            m_capture.undo();
-            settle(20);
-            return m_canvas.untilPainted([&] { m_capture.redo(); });
-        });
-    }
-    double flattening() {
-        return fastestOf([&] { return costOf([&] { m_capture.flatten(true, false); }); });
-    }
-    /// In the middle of the stroke, where it is not.
-    double eraserMove();
-    double press();
+    /// What the stroke takes once somebody has asked what of it lies where.
+    double bytesOnceAsked() const { return m_bytesOnceAsked; }
+    /// In the middle of the stroke, where it is not. Whoever asks first what lies there has the stroke's
+    /// index made, so there is no second measurement of that.
+    double firstPress() const { return m_firstPress; }
+    double press() { return m_actions.press(Area.center()); }
+    double eraserMove() { return m_actions.eraserMove(Area.center()); }
+    double undoing() { return m_actions.undoing(); }
+    double redoing() { return m_actions.redoing(); }
+    double flattening() { return m_actions.flattening(); }
 
 private:
-    static double fastestOf(const std::function<double()> &measure) {
-        QVector<double> costs;
-        for (int run = 0; run < Runs; ++run)
-            costs.append(measure());
-        return *std::min_element(costs.begin(), costs.end());
-    }
-    template <class Action> static double costOf(Action action) {
-        const double begin = processorMs();
-        action();
-        return processorMs() - begin;
-    }
-
     Editor m_capture;
     CanvasBench m_canvas;
+    CanvasActions m_actions{m_capture, m_canvas, Runs};
     double m_bytes = 0;
+    double m_bytesOnceAsked = 0;
+    double m_firstPress = 0;
     double m_perMove = 0;
     double m_release = 0;
 };
@@ -89,7 +68,7 @@ Stroke::Stroke(int segments) {
         m_canvas.send(QEvent::MouseMove, placeOf(++at));
     settle(CanvasBench::SmoothAfter);
     m_bytes = allocatedBytes() - before;
-    m_perMove = fastestOf([&] {
+    m_perMove = m_actions.fastestOf([&] {
         return costOf([&] {
                    for (int i = 0; i < MovesAtOnce; ++i)
                        m_canvas.untilPainted([&] { m_canvas.send(QEvent::MouseMove, placeOf(++at)); });
@@ -99,33 +78,8 @@ Stroke::Stroke(int segments) {
     const QPoint end = placeOf(++at);
     m_release = m_canvas.untilPainted([&] { m_canvas.send(QEvent::MouseButtonRelease, end); });
     settle(CanvasBench::SmoothAfter);
-}
-
-double Stroke::eraserMove() {
-    m_capture.setShape(Editor::Eraser);
-    const QPoint middle = Area.center();
-    m_canvas.send(QEvent::MouseButtonPress, middle);
-    const double cost = fastestOf([&] {
-        return costOf([&] {
-                   for (int i = 0; i < MovesAtOnce; ++i)
-                       m_canvas.send(QEvent::MouseMove, middle + QPoint(i, i));
-               }) /
-               MovesAtOnce;
-    });
-    m_canvas.send(QEvent::MouseButtonRelease, middle);
-    return cost;
-}
-
-double Stroke::press() {
-    m_capture.setShape(Editor::Pen);
-    return fastestOf([&] {
-        const double cost = costOf([&] {
-            m_canvas.send(QEvent::MouseButtonPress, Area.center());
-            m_canvas.send(QEvent::MouseButtonRelease, Area.center());
-        });
-        settle(20);
-        return cost;
-    });
+    m_firstPress = m_actions.onePress(Area.center());
+    m_bytesOnceAsked = allocatedBytes() - before;
 }
 
 } // namespace
@@ -134,13 +88,17 @@ void growthWithSegments() {
     Curve move(QStringLiteral("move of the pen after segments"), figures::Flat);
     Curve release(QStringLiteral("release of the pen after segments"), figures::Flat);
     Curve eraser(QStringLiteral("move of the eraser amid the segments of a stroke"), figures::Flat);
-    Curve press(QStringLiteral("press amid the segments of a stroke"), figures::Flat);
+    Curve firstPress(QStringLiteral("first press amid the segments of a stroke"), figures::Linear);
+    Curve press(QStringLiteral("each further press amid the segments of a stroke"), figures::Flat);
     Curve undo(QStringLiteral("undo of a stroke of segments"), figures::Flat);
     Curve redo(QStringLiteral("redo of a stroke of segments"), figures::Linear);
     Curve flatten(QStringLiteral("flatten of a stroke of segments"), figures::Linear);
-    Curve memory(QStringLiteral("memory of a stroke of segments"), figures::Linear, "KiB");
+    Curve memory(QStringLiteral("memory of a stroke of segments, untouched"), figures::Linear, "KiB");
+    Curve indexed(QStringLiteral("memory of a stroke of segments, once pressed over"), figures::Linear,
+                  "KiB");
     for (const int count : Counts) {
         Stroke stroke(count);
+        firstPress.add(count, stroke.firstPress());
         move.add(count, stroke.perMove());
         release.add(count, stroke.release());
         undo.add(count, stroke.undoing());
@@ -149,7 +107,9 @@ void growthWithSegments() {
         eraser.add(count, stroke.eraserMove());
         press.add(count, stroke.press());
         memory.add(count, stroke.bytes() / 1024);
+        indexed.add(count, stroke.bytesOnceAsked() / 1024);
     }
-    for (const Curve *curve : {&move, &release, &eraser, &press, &undo, &redo, &flatten, &memory})
+    for (const Curve *curve :
+         {&move, &release, &firstPress, &press, &eraser, &undo, &redo, &flatten, &memory, &indexed})
         curve->print();
 }
