@@ -170,17 +170,20 @@ void Editor::toggle(QList<QGraphicsItem *> &from, QList<QGraphicsItem *> &to) {
     }
     to.append(item);
     if (item->scene()) {
+        // The toolkit has everything painted anew for whoever hears of changes, be it asked to or not.
         m_index.remove(item);
         removeItem(item);
+        update();
     } else {
         // Another one than when it left, if a crop was accepted since: that leaves what can be redone.
         if (auto *crop = dynamic_cast<DrawingCropItem *>(item))
             crop->setPreviousRect(m_cropRect);
         putIntoScene(item);
         m_currentOnTop = false;
+        // Everything if that is null, as a crop's is.
+        update(paintedRect(*item));
     }
     from.removeLast();
-    update();
 }
 
 void Editor::reset() {

@@ -52,6 +52,17 @@ struct Scene {
 
 using Tools = QVector<int>;
 
+/// Fills its square and counts how often it has to.
+class CountingItem : public QGraphicsRectItem {
+public:
+    explicit CountingItem(const QRectF &rect) : QGraphicsRectItem(rect) {}
+    int paints = 0;
+    void paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *) override {
+        ++paints;
+        painter->fillRect(rect(), Qt::yellow);
+    }
+};
+
 } // namespace
 
 Q_DECLARE_METATYPE(Scene)
@@ -70,6 +81,9 @@ private slots:
     void cropAroundTheSameCentreRepaintsWhatItHides();
     void partOfAScaledPicture_data();
     void partOfAScaledPicture();
+    void redoneItemIsPaintedWithoutThoseElsewhere();
+    void undoneAndRedoneItems_data();
+    void undoneAndRedoneItems();
     void strokeUnderRedoneItemStaysUnderIt();
     void changeInTheMiddleOfADrag_data();
     void changeInTheMiddleOfADrag();
@@ -453,6 +467,84 @@ void Tst_ViewExactness::partOfAScaledPicture() {
         m_editor->update(m_view->viewportTransform().inverted().mapRect(part));
         compare(QStringLiteral("from %1").arg(start));
     }
+}
+
+void Tst_ViewExactness::redoneItemIsPaintedWithoutThoseElsewhere() {
+    show({20, {303, 211}, {}, {}, true});
+    CountingItem elsewhere(QRectF(220, 150, 20, 20));
+    CountingItem below(QRectF(90, 50, 20, 20));
+    m_editor->addItem(&elsewhere);
+    m_editor->addItem(&below);
+    setPen(Qt::red, 12);
+    capture::Mouse(m_view->viewport()).drag({{60, 60}, {140, 60}, {141, 60}});
+    m_editor->undo();
+    compare(QStringLiteral("undo"));
+    elsewhere.paints = 0;
+    below.paints = 0;
+    m_editor->redo();
+    for (int turn = 0; turn < 5; ++turn)
+        QCoreApplication::processEvents();
+    const int paintsElsewhere = elsewhere.paints;
+    const int paintsBelow = below.paints;
+    compare(QStringLiteral("redo")); // paints everything for its own picture
+    QCOMPARE(paintsElsewhere, 0);
+    QCOMPARE(paintsBelow, 1);
+    m_editor->removeItem(&elsewhere);
+    m_editor->removeItem(&below);
+}
+
+void Tst_ViewExactness::undoneAndRedoneItems_data() {
+    QTest::addColumn<Scene>("scene");
+    QTest::newRow("100 %") << Scene{20, {400, 300}, {57, 41}, {}, true};
+    QTest::newRow("50 %, smooth") << Scene{9, {700, 500}, {11, 23}, {}, true};
+    QTest::newRow("50 %, still rough") << Scene{9, {700, 500}, {11, 23}, {}, false};
+    QTest::newRow("190 %") << Scene{26, {400, 300}, {57, 41}, {}, true};
+    QTest::newRow("cropped") << Scene{20, {400, 300}, {}, {90, 70, 180, 120}, true};
+}
+
+// One item of each tool, each across those before, that reach beyond the crop; a crop in the middle.
+void Tst_ViewExactness::undoneAndRedoneItems() {
+    QFETCH(Scene, scene);
+    show(scene);
+    setFigure(QColor(200, 30, 60, 170), QColor(40, 90, 200, 90));
+    const Tools tools{Editor::Pen,  Editor::Highlighter, Editor::Mosaic, Editor::SpeechBalloon,
+                      Editor::Line, Editor::Rectangle,   Editor::Circle, Editor::Arrow};
+    QRect visible = m_editor->visibleRect();
+    const auto settled = [&](const QString &when) {
+        // A crop can change the scale, and then the smooth background comes later.
+        if (scene.waitForSmooth && m_editor->visibleRect() != visible)
+            QTest::qWait(150);
+        visible = m_editor->visibleRect();
+        compare(when);
+    };
+    capture::Mouse mouse(m_view->viewport());
+    for (int i = 0; i < tools.size(); ++i) {
+        TindraPreferences::instance()->SetInt(TindraPreferences::LineWidth, 3 + 4 * (i % 4));
+        m_editor->setShape(static_cast<Editor::ShapeType>(tools.at(i)));
+        const QPoint from(40 + 20 * i, 30 + 11 * i);
+        // A narrow balloon has a tail that reaches beyond what the toolkit takes for the item's place.
+        const int width = tools.at(i) == Editor::SpeechBalloon ? 20 : 70;
+        mouse.drag({from, from + QPoint(30, 55), from + QPoint(71, 8), from + QPoint(width, 40)});
+        if (i == 3)
+            crop(QRect(100, 75, 160, 100));
+        settled(QStringLiteral("drawn with tool %1").arg(tools.at(i)));
+    }
+    int steps = 0;
+    for (; m_editor->canUndo() && !QTest::currentTestFailed(); ++steps) {
+        m_editor->undo();
+        settled(QStringLiteral("undo of step %1 from the end").arg(steps));
+    }
+    QCOMPARE(steps, tools.size() + 1);
+    for (int step = 0; m_editor->canRedo() && !QTest::currentTestFailed(); ++step) {
+        m_editor->redo();
+        settled(QStringLiteral("redo of step %1").arg(step));
+    }
+    // Several in one turn, both ways.
+    for (int step = 0; step < 5; ++step)
+        m_editor->undo();
+    for (int step = 0; step < 3; ++step)
+        m_editor->redo();
+    settled(QStringLiteral("back and forth"));
 }
 
 void Tst_ViewExactness::strokeUnderRedoneItemStaysUnderIt() {
