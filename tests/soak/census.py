@@ -58,7 +58,7 @@ def shared_mappings(pid):
 def blocks_made_by(pid):
     """How many blocks of shared memory the process made that will not go with their last user."""
     lines = Path("/proc/sysvipc/shm").read_text(encoding="ascii").splitlines()[1:]
-    return sum(int(fields[4]) == pid and not int(fields[2]) & 0o1000 for fields in map(str.split, lines))
+    return sum(int(fields[4]) == pid and not int(fields[2], 8) & 0o1000 for fields in map(str.split, lines))
 
 
 def segments(pid):

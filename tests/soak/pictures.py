@@ -20,16 +20,21 @@ def number_of(colour):
     return (red * LEVELS + green) * LEVELS + blue
 
 
+def lines(width, height, colour):
+    """The pixels of a capture from the top: one colour, with a band that no format can store as one."""
+    plain = bytes(colour) * width
+    # Grey, so that a table of 256 colours has room for it.
+    band = bytes(x * 7 // 3 & 252 for x in range(width) for _ in range(3))
+    first, last = height * 8 // 10, height * 9 // 10
+    return [plain] * first + [band] * (last - first) + [plain] * (height - last)
+
+
 def png(width, height, number):
-    """A picture of one colour, with a band that no format can store as one."""
+    """The picture of a capture."""
     def chunk(kind, content):
         return struct.pack(">I", len(content)) + kind + content + struct.pack(">I", zlib.crc32(kind + content))
 
-    plain = b"\0" + bytes(colour_of(number)) * width
-    # Grey, so that a table of 256 colours has room for it.
-    band = b"\0" + bytes(x * 7 // 3 & 252 for x in range(width) for _ in range(3))
-    first, last = height * 8 // 10, height * 9 // 10
-    rows = plain * first + band * (last - first) + plain * (height - last)
+    rows = b"".join(b"\0" + line for line in lines(width, height, colour_of(number)))
     return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", struct.pack(">IIBBBBB", width, height, 8, 2, 0, 0, 0)) +
             chunk(b"IDAT", zlib.compress(rows, 1)) + chunk(b"IEND", b""))
 
@@ -79,7 +84,59 @@ class Picture:
     def shows(self, capture):
         """Whether it is that capture, as far as its history lets one tell."""
         if capture.is_drawn_on:
-            fits = all(mine <= its for mine, its in zip(self.size, capture.size))
-            return self.share_of(capture.number) >= LEAST_SHARE and (capture.is_cropped and fits
-                                                                     or self.size == capture.size)
+            return self.share_of(capture.number) >= LEAST_SHARE and self.size == capture.shown_size
         return self.size == capture.size and self.number() == capture.number
+
+
+class Pixels:
+    """All that a BMP shows, to see what a tool did."""
+
+    def __init__(self, size, rows):
+        self.size, self.rows = size, rows  # from the top, blue before red
+
+    @classmethod
+    def of(cls, path):
+        content = path.read_bytes()
+        start, width, height = struct.unpack_from("<I4xii", content, 10)
+        stride = (width * 3 + 3) // 4 * 4
+        starts = range(start + (height - 1) * stride, start - 1, -stride)
+        return cls((width, height), [content[at:at + width * 3] for at in starts])
+
+    @classmethod
+    def of_capture(cls, number, size):
+        """As it came."""
+        return cls(size, lines(*size, colour_of(number)[::-1]))
+
+    def __eq__(self, other):
+        return self.size == other.size and self.rows == other.rows
+
+    def changes_to(self, later):
+        """Where and to what pixels changed: a Change; None for the same picture."""
+        assert self.size == later.size, f"a picture of {self.size} became one of {later.size}"
+        columns, rows, colours = set(), [], set()
+        for y, (before, after) in enumerate(zip(self.rows, later.rows)):
+            if before == after:
+                continue
+            rows.append(y)
+            for x in range(self.size[0]):
+                new = after[3 * x:3 * x + 3]
+                if new != before[3 * x:3 * x + 3]:
+                    columns.add(x)
+                    colours.add(new[::-1])
+        return Change((min(columns), rows[0], max(columns), rows[-1]), colours) if rows else None
+
+
+class Change:
+    """The pixels that a tool changed: left, top, right and bottom of the last ones, and all colours they have now."""
+
+    def __init__(self, box, colours):
+        self.box, self.colours = box, colours
+
+    def distance_to(self, colour):
+        """Of the nearest among the colours; smooth edges leave few pixels of a thin line exact."""
+        return min(distance(mine, colour) for mine in self.colours)
+
+
+def distance(one, other):
+    """Of two colours, by the channel that differs most."""
+    return max(abs(a - b) for a, b in zip(one, other))

@@ -8,8 +8,9 @@ from importlib.machinery import SourceFileLoader
 from pathlib import Path
 
 import user as places
+from drawer import Drawer
 from editorsession import EDITOR, RESULTS, SENDER, WORK, put_capture, tell
-from pictures import COLOURS, Picture, png
+from pictures import COLOURS, Picture, Pixels, png
 from user import User, wait
 
 # The tool's own code: a process for each picture would cost more time than the editor takes.
@@ -31,19 +32,19 @@ NARROW = (960, 600)  # some buttons are in the menu
 class Capture:
     def __init__(self, number, size):
         self.number, self.size = number, size
+        self.shown_size = size  # less what is cropped away
         self.file = None  # without one it is in the editor's memory alone
-        self.is_drawn_on = self.is_cropped = False
+        self.is_drawn_on = self.is_erased = False
 
     def __repr__(self):
         return f"capture {self.number} of {self.size[0]}x{self.size[1]}"
 
 
-class Session:
+class Session(Drawer):
     """Everything that is done at random takes its chance from one generator, so a seed plays the same again."""
 
     def __init__(self, chance):
-        self.chance = chance
-        self.user = User()
+        super().__init__(User(), chance)
         self.rows, self.pinned, self.selected = [], 0, None
         self.taken = self.last_number = 0
         self.asked_for = 0
@@ -108,8 +109,11 @@ class Session:
     def looks_at_save(self, capture):
         """The one file that a save has just written; it takes its name when it is whole. While the save before is
         still being finished, that one's name counts as taken."""
+        self.look_at(self.one_saved(capture), capture)
+
+    def one_saved(self, capture):
         wait(lambda: any(RESULTS.glob(f"shot*.{self.format}")), f"{capture} is not saved")
-        self.look_at(next(RESULTS.glob(f"shot*.{self.format}")), capture)
+        return next(RESULTS.glob(f"shot*.{self.format}"))
 
     def look_at(self, path, capture):
         picture = Picture(path)
@@ -117,6 +121,19 @@ class Session:
                                         f" whose share is {picture.share_of(capture.number)}")
         path.unlink()
         self.saves += 1
+
+    def pixels(self):
+        """All of the selected capture as it is now, from a save that loses nothing."""
+        if self.format == FIRST_FORMAT:
+            tell("/autosave /skip")
+            self.silent_saves += 1
+            path = self.one_saved(self.selected)
+        else:
+            path = self.save_by_dialog(FIRST_FORMAT)
+        seen = Pixels.of(path)
+        path.unlink()
+        self.saves += 1
+        return seen
 
     # The user.
 
@@ -137,109 +154,6 @@ class Session:
     def can_act(self):
         """Whether there are enough rows for any of it."""
         return len(self.rows) > places.ROWS_IN_SIGHT
-
-    def near_middle(self, reach=100):
-        x, y = places.CANVAS
-        return x + self.chance.randint(-reach, reach), y + self.chance.randint(-reach * 7 // 10, reach * 7 // 10)
-
-    def draw(self, button, points=None):
-        self.selected.is_drawn_on = True
-        self.user.click(button)
-        self.user.drag(points or [self.near_middle() for _ in range(self.chance.randint(2, 6))])
-
-    def do_pen(self):
-        self.draw(places.PEN)
-
-    def do_pen_in_another_colour(self):
-        self.user.open_panel(places.PEN)
-        self.user.click(self.chance.choice(places.PEN_COLOURS))
-        self.draw(places.PEN)
-
-    def do_highlighter(self):
-        self.draw(places.HIGHLIGHTER)
-
-    def do_highlighter_in_another_colour(self):
-        self.user.open_panel(places.HIGHLIGHTER)
-        self.user.click(self.chance.choice(places.HIGHLIGHTER_COLOURS))
-        self.draw(places.HIGHLIGHTER)
-
-    def figure(self, index):
-        self.user.open_panel(places.FIGURE)
-        self.user.click(places.FIGURES[index])
-        self.draw(places.FIGURE)
-
-    def do_rectangle(self):
-        self.figure(0)
-
-    def do_circle(self):
-        self.figure(1)
-
-    def do_balloon(self):
-        self.figure(2)
-
-    def do_line(self):
-        self.figure(3)
-
-    def do_arrow(self):
-        self.figure(4)
-
-    def do_figure_in_another_colour(self):
-        self.user.open_panel(places.FIGURE)
-        self.user.click(self.chance.choice(places.FIGURE_COLOURS))
-        self.user.key("Escape")
-        self.user.show()
-        self.draw(places.FIGURE)
-
-    def do_line_width(self):
-        self.user.open_panel(places.LINE)
-        self.user.click(self.chance.choice(places.LINE_WIDTHS))
-
-    def do_mosaic(self):
-        self.user.open_panel(places.MOSAIC)
-        self.user.click(self.chance.choice(places.STRENGTHS))
-        self.draw(places.MOSAIC)
-
-    def do_eraser(self):
-        self.draw(places.ERASER)
-
-    def text(self):
-        self.selected.is_drawn_on = True
-        self.user.click(places.TEXT)
-        self.user.click(self.near_middle())
-        self.user.type(f"capture {self.taken}")
-
-    def do_text(self):
-        self.text()
-        x, y = places.CANVAS
-        self.user.click((x - 300, y - 250))
-
-    def do_text_and_regret(self):
-        self.text()
-        self.user.key("Escape")
-
-    def do_crop(self):
-        self.crop()
-        self.user.key("Return")
-        self.selected.is_drawn_on = self.selected.is_cropped = True
-
-    def do_crop_and_regret(self):
-        self.crop()
-        self.user.key("Escape")
-
-    def crop(self):
-        """The width is the first field of the panel."""
-        self.user.click(places.CROP)
-        self.user.type(str(self.chance.randint(250, 390)))
-        self.user.key("Tab")
-
-    def do_undo(self):
-        self.user.key("ctrl+z")
-
-    def do_undo_and_redo(self):
-        self.user.key(*["ctrl+z"] * 3, *["ctrl+y"] * 2)
-
-    def do_reset(self):
-        self.user.click(places.RESET)
 
     def do_zoom_by_wheel(self):
         button = self.chance.choice((places.WHEEL_UP, places.WHEEL_DOWN))
@@ -364,7 +278,9 @@ class Session:
         self.looks_at_save(self.selected)
 
     def do_save_by_dialog(self):
-        suffix = self.chance.choice(FORMATS)
+        self.look_at(self.save_by_dialog(self.chance.choice(FORMATS)), self.selected)
+
+    def save_by_dialog(self, suffix):
         self.user.key("ctrl+s")
         self.user.dialog()
         self.user.key("ctrl+a")
@@ -373,7 +289,7 @@ class Session:
         path = RESULTS / f"by hand.{suffix}"
         wait(path.exists, f"{self.selected} is not saved by hand")
         self.user.dialog_closed()
-        self.look_at(path, self.selected)
+        return path
 
     def save_batch(self, captures, suffix):
         """Those that are meant, from the last row to the first; the next saves are of that format, too."""

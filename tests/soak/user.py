@@ -18,6 +18,7 @@ PEN_COLOURS = tuple((500 + 30 * column, 109) for column in range(5))
 HIGHLIGHTER_COLOURS = tuple((569 + 30 * column, 109) for column in range(5))
 LINE_WIDTHS = tuple((676, 107 + 32 * row) for row in range(5))
 STRENGTHS = ((951, 131), (1040, 131), (1129, 131))
+CROP_WIDTH = (60, 22)  # in the window of its own
 CANVAS = (514, 440)  # its middle
 ZOOM_OUT, ZOOM_IN, ZOOM_RESET = (105, 764), (177, 764), (218, 764)
 SELECT, SAVE_ALL, DELETE_ALL = (1168, 100), (1116, 744), (1116, 780)
@@ -85,6 +86,16 @@ class User:
 
     def open_panel(self, button):
         self.click((button[0], button[1] + ARROW))
+
+    def click_in_popup(self, place):
+        """In the newest window, which has no need of the keyboard before."""
+        wait(lambda: self.windows() == 2, "no popup")
+        popup = self.display.windows()[-1]
+        self.display.move(popup, *place)
+        self.display.click()
+        self.heard()
+        wait(lambda: self.display.active_window() == popup, "the popup does not take the keyboard")
+        self.heard()
 
     def windows(self):
         return len(self.display.windows())
