@@ -14,13 +14,14 @@ constexpr double LimitMegabytes = 4;
 /// Of the deepest pixels there are.
 constexpr int DeepestPixel = 128;
 
-/// What the toolkit makes of the bytes by itself; null where it says that the image may be too large, and of
-/// the formats whose readers say too little of what they decode to.
+/// What the toolkit makes of the bytes by itself; null where it says that the image may be too large, of the
+/// formats whose readers say too little of what they decode to, and of the one whose reader may leave pixels
+/// as they stood in memory or point them behind the colour table, so that no two readings are alike.
 QImage plainlyDecoded(QByteArray &bytes) {
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::ReadOnly);
     const QByteArray format = QImageReader::imageFormat(&buffer);
-    if (format == "gif" || format == "ico")
+    if (format == "gif" || format == "ico" || format == "bmp")
         return QImage();
     QImageReader reader(&buffer);
     reader.setDecideFormatFromContent(true);

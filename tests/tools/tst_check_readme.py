@@ -4,6 +4,7 @@ import contextlib
 import importlib.machinery
 import io
 import os
+import subprocess
 import sys
 import tempfile
 import types
@@ -63,6 +64,23 @@ class CheckReadme(unittest.TestCase):
             with self.subTest(text=text):
                 problems, found = self.tool.blocks(block("run: good", "fine") + text)
                 self.assertTrue(problems)
+
+    def test_without_a_display_the_told_pictures_are_looked_at(self):
+        def picture(name, *options):
+            path = self.folder / name
+            subprocess.run(["convert", "-size", "40x40", *options, path], check=True)
+            return path
+
+        ring = picture("ring.png", "xc:white", "-fill", "red", "-draw", "rectangle 5,5 20,20")
+        plain = picture("plain.png", "xc:white")
+        torn = self.folder / "torn.png"
+        torn.write_bytes(b"no picture")
+        for saved, window, right in ((ring, plain, True), (plain, plain, False), (ring, torn, False), (torn, plain, False),
+                                     (ring, self.folder / "missing.png", False)):
+            with self.subTest(saved=saved.name, window=window.name):
+                wrong = self.tool.wrong_in(f"run: building\nsaved:  {saved}\nwindow: {window}\n")
+                self.assertEqual(wrong == "", right, wrong)
+        self.assertTrue(self.tool.wrong_in(f"saved:  {ring}\n"))
 
     def test_what_changes_the_system_is_run_on_a_copy(self):
         if os.geteuid() != 0:
