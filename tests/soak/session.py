@@ -29,6 +29,18 @@ PREFERENCE_PAGES = 4
 NARROW = (960, 600)  # some buttons are in the menu
 
 
+def only_when(condition):
+    """Of something that a user does: what must hold of the session for it."""
+    def mark(doing):
+        doing.condition = condition
+        return doing
+    return mark
+
+
+def words(name):
+    return name.removeprefix("do_").replace("_", " ")
+
+
 class Capture:
     def __init__(self, number, size):
         self.number, self.size = number, size
@@ -53,7 +65,8 @@ class Session(Drawer):
         self.doing = ""
         self.lately = collections.deque(maxlen=12)
         self.done = {}  # how often
-        self.bag = []
+        self.bag = []  # what is still to come before anything comes again
+        self.fill_bag()
         self.saves = self.silent_saves = 0  # files that were looked at; those of which the capture side is told
 
     # The capture side.
@@ -70,7 +83,7 @@ class Session(Drawer):
         self.silent_saves += len(silent)
         words = ["/point", str(x), str(y), "/autosave", *silent]
         self.chance.choices((self.by_path, self.by_memory, self.by_second_start), (5, 3, 2))[0](capture, content, words)
-        if len(self.rows) == ROWS:
+        if self.is_full():
             self.rows.pop()
         self.rows.insert(self.pinned, capture)
         self.selected = capture
@@ -137,23 +150,43 @@ class Session(Drawer):
 
     # The user.
 
+    def fill_bag(self):
+        """What waits there already comes before all others."""
+        new = sorted(name for name in dir(self) if name.startswith("do_") and name not in self.bag)
+        self.chance.shuffle(new)
+        self.bag = new + self.bag
+
     def act(self):
-        """One thing of all that can be done; each comes once before any comes again."""
-        if not self.bag:
-            self.bag = sorted(name for name in dir(self) if name.startswith("do_"))
-            self.chance.shuffle(self.bag)
-        name = self.bag.pop()
-        self.doing = name[3:].replace("_", " ")
+        """One thing of all that can be done; each comes once before any comes again, or as soon as it can be done."""
+        if not self.can_do_another():
+            self.fill_bag()
+        name = next(name for name in reversed(self.bag) if self.can_do(name))
+        self.bag.remove(name)
+        self.do(name)
+
+    def do(self, name):
+        self.doing = words(name)
         self.lately.append(self.doing)
         self.user.show()
-        # Of what cannot be done now it says so.
-        if getattr(self, name)() is not False:
-            self.done[self.doing] = self.done.get(self.doing, 0) + 1
+        getattr(self, name)()
+        self.done[name] = self.done.get(name, 0) + 1
         self.user.heard()
 
     def can_act(self):
         """Whether there are enough rows for any of it."""
         return len(self.rows) > places.ROWS_IN_SIGHT
+
+    def can_do(self, name):
+        condition = getattr(getattr(self, name), "condition", None)
+        return condition is None or condition(self)
+
+    def can_do_another(self):
+        """Whether anything can be done before all comes again."""
+        return any(map(self.can_do, self.bag))
+
+    def never_done(self):
+        """What a user does and this one did not."""
+        return sorted(name for name in dir(self) if name.startswith("do_") and name not in self.done)
 
     def do_zoom_by_wheel(self):
         button = self.chance.choice((places.WHEEL_UP, places.WHEEL_DOWN))
@@ -185,8 +218,8 @@ class Session(Drawer):
         self.user.heard()
         self.do_save_by_itself()
 
-    def row_in_sight(self, first=0):
-        return self.chance.randrange(first, min(places.ROWS_IN_SIGHT, len(self.rows)))
+    def row_in_sight(self):
+        return self.chance.randrange(min(places.ROWS_IN_SIGHT, len(self.rows)))
 
     def do_click_on_row(self):
         self.user.scroll_to_first_row()
@@ -201,29 +234,28 @@ class Session(Drawer):
         self.select(0)
         self.user.key("Escape")
 
+    def rows_to_pin(self):
+        """In sight, when the list is at its begin; a capture in memory alone has no pin."""
+        rows = range(self.pinned, min(places.ROWS_IN_SIGHT, len(self.rows)))
+        return [row for row in rows if self.rows[row].file] if self.pinned < PINS - 1 else []
+
+    @only_when(rows_to_pin)
     def do_pin(self):
-        if self.pinned >= PINS - 1:
-            return False
         self.user.scroll_to_first_row()
-        row = self.row_in_sight(self.pinned)
-        if not self.rows[row].file:
-            return False
+        row = self.chance.choice(self.rows_to_pin())
         self.user.click_on_row(row, places.PIN)
         self.user.leave_rows()
         self.rows.insert(0, self.rows.pop(row))
         self.pinned += 1
-        return True
 
+    @only_when(lambda self: self.pinned)
     def do_unpin(self):
-        if not self.pinned:
-            return False
         self.user.scroll_to_first_row()
         row = self.chance.randrange(self.pinned)
         self.user.click_on_row(row, places.PIN)
         self.user.leave_rows()
         self.pinned -= 1
         self.rows.insert(self.pinned, self.rows.pop(row))
-        return True
 
     def delete(self, row):
         """What is said of the list here, it does itself."""
@@ -369,10 +401,12 @@ class Session(Drawer):
     def do_resize(self):
         self.user.resize(NARROW)
 
+    def is_full(self):
+        return len(self.rows) == ROWS
+
+    @only_when(is_full)
     def do_refused_captures(self):
         """A full list takes none when the oldest is not to go."""
-        if len(self.rows) < ROWS:
-            return False
         tell(f"/updateprefvalue {AUTO_HISTORY_DELETE} 0")
         self.user.heard()
         content = png(600, 400, 0)
@@ -382,7 +416,6 @@ class Session(Drawer):
         tell(f"/updateprefvalue {AUTO_HISTORY_DELETE} 1")
         self.refused += 1
         self.do_save_by_itself()
-        return True
 
     # The list as a whole.
 

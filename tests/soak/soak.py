@@ -17,7 +17,7 @@ sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "smoke"))
 from editorsession import EDITOR, RESULTS, RUNTIME, SOCKET, answers, tell, wait_for, write_settings
 from captureside import CAPTURE_WANTED, PROGRAM_ENDS, SILENT_CAPTURE_SAVED, CaptureSide
 from census import Census, blocks_made_by, descriptors, shared_mappings
-from session import SETTINGS, Session
+from session import ROWS, SETTINGS, Session, words
 from user import NEVER, wait
 
 CAPTURES, SEED = 2000, 4711
@@ -26,6 +26,7 @@ EMPTIES, JUDGES = 200, 600  # captures between two empty lists, and from the fir
 LONG = 400  # captures from which on the bound is strict
 SHORT_BEGIN = 20  # captures of a short form before its first look
 SHORT_REST = 0.1  # of the captures there are followed by something that a user does
+SHORTEST = SHORT_BEGIN + ROWS  # captures of a form in which there is time for everything
 GROWTH = 10.0  # MiB
 # Left alone, the toolkit lets go what it kept in case of need: the threads of a batch after half a minute, then every
 # ten seconds a quarter of its drawn pictures, of which it keeps 10 MiB while there is something to do.
@@ -79,16 +80,25 @@ class Soak:
             return
         if self.session.taken == SHORT_BEGIN:
             # Once everything that can be, so that the first look has all that is made once behind it.
-            while self.session.bag or not self.session.done:
+            while self.session.can_do_another():
                 self.refill()
                 self.session.act()
         elif self.is_long or self.chance.random() < SHORT_REST:
             self.session.act()
+        if not self.is_long and self.session.taken >= self.captures:
+            self.catch_up()
 
     def refill(self):
         """Some of it deletes, and all of it needs a few rows."""
         while not self.session.can_act():
             self.session.take()
+
+    def catch_up(self):
+        """With what the short form had to leave, which is what a full list does."""
+        while not self.session.is_full():
+            self.session.take()
+        for name in filter(self.session.can_do, self.session.never_done()):
+            self.session.do(name)
 
     def look_when_due(self):
         taken = self.session.taken
@@ -134,7 +144,7 @@ class Soak:
     def faults(self):
         first, *later = self.empty
         last = later[-1]
-        found = []
+        found = [f"not done once: {words(name)}" for name in self.session.never_done()]
         bound = GROWTH if self.is_long else SHORT_GROWTH
         if not self.is_sanitized():
             for name in ("resident", "own"):
@@ -182,14 +192,14 @@ class Soak:
 
 def main():
     captures, seed = (int(value) for value in (sys.argv[1:] + [CAPTURES, SEED][len(sys.argv) - 1:])[:2])
-    if captures <= SHORT_BEGIN:
-        raise SystemExit(f"soak: {captures} captures leave nothing to compare; {SHORT_BEGIN + 1} are the fewest")
+    if captures < SHORTEST:
+        raise SystemExit(f"soak: {captures} captures do not fill the list again; {SHORTEST} are the fewest")
     print(f"soak: {captures} captures, seed {seed}", flush=True)
     soak = Soak(captures, seed)
     faults = soak.run()
     done = soak.session.done
     print(f"saved files that were looked at: {soak.session.saves}; done meanwhile: " +
-          ", ".join(f"{name} {count}" for name, count in sorted(done.items())))
+          ", ".join(f"{words(name)} {count}" for name, count in sorted(done.items())))
     print("\n".join(f"soak: {fault}" for fault in faults) or "soak: nothing leaks")
     return bool(faults)
 
