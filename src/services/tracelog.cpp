@@ -7,9 +7,10 @@
 #include <QDateTime>
 #include <QDebug>
 #include <QDir>
-#include <QMutex>
 
 #include <cstdarg>
+#include <mutex>
+#include <type_traits>
 
 namespace {
 
@@ -19,8 +20,9 @@ constexpr char OpeningBracket[] = "<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<<";
 constexpr char ClosingBracket[] = ">>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>>";
 static_assert(sizeof(OpeningBracket) == 43 + 1 && sizeof(ClosingBracket) == 43 + 1);
 
-/// Has no destructor: static objects may trace while the process ends.
-QBasicMutex mutex;
+std::mutex mutex;
+static_assert(std::is_trivially_destructible_v<std::mutex>,
+              "static objects may trace while the process ends");
 
 QString settingsKey() {
     return QStringLiteral("HKEY_CURRENT_USER\\Software\\Norvane\\%0\\FuncTrace")
@@ -55,7 +57,7 @@ QString TraceLog::filePath() {
 void TraceLog::write(const QString &tag, const QString &message) {
     QString line;
     {
-        const QMutexLocker locker(&mutex);
+        const std::lock_guard<std::mutex> lock(mutex);
         // Joined as plain strings: a message may itself hold what looks like a place marker.
         line = lineHead(tag) + QLatin1Char(' ') + message;
         platform::appendToPrivateFile(filePath(), QByteArray::fromStdString(line.toStdString() + "\r\n"),

@@ -14,7 +14,8 @@ private slots:
 };
 
 // A line gets its time and its place in the file in one step: what stands below another was never written
-// before it.
+// before it. A file is nothing that the sanitizer looks at, so it is this order that tells of a missing lock;
+// the sanitizer judges threshold and settings.
 void Tst_TraceLogThreads::threadsKeepLinesWholeAndInOrder() {
     constexpr int threadCount = 8;
     constexpr int lineCount = 500;
