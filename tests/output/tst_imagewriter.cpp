@@ -391,8 +391,10 @@ void Tst_ImageWriter::mountedFile() {
     const QByteArray source = path(QStringLiteral("source")).toLocal8Bit();
     put(path(QStringLiteral("a.png")), "below");
     put(path(QStringLiteral("source")), "mounted");
-    if (::mount(source, target, nullptr, MS_BIND, nullptr) != 0)
+    if (::mount(source, target, nullptr, MS_BIND, nullptr) != 0) {
+        QVERIFY2(qgetenv("CI") != "true", "the test of a mounted file needs the right to mount");
         QSKIP("needs the right to mount");
+    }
     const bool written = writeImage(picture(), path(QStringLiteral("a.png")), -1);
     ::umount(target);
     QVERIFY(written);

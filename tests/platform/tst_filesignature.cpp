@@ -195,8 +195,10 @@ void Tst_FileSignature::theSystemsOwnRootsAreKnown() {
                                                       std::fclose);
     const std::unique_ptr<X509, void (*)(X509 *)> root(
         file ? PEM_read_X509(file.get(), nullptr, nullptr, nullptr) : nullptr, X509_free);
-    if (!root)
+    if (!root) {
+        QVERIFY2(qgetenv("CI") != "true", "the test of the system's roots needs the package ca-certificates");
         QSKIP("this system has no roots");
+    }
     const auto check = [&] {
         return certificatechain::check(root.get(), nullptr, certificatechain::Purpose::CodeSigning,
                                        QDateTime());
