@@ -5,7 +5,7 @@ namespace {
 struct Loaded {
     Loaded() { recordCall("loaded"); }
     ~Loaded() { recordCall("unloaded"); }
-} loaded; // NOLINT(cert-err58-cpp)
+} loaded;
 
 } // namespace
 
