@@ -1,4 +1,5 @@
 #include "app/application.h"
+#include "app/backgroundrest.h"
 #include "app/picturetrial.h"
 #include "app/programinformation.h"
 #include "app/tindraeditor.h"
@@ -12,7 +13,12 @@
 #include <QIcon>
 #include <QTimer>
 
+#include <chrono>
+
 namespace {
+
+/// Captures often come in a row, and the window is hidden between them.
+constexpr std::chrono::seconds BackgroundWait(10);
 
 int runEditor(int argc, char **argv) {
     Application application(argc, argv);
@@ -22,6 +28,7 @@ int runEditor(int argc, char **argv) {
     installBuiltInStyle(&application);
     TindraEditor editor;
     application.setMainWindow(&editor);
+    const BackgroundRest rest(&editor, BackgroundWait, platform::returnFreedMemory);
     emit editor.commandArrived(Application::joinedArguments(QCoreApplication::arguments()));
     // That line may have ended the program already, inside a dialog of its own. The event loop would forget
     // that, but what waits for its end (the last event to the capture process) still has to be done.

@@ -8,4 +8,9 @@ namespace platform {
 /// thread.
 void returnLargeBlocks();
 
+/// Gives back what was freed between blocks that live on: sessions full of small blocks leave a heap of which
+/// half is holes. Takes some milliseconds, and what is used next has to be asked for anew, so it is for
+/// moments in which nobody waits. From any thread.
+void returnFreedMemory();
+
 } // namespace platform

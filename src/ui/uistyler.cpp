@@ -196,10 +196,9 @@ void UIStyler::onShow(QWidget *window) {
         applyScale(window, scaleOf(screen));
         followScreen(window, screen);
     }
-    disconnect(m_screenConnections.value(window));
-    m_screenConnections[window] =
-        connect(handle, &QWindow::screenChanged, window,
-                [this, window](QScreen *screen) { onScreenChanged(window, screen); });
+    m_screenConnections.replace(
+        window, connect(handle, &QWindow::screenChanged, window,
+                        [this, window](QScreen *screen) { onScreenChanged(window, screen); }));
 }
 
 void UIStyler::onScreenChanged(QWidget *window, QScreen *screen) {
@@ -213,10 +212,9 @@ void UIStyler::onScreenChanged(QWidget *window, QScreen *screen) {
 }
 
 void UIStyler::followScreen(QWidget *window, QScreen *screen) {
-    disconnect(m_dpiConnections.value(window));
-    m_dpiConnections[window] =
-        connect(screen, &QScreen::logicalDotsPerInchChanged, window,
-                [window](qreal dpi) { applyScaleToVisibleWindow(window, dpi / DesignDpi); });
+    m_dpiConnections.replace(
+        window, connect(screen, &QScreen::logicalDotsPerInchChanged, window,
+                        [window](qreal dpi) { applyScaleToVisibleWindow(window, dpi / DesignDpi); }));
 }
 
 double widgetScale(const QWidget *widget) {

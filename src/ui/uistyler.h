@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QHash>
+#include "ui/windowconnections.h"
+
 #include <QObject>
 
 #include <functional>
@@ -16,8 +17,9 @@ class QWidget;
 /// polished, and on each change of a window's scale (logical DPI / 96) recomputes all sizes from them,
 /// applies the style sheets pre-processed for the new scale, and calls the registered callbacks. Designed
 /// sizes are those at 96 DPI; every conversion truncates. A late child of a window that is shown already
-/// is taken in when it is polished. All state of a styled object stands in its dynamic properties, whose
-/// names are the constants below. GUI thread only.
+/// is taken in when it is polished. All that is remembered of a styled object stands in its dynamic
+/// properties, which `uistylerproperties.h` names; connections and callbacks are kept here until the object
+/// goes. GUI thread only.
 class UIStyler : public QObject {
     Q_OBJECT
 public:
@@ -48,8 +50,8 @@ private:
     void onScreenChanged(QWidget *window, QScreen *screen);
     void followScreen(QWidget *window, QScreen *screen);
 
-    QHash<QObject *, QMetaObject::Connection> m_dpiConnections;
-    QHash<QObject *, QMetaObject::Connection> m_screenConnections;
+    WindowConnections m_dpiConnections;
+    WindowConnections m_screenConnections;
 };
 
 /// Logical DPI of the widget over 96, for widgets that draw with sizes of their own; 1.0 for null.

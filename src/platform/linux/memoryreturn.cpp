@@ -11,3 +11,7 @@ void platform::returnLargeBlocks() {
     // A threshold that is set is no longer changed by what is freed.
     ::mallopt(M_MMAP_THRESHOLD, LargeBlock);
 }
+
+void platform::returnFreedMemory() {
+    ::malloc_trim(0);
+}

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+
+#include <chrono>
+#include <functional>
+
+class QWidget;
+
+/// Tells when the program has gone to the background to stay there: the window has been hidden for a while,
+/// so that what takes a moment disturbs nobody. A window that is not shown yet counts as one that is hidden
+/// only from its next hiding on.
+class BackgroundRest : public QObject {
+public:
+    /// `begin` is called once for each rest, on the window's thread. The window is not owned and may go
+    /// first.
+    BackgroundRest(QWidget *window, std::chrono::milliseconds wait, std::function<void()> begin);
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    QTimer m_wait;
+};
