@@ -203,13 +203,15 @@ void ConfigurationLocation::keepTextsWithCommas() {
     m_settings->beginGroup(group);
 }
 
-void ConfigurationLocation::setValue(const QString &name, const QVariant &value) {
+bool ConfigurationLocation::setValue(const QString &name, const QVariant &value) {
     const QVariant present = this->value(name);
     // Writing the file anew for a value that it holds already costs a flush to the disk.
     if (present.isValid() && present.toString() == value.toString())
-        return;
-    if (prepareToWrite())
-        m_settings->setValue(name, value);
+        return true;
+    if (!prepareToWrite())
+        return false;
+    m_settings->setValue(name, value);
+    return true;
 }
 
 void ConfigurationLocation::remove(const QString &name) {

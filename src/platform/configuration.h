@@ -35,7 +35,8 @@ public:
 
     /// The value of that name (a "/" enters a group), or an invalid `QVariant`. Values come back as text.
     QVariant value(const QString &name) const;
-    void setValue(const QString &name, const QVariant &value);
+    /// False when the value cannot be written: no file for it, or another program keeps the file to itself.
+    bool setValue(const QString &name, const QVariant &value);
     /// Removes a value, or a group with all that is in it.
     void remove(const QString &name);
     QStringList childGroups() const;

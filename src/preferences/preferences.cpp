@@ -113,9 +113,10 @@ int Preferences::save(ConfigurationLocation &location) {
     for (Item &item : m_items) {
         if (item.name.isEmpty() || item.saved)
             continue;
-        location.setValue(item.name, item.type == Bool ? QVariant(item.value.toInt()) : item.value);
-        item.saved = true;
-        ++count;
+        // What is refused now stays for the next save: nobody is told, and nothing may be lost for that.
+        item.saved =
+            location.setValue(item.name, item.type == Bool ? QVariant(item.value.toInt()) : item.value);
+        count += item.saved ? 1 : 0;
     }
     return count;
 }

@@ -47,7 +47,8 @@ public:
     /// Reads every named item that the location holds; the number of values read. `root` and `key` together
     /// are the location's path. What is no number counts as missing for an int, which keeps its value.
     int Load(const QString &root, const QString &key);
-    /// Writes every named item that differs from the location; the number of values written.
+    /// Writes every named item that differs from the location; the number of values written. What the
+    /// location refuses counts as unsaved, and goes out with the next save.
     int Save(const QString &root, const QString &key);
 
 protected:

@@ -394,7 +394,9 @@ void Tst_Configuration::linkedFileStaysALink() {
 void Tst_Configuration::folderInPlaceOfTheLockDropsTheSave() {
     writeFile(settingsPath(), "[Config]\nTrayMode=1\n");
     QVERIFY(QDir().mkpath(settingsPath() + QStringLiteral(".lock")));
-    write(QStringLiteral("TrayMode"), 0);
+    ConfigurationLocation location(ConfigKey);
+    QVERIFY(!location.setValue(QStringLiteral("TrayMode"), 0));
+    QVERIFY(location.setValue(QStringLiteral("TrayMode"), 1)); // stands there already
     QCOMPARE(readFile(settingsPath()), QByteArray("[Config]\nTrayMode=1\n"));
 }
 
@@ -457,7 +459,7 @@ void Tst_Configuration::machineScopeReadsTheFirstFile() {
 
     ConfigurationLocation location(ConfigKey, ConfigurationScope::Machine);
     QCOMPARE(location.value(QStringLiteral("Policy")).toString(), QStringLiteral("second"));
-    location.setValue(QStringLiteral("Policy"), QStringLiteral("changed"));
+    QVERIFY(!location.setValue(QStringLiteral("Policy"), QStringLiteral("changed")));
     location.remove(QStringLiteral("Policy"));
     QCOMPARE(ConfigurationLocation(ConfigKey, ConfigurationScope::Machine)
                  .value(QStringLiteral("Policy"))

@@ -44,6 +44,7 @@ private slots:
     void boolsAreStoredAsNumbers();
     void changedTypeIsSavedAndKeptByLoad();
     void emptyStoredTextCanBeChanged();
+    void refusedSaveIsMadeUpByTheNext();
 
 private:
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -321,6 +322,26 @@ void Tst_Preferences::emptyStoredTextCanBeChanged() {
     QCOMPARE(preferences.Load(Root, Key), 1);
     preferences.SetString(0, QStringLiteral("x"));
     QCOMPARE(preferences.GetString(0, QString()), QStringLiteral("x"));
+}
+
+void Tst_Preferences::refusedSaveIsMadeUpByTheNext() {
+    store(QStringLiteral("A"), 1);
+    store(QStringLiteral("B"), 2);
+    Preferences preferences;
+    preferences.Resize(2);
+    preferences.Define(0, QStringLiteral("A"), 1);
+    preferences.Define(1, QStringLiteral("B"), 2);
+    QCOMPARE(preferences.Load(Root, Key), 2);
+    preferences.SetInt(0, 10);
+    // Nobody waits for a lock that can never be had.
+    const QString lock = m_folder->filePath(QStringLiteral("Norvane/Tindra.conf.lock"));
+    QVERIFY(QDir().mkpath(lock));
+    QCOMPARE(preferences.Save(Root, Key), 0);
+    QCOMPARE(stored(QStringLiteral("A")).toInt(), 1);
+    QVERIFY(QDir().rmdir(lock));
+    QCOMPARE(preferences.Save(Root, Key), 1); // and not B, which was never changed
+    QCOMPARE(stored(QStringLiteral("A")).toInt(), 10);
+    QCOMPARE(preferences.Save(Root, Key), 0);
 }
 
 QTEST_GUILESS_MAIN(Tst_Preferences)
