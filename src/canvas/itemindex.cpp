@@ -9,6 +9,14 @@ namespace {
 
 /// The side of a cell, in scene units: few cells for a stroke across a picture, few items for a cell.
 constexpr double CellSide = 256;
+/// An item of more cells is looked at by every search. One across a long scroll capture still has fewer, but
+/// a text can be of any size, and its cells would take all memory.
+constexpr double MostCells = 4096;
+
+/// In floating point, where no extent is too large to be counted.
+bool isLarge(const QRectF &extent) {
+    return (extent.width() / CellSide + 1) * (extent.height() / CellSide + 1) > MostCells;
+}
 
 } // namespace
 
@@ -25,6 +33,10 @@ void ItemIndex::place(QGraphicsItem *item, const QRectF &extent) {
     entry->extent = extent;
     if (extent.isEmpty())
         return;
+    if (isLarge(extent)) {
+        m_large.append(item);
+        return;
+    }
     const QRect covered = cells(extent);
     for (int y = covered.top(); y <= covered.bottom(); ++y) {
         for (int x = covered.left(); x <= covered.right(); ++x)
@@ -51,17 +63,20 @@ QVector<QGraphicsItem *> ItemIndex::meeting(const QRectF &area) const {
         QGraphicsItem *item;
     };
     QVector<Found> found;
+    const auto look = [&](const QVector<QGraphicsItem *> &candidates) {
+        for (QGraphicsItem *item : candidates) {
+            const Entry entry = m_entries.value(item);
+            if (entry.extent.intersects(area))
+                found.append({entry.order, item});
+        }
+    };
     for (QGraphicsItem *item : m_unplaced)
         found.append({m_entries.value(item).order, item});
+    look(m_large);
     const QRect covered = cells(area);
     for (int y = covered.top(); y <= covered.bottom(); ++y) {
-        for (int x = covered.left(); x <= covered.right(); ++x) {
-            for (QGraphicsItem *item : m_grid.value(Cell(x, y))) {
-                const Entry entry = m_entries.value(item);
-                if (entry.extent.intersects(area))
-                    found.append({entry.order, item});
-            }
-        }
+        for (int x = covered.left(); x <= covered.right(); ++x)
+            look(m_grid.value(Cell(x, y)));
     }
     // An item that covers several cells was found several times.
     std::sort(found.begin(), found.end(), [](const Found &a, const Found &b) { return a.order > b.order; });
@@ -84,6 +99,10 @@ void ItemIndex::takeOutOfCells(QGraphicsItem *item) {
     const QRectF extent = m_entries.value(item).extent;
     if (extent.isEmpty())
         return;
+    if (isLarge(extent)) {
+        m_large.removeOne(item);
+        return;
+    }
     const QRect covered = cells(extent);
     for (int y = covered.top(); y <= covered.bottom(); ++y) {
         for (int x = covered.left(); x <= covered.right(); ++x) {

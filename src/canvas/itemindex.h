@@ -22,6 +22,8 @@ public:
     void keepOnly(const QList<QGraphicsItem *> &present);
     bool contains(QGraphicsItem *item) const { return m_entries.contains(item); }
     int size() const { return m_entries.size(); }
+    /// How many cells hold an item: what the index takes in memory and time goes with it.
+    int cellsInUse() const { return m_grid.size(); }
 
     /// All items whose extents meet the area, topmost first.
     QVector<QGraphicsItem *> meeting(const QRectF &area) const;
@@ -40,5 +42,6 @@ private:
     quint64 m_lastOrder = 0;
     QHash<QGraphicsItem *, Entry> m_entries;
     QHash<Cell, QVector<QGraphicsItem *>> m_grid;
+    QVector<QGraphicsItem *> m_large;    ///< those that cover too many cells
     QVector<QGraphicsItem *> m_unplaced; ///< added, without an extent so far
 };

@@ -21,6 +21,8 @@ private slots:
     void removedItemIsNotFound();
     void itemThatComesBackIsOnTop();
     void forgetsWhoIsGone();
+    void itemOfAnySizeTakesFewCells_data();
+    void itemOfAnySizeTakesFewCells();
     void agreesWithASearchOfAll_data();
     void agreesWithASearchOfAll();
 
@@ -115,11 +117,37 @@ void Tst_ItemIndex::forgetsWhoIsGone() {
     QCOMPARE(m_index.meeting(QRectF(5, 5, 1, 1)), Items{item(1)});
 }
 
+void Tst_ItemIndex::itemOfAnySizeTakesFewCells_data() {
+    QTest::addColumn<QRectF>("extent");
+    QTest::newRow("a text of the size 5000") << QRectF(-5e4, -5e4, 1e5, 1e5);
+    QTest::newRow("very long") << QRectF(-10, 0, 2e6, 10);
+}
+
+void Tst_ItemIndex::itemOfAnySizeTakesFewCells() {
+    QFETCH(QRectF, extent);
+    put(0, QRectF(0, 0, 10, 10));
+    put(1, extent);
+    put(2, QRectF(0, 0, 10, 10));
+    QCOMPARE(m_index.cellsInUse(), 1);
+    QCOMPARE(m_index.meeting(QRectF(5, 5, 1, 1)), (Items{item(2), item(1), item(0)}));
+    QCOMPARE(m_index.meeting(QRectF(extent.right() - 4, 5, 3, 3)), Items{item(1)});
+    // Moved, made small, made large again, taken away.
+    m_index.place(item(1), extent.translated(extent.width(), 0));
+    QCOMPARE(m_index.meeting(QRectF(extent.right() + 10, 5, 3, 3)), Items{item(1)});
+    m_index.place(item(1), QRectF(0, 0, 20, 20));
+    QCOMPARE(m_index.meeting(QRectF(15, 15, 1, 1)), Items{item(1)});
+    QCOMPARE(m_index.meeting(QRectF(30, 5, 1, 1)), Items());
+    m_index.place(item(1), extent);
+    m_index.remove(item(1));
+    QCOMPARE(m_index.meeting(QRectF(5, 5, 1, 1)), (Items{item(2), item(0)}));
+}
+
 void Tst_ItemIndex::agreesWithASearchOfAll_data() {
     QTest::addColumn<int>("largest");
     QTest::newRow("small items") << 40;
     QTest::newRow("items of several cells") << 900;
     QTest::newRow("items across everything") << 5000;
+    QTest::newRow("too large for cells") << 60000;
 }
 
 void Tst_ItemIndex::agreesWithASearchOfAll() {
