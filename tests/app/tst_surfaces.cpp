@@ -30,6 +30,7 @@
 #include <QFileDialog>
 #include <QGroupBox>
 #include <QHeaderView>
+#include <QImageReader>
 #include <QLabel>
 #include <QLibraryInfo>
 #include <QLineEdit>
@@ -118,8 +119,12 @@ private:
     void openMenu(QMenu *menu, const Visit &visit);
     void openDialog(QDialog &dialog, const Visit &visit);
     std::unique_ptr<QDialog> makeDialog(const QByteArray &name);
-    /// Two captures with something on them; around a part of the newest goes the pen.
-    void addSampleCaptures();
+    /// That part of the sample, a picture with something on it; made once for all surfaces.
+    static QString sampleFile(const QRect &part);
+    /// A capture of that part.
+    void addSample(const QString &name, const QRect &part);
+    /// Two captures to print; around a part of the newest goes the pen.
+    void addSamplesToPrint();
     void circle(const QPointF &centre, double across, double down);
     std::unique_ptr<PrintPreviewDialog> makePrintDialog();
 
@@ -129,6 +134,12 @@ private:
 };
 
 namespace {
+
+// Of the sample.
+const QRect WholeScreen(0, 0, 1280, 800);
+const QRect Table(350, 500, 800, 210);
+const QRect Chart(350, 140, 800, 370);
+const QPoint HighestColumn(1023, 372);
 
 const QList<QColor> ownColors{QColor(10, 200, 190), QColor(120, 60, 10)};
 
@@ -356,7 +367,7 @@ void Tst_Surfaces::initTestCase() {
     QVERIFY(m_toolkit.load("qtbase_ko"_qs, folder));
     QVERIFY(QCoreApplication::installTranslator(&m_translator));
     QVERIFY(QCoreApplication::installTranslator(&m_toolkit));
-    QCoreApplication::setApplicationVersion("1.2.3"_qs);
+    QCoreApplication::setApplicationVersion(QStringLiteral(PROJECT_VERSION));
     installBuiltInStyle(qApp);
 }
 
@@ -372,14 +383,15 @@ void Tst_Surfaces::init() {
 void Tst_Surfaces::fillWindow() {
     for (const int path : {int(TindraPreferences::FilePath), int(TindraPreferences::AutoSavePath)})
         preferences()->SetString(path, "/var/lib/pictures"_qs);
-    for (const auto &name : {"a"_qs, "b"_qs, "c"_qs})
-        treat("/path \"%1\" /point 10 10"_qs.arg(capture(name, {400, 250})));
+    addSample("a"_qs, WholeScreen);
+    addSample("b"_qs, Table);
+    addSample("c"_qs, Chart);
     m_window->resize(scaled(1300), scaled(560));
     settle();
 }
 
 void Tst_Surfaces::showWindow(const Visit &visit) {
-    drawStroke();
+    circle(HighestColumn - Chart.topLeft(), 50, 130);
     visit(m_window.get());
 }
 
@@ -603,18 +615,28 @@ void Tst_Surfaces::showDialog(const Visit &visit) {
     openDialog(*dialog, visit);
 }
 
-void Tst_Surfaces::addSampleCaptures() {
-    const QString file = QDir::temp().filePath("sample.png"_qs);
-    if (!QFile::exists(file))
-        QCOMPARE(QProcess::execute(QStringLiteral(DRAW_SAMPLE), {file}), 0);
-    const QImage sample(file);
-    const QPair<QString, QRect> parts[] = {{"table"_qs, {350, 500, 800, 210}}, {"screen"_qs, sample.rect()}};
-    for (const auto &[name, part] : parts) {
-        const QString path = capture(name);
-        QVERIFY(sample.copy(part).save(path));
-        treat("/path \"%1\" /point 10 10"_qs.arg(path));
-    }
-    circle({1023, 372}, 50, 130);
+QString Tst_Surfaces::sampleFile(const QRect &part) {
+    const QString file = QDir::temp().filePath("sample-%1x%2.png"_qs.arg(part.width()).arg(part.height()));
+    if (QFile::exists(file))
+        return file;
+    if (part == WholeScreen)
+        QProcess::execute(QStringLiteral(DRAW_SAMPLE), {file});
+    else
+        QImage(sampleFile(WholeScreen)).copy(part).save(file);
+    return file;
+}
+
+void Tst_Surfaces::addSample(const QString &name, const QRect &part) {
+    const QString path = workFolder() + QLatin1Char('/') + name + QStringLiteral(".png");
+    QVERIFY(QFile::copy(sampleFile(part), path));
+    QCOMPARE(QImageReader(path).size(), part.size());
+    treat("/path \"%1\" /point 10 10"_qs.arg(path));
+}
+
+void Tst_Surfaces::addSamplesToPrint() {
+    addSample("table"_qs, Table);
+    addSample("screen"_qs, WholeScreen);
+    circle(HighestColumn, 50, 130);
 }
 
 void Tst_Surfaces::circle(const QPointF &centre, double across, double down) {
@@ -631,7 +653,7 @@ void Tst_Surfaces::circle(const QPointF &centre, double across, double down) {
 }
 
 std::unique_ptr<PrintPreviewDialog> Tst_Surfaces::makePrintDialog() {
-    addSampleCaptures();
+    addSamplesToPrint();
     auto dialog = std::make_unique<PrintPreviewDialog>(m_window.get());
     for (const int row : {0, 1})
         dialog->addImage(list()->rowItem(row)->editor()->flatten(true, false));
