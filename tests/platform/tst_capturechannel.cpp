@@ -285,11 +285,14 @@ void Tst_CaptureChannel::silentBusHoldsNobodyUp() {
     QCOMPARE(::kill(pid_t(m_bus->processId()), SIGSTOP), 0);
     QElapsedTimer timer;
     timer.start();
-    QVERIFY(!m_channel->isCaptureProcessPresent());
-    m_channel->post(0x868, 0, 0);
-    // The bus library's own limit is 25 s.
-    QVERIFY(timer.elapsed() < 5000);
+    for (int event = 0; event < 20; ++event) {
+        QVERIFY(!m_channel->isCaptureProcessPresent());
+        QVERIFY(!m_channel->post(0x868, 0, 0));
+    }
+    const qint64 elapsed = timer.elapsed();
     ::kill(pid_t(m_bus->processId()), SIGCONT);
+    // One wait for all of them, and a short one.
+    QVERIFY2(elapsed < 2000, qPrintable(QString::number(elapsed)));
 }
 
 void Tst_CaptureChannel::busThatIsSilentFromTheStartHoldsNobodyUp_data() {

@@ -14,8 +14,6 @@ const QLatin1String service("com.norvane.Tindra.Capture");
 const QLatin1String object("/com/norvane/Tindra/Capture");
 const QLatin1String connectionName("tindra-capture");
 
-/// The bus answers in fractions of a millisecond; one that does not must not hold the window up.
-constexpr int lookupTimeoutMs = 250;
 /// For the capture process itself, which may be drawing its overlay.
 constexpr int answerTimeoutMs = 1000;
 
@@ -28,25 +26,12 @@ public:
     qint64 send(quint32 message, quint64 wParam, qint64 lParam) override;
 
 private:
-    static QDBusConnection bus();
-    static bool hasOwner(const QDBusConnection &connection);
+    static bool hasOwner();
     void deliverBeforeTheEnd();
     static QDBusMessage call(const QString &method, quint32 message, quint64 wParam, qint64 lParam);
 
     bool m_deliversBeforeTheEnd = false;
 };
-
-/// The connection to the session bus, made anew when the bus has gone away in between.
-QDBusConnection DBusCaptureChannel::bus() {
-    const QDBusConnection known(connectionName);
-    if (known.isConnected())
-        return known;
-    const QString address = platform::sessionBusAddress();
-    if (address.isEmpty())
-        return known;
-    QDBusConnection::disconnectFromBus(connectionName);
-    return QDBusConnection::connectToBus(address, connectionName);
-}
 
 QDBusMessage DBusCaptureChannel::call(const QString &method, quint32 message, quint64 wParam, qint64 lParam) {
     QDBusMessage request = QDBusMessage::createMethodCall(service, object, service, method);
@@ -55,22 +40,18 @@ QDBusMessage DBusCaptureChannel::call(const QString &method, quint32 message, qu
     return request;
 }
 
-bool DBusCaptureChannel::hasOwner(const QDBusConnection &connection) {
-    QDBusMessage request = QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"));
-    request << QString(service);
-    const QDBusMessage reply = connection.call(request, QDBus::Block, lookupTimeoutMs);
+bool DBusCaptureChannel::hasOwner() {
+    const QDBusMessage reply =
+        sessionbus::ask(connectionName, QStringLiteral("NameHasOwner"), {QString(service)});
     return reply.type() == QDBusMessage::ReplyMessage && reply.arguments().value(0).toBool();
 }
 
 bool DBusCaptureChannel::isCaptureProcessPresent() {
-    const QDBusConnection connection = bus();
-    return connection.isConnected() && hasOwner(connection);
+    return hasOwner();
 }
 
 bool DBusCaptureChannel::post(quint32 message, quint64 wParam, qint64 lParam) {
-    const QDBusConnection connection = bus();
+    const QDBusConnection connection = sessionbus::connection(connectionName);
     if (!connection.isConnected())
         return false;
     deliverBeforeTheEnd();
@@ -86,14 +67,13 @@ void DBusCaptureChannel::deliverBeforeTheEnd() {
     m_deliversBeforeTheEnd = true;
     QObject::connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit,
                      QCoreApplication::instance(), [] {
-                         const QDBusConnection known(connectionName);
-                         if (known.isConnected())
-                             hasOwner(known);
+                         if (QDBusConnection(connectionName).isConnected())
+                             hasOwner();
                      });
 }
 
 qint64 DBusCaptureChannel::send(quint32 message, quint64 wParam, qint64 lParam) {
-    const QDBusConnection connection = bus();
+    const QDBusConnection connection = sessionbus::connection(connectionName);
     if (!connection.isConnected())
         return 0;
     const QDBusMessage reply =

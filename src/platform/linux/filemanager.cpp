@@ -18,15 +18,8 @@ const QLatin1String service("org.freedesktop.FileManager1");
 const QLatin1String object("/org/freedesktop/FileManager1");
 const QLatin1String connectionName("tindra-filemanager");
 
-/// The bus itself answers at once; a file manager that has to be started first may take its time, but the
-/// window does not wait for that.
-constexpr int lookupTimeoutMs = 250;
+/// A file manager that has to be started first may take its time, but the window does not wait for that.
 constexpr int showTimeoutMs = 10000;
-
-QDBusMessage busCall(const QString &method) {
-    const QString busName = QStringLiteral("org.freedesktop.DBus");
-    return QDBusMessage::createMethodCall(busName, QStringLiteral("/org/freedesktop/DBus"), busName, method);
-}
 
 class DBusFileManager : public FileManager {
 public:
@@ -35,29 +28,16 @@ public:
     bool showFile(const QString &path) override;
 
 private:
-    static QDBusConnection bus();
-    static bool isServiceThere(const QDBusConnection &connection);
+    static bool isServiceThere();
     void openFolderUnlessAnswered(const QDBusPendingCall &call, const QString &path);
 
     QObject m_context;
 };
 
-QDBusConnection DBusFileManager::bus() {
-    const QDBusConnection known(connectionName);
-    if (known.isConnected())
-        return known;
-    const QString address = platform::sessionBusAddress();
-    if (address.isEmpty())
-        return known;
-    QDBusConnection::disconnectFromBus(connectionName);
-    return QDBusConnection::connectToBus(address, connectionName);
-}
-
 /// Whether a file manager runs or can be started by the bus.
-bool DBusFileManager::isServiceThere(const QDBusConnection &connection) {
+bool DBusFileManager::isServiceThere() {
     for (const char *method : {"ListNames", "ListActivatableNames"}) {
-        const QDBusMessage reply =
-            connection.call(busCall(QLatin1String(method)), QDBus::Block, lookupTimeoutMs);
+        const QDBusMessage reply = sessionbus::ask(connectionName, QLatin1String(method));
         if (reply.arguments().value(0).toStringList().contains(service))
             return true;
     }
@@ -65,15 +45,13 @@ bool DBusFileManager::isServiceThere(const QDBusConnection &connection) {
 }
 
 bool DBusFileManager::showFile(const QString &path) {
-    if (path.isEmpty())
-        return false;
-    const QDBusConnection connection = bus();
-    if (!connection.isConnected() || !isServiceThere(connection))
+    if (path.isEmpty() || !isServiceThere())
         return false;
     QDBusMessage request =
         QDBusMessage::createMethodCall(service, object, service, QStringLiteral("ShowItems"));
     const QString url = QString::fromLatin1(QUrl::fromLocalFile(path).toEncoded());
     request << QStringList{url} << QString();
+    const QDBusConnection connection = sessionbus::connection(connectionName);
     openFolderUnlessAnswered(connection.asyncCall(request, showTimeoutMs), path);
     return true;
 }

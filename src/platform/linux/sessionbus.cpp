@@ -1,5 +1,6 @@
 #include "platform/linux/sessionbus.h"
 
+#include <QDBusError>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QHash>
@@ -82,15 +83,24 @@ Answer greet(const QByteArray &name) {
     return ::recv(socket.descriptor(), &first, 1, 0) == 1 ? Answer::Given : Answer::Refused;
 }
 
+/// By address: since when a bus has been silent.
+QHash<QString, QElapsedTimer> &silentBuses() {
+    static QHash<QString, QElapsedTimer> buses;
+    return buses;
+}
+
+bool isLeftAlone(const QString &entry) {
+    const auto known = silentBuses().constFind(entry);
+    return known != silentBuses().constEnd() && !known->hasExpired(silenceMs);
+}
+
 bool isAlive(const QString &entry) {
-    static QHash<QString, QElapsedTimer> silent;
-    const auto known = silent.constFind(entry);
-    if (known != silent.constEnd() && !known->hasExpired(silenceMs))
+    if (isLeftAlone(entry))
         return false;
     const Answer answer = greet(socketName(entry));
-    silent.remove(entry);
+    silentBuses().remove(entry);
     if (answer == Answer::Silence)
-        silent[entry].start();
+        silentBuses()[entry].start();
     return answer == Answer::Given;
 }
 
@@ -103,13 +113,47 @@ QString namedAddress() {
     return QStringLiteral("unix:path=") + QString::fromLatin1(QUrl::toPercentEncoding(socket, "/", "~"));
 }
 
-} // namespace
-
-QString platform::sessionBusAddress() {
+/// The address of a session bus that answers, empty where there is none.
+QString livingAddress() {
     const QStringList entries = namedAddress().split(QLatin1Char(';'), Qt::SkipEmptyParts);
     for (const QString &entry : entries) {
         if (isAlive(entry))
             return entry;
     }
     return QString();
+}
+
+/// By name of the connection: the bus that it was made to.
+QHash<QString, QString> &addresses() {
+    static QHash<QString, QString> known;
+    return known;
+}
+
+} // namespace
+
+QDBusConnection sessionbus::connection(const QString &name) {
+    {
+        const QDBusConnection known(name);
+        if (known.isConnected() && !isLeftAlone(addresses().value(name)))
+            return known;
+    }
+    QDBusConnection::disconnectFromBus(name);
+    const QString address = livingAddress();
+    if (address.isEmpty())
+        return QDBusConnection(name);
+    addresses()[name] = address;
+    return QDBusConnection::connectToBus(address, name);
+}
+
+QDBusMessage sessionbus::ask(const QString &name, const QString &method, const QVariantList &arguments) {
+    const QString bus = QStringLiteral("org.freedesktop.DBus");
+    QDBusMessage request =
+        QDBusMessage::createMethodCall(bus, QStringLiteral("/org/freedesktop/DBus"), bus, method);
+    request.setArguments(arguments);
+    const QDBusConnection asked = connection(name);
+    QDBusMessage reply = asked.call(request, QDBus::Block, answerTimeoutMs);
+    // A bus that is stopped stays connected. One that has gone away may have been replaced already.
+    if (QDBusError(reply).type() == QDBusError::NoReply && asked.isConnected())
+        silentBuses()[addresses().value(name)].start();
+    return reply;
 }
