@@ -17,8 +17,9 @@
 
 namespace {
 
-/// Captures often come in a row, and the window is hidden between them.
-constexpr std::chrono::seconds BackgroundWait(10);
+/// The toolkit lets go bit by bit of the pictures that it has drawn; what they leave is to go back too. And
+/// captures often come in a row, with the window hidden between them.
+constexpr std::chrono::minutes BackgroundWait(1);
 
 int runEditor(int argc, char **argv) {
     Application application(argc, argv);
