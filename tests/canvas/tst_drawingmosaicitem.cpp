@@ -93,6 +93,8 @@ private slots:
 
     void strengthIsThatOfThePress_data();
     void strengthIsThatOfThePress();
+    void strengthThatHidesNothingIsMedium_data();
+    void strengthThatHidesNothingIsMedium();
     void coversWhatWasDrawnBefore();
     void pixelatesAnEarlierMosaic();
     void isNotTouchedByLaterItems();
@@ -295,6 +297,27 @@ void Tst_DrawingMosaicItem::strengthIsThatOfThePress() {
     drag({70, 50}, {100, 70});
     expected = patched(expected, pixelated(expected, 13), QRect(68, 48, 34, 24));
     COMPARE_IMAGES(flat(), expected, "two sizes in one image");
+}
+
+void Tst_DrawingMosaicItem::strengthThatHidesNothingIsMedium_data() {
+    QTest::addColumn<int>("stored");
+    QTest::addColumn<int>("block");
+    QTest::newRow("negative") << -9 << 6;
+    QTest::newRow("zero") << 0 << 6;
+    QTest::newRow("one pixel") << 1 << 6;
+    QTest::newRow("weaker than all that is offered") << 3 << 6;
+    QTest::newRow("between two that are offered") << 5 << 5;
+    QTest::newRow("the largest that can be summed") << 4104 << 4104;
+    QTest::newRow("larger") << 4105 << 6;
+}
+
+void Tst_DrawingMosaicItem::strengthThatHidesNothingIsMedium() {
+    QFETCH(int, stored);
+    QFETCH(int, block);
+    setStrength(stored);
+    drag({10, 10}, {50, 40});
+    const QImage expected = patched(m_picture, pixelated(m_picture, block), QRect(8, 8, 44, 34));
+    COMPARE_IMAGES(flat(), expected, "mosaic");
 }
 
 void Tst_DrawingMosaicItem::coversWhatWasDrawnBefore() {

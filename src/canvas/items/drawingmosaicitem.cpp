@@ -1,6 +1,7 @@
 #include "canvas/items/drawingmosaicitem.h"
 
 #include "canvas/items/mosaicsnapshot.h"
+#include "popups/mosaicpopup.h"
 #include "preferences/tindrapreferences.h"
 
 #include <QPainter>
@@ -9,9 +10,20 @@
 
 namespace {
 
-constexpr int DefaultBlock = 6;
+/// The largest block whose sums of bytes stay within 32 bits.
+constexpr int LargestBlock = 4104;
+static_assert(255LL * LargestBlock * LargestBlock <= 0xffffffffLL, "a white block has to be summed");
 /// Of the frame around the rectangle while it is dragged.
 const QColor FrameColor(0, 127, 245);
+
+/// A settings file can hold any number, but a block of one pixel hides nothing, and whoever uses a mosaic
+/// wants something hidden: what is weaker than all that is offered counts as medium, which the panel shows
+/// then.
+int blockSetting() {
+    const int stored =
+        TindraPreferences::instance()->GetInt(TindraPreferences::MosaicStrength, MosaicPopup::Medium);
+    return stored >= MosaicPopup::Weak && stored <= LargestBlock ? stored : MosaicPopup::Medium;
+}
 
 } // namespace
 
@@ -20,7 +32,7 @@ DrawingMosaicItem::DrawingMosaicItem(const QRectF &sceneRect, QObject *parent, c
     if (snapshot.isNull())
         return;
     m_snapshot = std::make_shared<MosaicSnapshot>(snapshot.toImage());
-    const int block = TindraPreferences::instance()->GetInt(TindraPreferences::MosaicStrength, DefaultBlock);
+    const int block = blockSetting();
     // A mouse that rests would see the picture as it was before the job got there. The destructor waits for
     // the job, so the item is there as long as the job tells of bands.
     const auto tell = [this] {
