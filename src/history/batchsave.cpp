@@ -63,8 +63,11 @@ int BatchSave::run(const QVector<QPointer<Editor>> &captures) {
     return m_count;
 }
 
-void BatchSave::save(Editor *editor) {
+void BatchSave::save(const QPointer<Editor> &editor) {
     const QString path = FileNameUtil::batchFileName(m_base, m_used);
+    // Asking for a name may have waited for the file before, with events being treated.
+    if (!editor)
+        return;
     m_used.append(path);
     if (!m_firstPath.isEmpty()) {
         startJob(editor, path);
@@ -77,8 +80,10 @@ void BatchSave::save(Editor *editor) {
     }
 }
 
-void BatchSave::startJob(Editor *editor, const QString &path) {
+void BatchSave::startJob(const QPointer<Editor> &editor, const QString &path) {
     waitForJobs(QThreadPool::globalInstance()->maxThreadCount());
+    if (!editor)
+        return;
     editor->finishDrag();
     editor->finishCurrentItem(true);
     m_queue->add({editor->flatten(true, false).toImage(), path, m_quality});

@@ -38,8 +38,9 @@ private:
         std::shared_ptr<const ReservedPaths> reserved; ///< until the file is there
     };
 
-    void save(Editor *editor);
-    void startJob(Editor *editor, const QString &path);
+    // A capture may go while one of these waits.
+    void save(const QPointer<Editor> &editor);
+    void startJob(const QPointer<Editor> &editor, const QString &path);
     void waitForJobs(int remaining);
     void takeResults();
 

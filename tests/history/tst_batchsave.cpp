@@ -14,7 +14,10 @@
 #include <QGraphicsRectItem>
 #include <QImageReader>
 #include <QPushButton>
+#include <QSemaphore>
 #include <QTemporaryDir>
+#include <QThreadPool>
+#include <QtConcurrent>
 #include <QtTest>
 
 /// "save images" and "save selected images", from the click to the result.
@@ -49,6 +52,7 @@ private slots:
     void fileTakenAwayHoldsUpNothing();
     void waitCursorShowsDuringTheBatch();
     void rowThatGoesMeanwhileIsPassedOver();
+    void rowThatGoesDuringItsWaitIsPassedOver();
     void rowThatComesDuringTheDialogIsNotMeant();
     void secondClickDuringABatchDoesNothing();
     void contextMenuSavesAndDeletes();
@@ -439,6 +443,30 @@ void Tst_BatchSave::rowThatGoesMeanwhileIsPassedOver() {
     saveAll();
     QCOMPARE(written(), (QStringList{"shot_1.png"_qs, "shot_2.png"_qs}));
     QCOMPARE(widthOf("shot_2.png"_qs), 13);
+}
+
+void Tst_BatchSave::rowThatGoesDuringItsWaitIsPassedOver() {
+    nameBy(FileNameUtil::Custom, "shot"_qs);
+    addThree();
+    add(14);
+    // The only thread is taken, so that the last row waits until the queue has room.
+    QThreadPool *pool = QThreadPool::globalInstance();
+    const int threads = pool->maxThreadCount();
+    pool->setMaxThreadCount(1);
+    QSemaphore mayWrite;
+    QtConcurrent::run([&mayWrite] { mayWrite.acquire(); });
+    bool isGone = false;
+    connect(editor(3), &Editor::imageSaved, m_panel.get(), [&] {
+        QTimer::singleShot(0, m_panel.get(), [&] {
+            list()->removeItem(list()->rowItem(0), false, true);
+            isGone = true;
+            mayWrite.release();
+        });
+    });
+    saveAll();
+    pool->setMaxThreadCount(threads);
+    QVERIFY(isGone);
+    QCOMPARE(written(), (QStringList{"shot_1.png"_qs, "shot_2.png"_qs, "shot_3.png"_qs}));
 }
 
 void Tst_BatchSave::rowThatComesDuringTheDialogIsNotMeant() {
