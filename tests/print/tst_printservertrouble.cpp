@@ -1,5 +1,6 @@
 #include "print/printpreviewdialog.h"
 #include "print/printservertest.h"
+#include "support/nothreads.h"
 
 #include <QComboBox>
 #include <QDir>
@@ -23,6 +24,7 @@ private slots:
     void queueThatDisappearsUnderTheDialog();
     void serverThatIsGone();
     void noServer();
+    void noThreadForTheServer();
     void silentServerHasNoPrintersUntilItAnswers();
     void lateAnswersAreNotForTheNextWhoAsks();
     void lateFailureIsNotForTheNextWhoAsks();
@@ -87,6 +89,25 @@ void Tst_PrintServerTrouble::noServer() {
     QCOMPARE(NativePrinter::defaultPrinterName(), QString());
     QVERIFY(!printer()->paperSize().isValid());
     QVERIFY2(time.elapsed() < Frozen, qPrintable(QString::number(time.elapsed())));
+}
+
+void Tst_PrintServerTrouble::noThreadForTheServer() {
+    const auto office = opened("Office"_qs);
+    QVERIFY(office);
+    const auto job = office->startJob(office->defaultMode(), "Tindra"_qs);
+    QVERIFY(job);
+    {
+        const NoThreads none;
+        job->end();
+        QVERIFY(!office->startJob(office->defaultMode(), "Tindra"_qs));
+        QVERIFY(printers().names().isEmpty());
+        QVERIFY(!printers().open("Plain"_qs));
+        QCOMPARE(printers().lateNames(), LateAnswer::None);
+        QCOMPARE(printers().latePrinter("Plain"_qs), LateAnswer::None);
+    }
+    // Who asks once there are threads again gets an answer.
+    QCOMPARE(names(), "Attic Closed Office Plain Preset"_qs);
+    QVERIFY(opened("Plain"_qs));
 }
 
 void Tst_PrintServerTrouble::silentServerHasNoPrintersUntilItAnswers() {
