@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <cups/cups.h>
 #include <cups/pwg.h>
@@ -12,6 +13,9 @@
 #include <vector>
 
 namespace {
+
+/// In bytes. Far above any real file of presets: what is larger is not one, and would be read into memory.
+constexpr qint64 LargestFile = qint64(1024) * 1024;
 
 constexpr char Scaling[] = "print-scaling";
 constexpr char MediaCollection[] = "media-col";
@@ -150,9 +154,13 @@ QByteArray withoutSize(const QByteArray &collection) {
     return kept.isEmpty() ? QByteArray() : '{' + kept.join(' ') + '}';
 }
 
+/// Opening a pipe would wait for a writer and a device may never end, while the dialog waits for this.
 QByteArray contentOf(const QString &path) {
+    const QFileInfo info(path);
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() + '\n' : QByteArray();
+    if (!info.isFile() || info.size() > LargestFile || !file.open(QIODevice::ReadOnly))
+        return QByteArray();
+    return file.read(LargestFile) + '\n';
 }
 
 } // namespace
