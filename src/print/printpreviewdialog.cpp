@@ -161,6 +161,8 @@ void PrintPreviewDialog::loadLayout() {
 
 void PrintPreviewDialog::saveSettings() const {
     P *preferences = P::instance();
+    // As they stand, whatever became of the job: what was chosen is wanted the next time too. For a
+    // printer that could not be read, paper, copies and orientation are what the dialog shows of such a one.
     preferences->SetString(P::PrinterName, m_printers->currentText());
     preferences->SetInt(P::PrinterPageSize, m_printer->paperId());
     preferences->SetInt(P::PrinterCopies, m_printer->copies());
