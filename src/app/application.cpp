@@ -113,6 +113,8 @@ void Application::startServer() {
 }
 
 void Application::redirectArguments() {
+    // Not held while the line is sent: the server takes the clients one after the other, and a start that
+    // waits for it must not hold up those behind it.
     NamedMutex mutex(QStringLiteral("TNDERedirectMutex"));
     mutex.lock();
     const QString line = joinedArguments(arguments());

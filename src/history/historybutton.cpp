@@ -182,6 +182,8 @@ void HistoryButton::placeControls() {
 }
 
 void HistoryButton::paintEvent(QPaintEvent *) {
+    // Here, and not when the size changes: the style sheet gives the controls their sizes, too, when it is
+    // applied for another scale, and a paint follows each of these. Where all is in place nothing moves.
     placeControls();
 
     QStylePainter painter(this);

@@ -100,6 +100,8 @@ bool ImageProvider::insert(const QString &key, const QPixmap &pixmap) {
     const double size = megabytes(pixmap);
     if (m_usedMegabytes + size > BudgetMegabytes)
         return false;
+    // A key that comes a second time is counted a second time. A sender has to take a key of its own for each
+    // capture, and one that does not meets the budget early instead of passing it.
     m_images.insert(key, pixmap);
     m_usedMegabytes += size;
     if (key == m_currentPath)

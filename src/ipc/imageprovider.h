@@ -25,7 +25,8 @@ public:
     /// nothing when the block is not of this user alone, or its lock is not to be had in time.
     void loadFromMemory(const QString &key, int size);
     QPixmap pixmap(const QString &path);
-    /// Stores an image; false when the budget does not allow it.
+    /// Stores an image; false when the budget does not allow it. One that takes the place of another is
+    /// counted in addition to that.
     bool insert(const QString &key, const QPixmap &pixmap);
     /// Forgets the image, and deletes the file when the path is an absolute one.
     bool remove(const QString &path);

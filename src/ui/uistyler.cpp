@@ -37,7 +37,9 @@ QString asRules(const QString &sheet) {
     return bare ? QStringLiteral("* {%1}").arg(sheet) : sheet;
 }
 
-/// Appends each sheet, made for the scale, to what the widget has: the rules that come later win.
+/// Appends each sheet, made for the scale, to what the widget has: the rules that come later win. The copies
+/// of earlier scales stay, since what the widget had of its own cannot be told from them, and a window seldom
+/// changes its scale.
 void applySheetFiles(QWidget *widget, const QStringList &paths, double scale) {
     const QSettings variables(qApp->property(ColorsIniPath).toString(), QSettings::IniFormat);
     const auto variable = [&variables](const QString &key) {

@@ -9,6 +9,9 @@ namespace {
 
 const QPointF NoPoint(-1, -1);
 
+/// Either coordinate is enough, so a run from the row or column just outside the picture takes each move for
+/// its first step and bends with the mouse. Kept, so that the same moves make the same drawing in every
+/// release.
 bool hasUnsetCoordinate(const QPointF &point) {
     return point.x() == -1 || point.y() == -1;
 }
