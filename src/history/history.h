@@ -17,6 +17,7 @@ public:
 
 private:
     Editor *m_editor = nullptr;
+    // Belong to a record and go along with its copies. Nothing gives them another value yet.
     int m_number = 0;
     bool m_flag = false;
 };
