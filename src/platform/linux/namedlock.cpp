@@ -1,15 +1,14 @@
 #include "platform/namedlock.h"
 
+#include "platform/linux/filelock.h"
+
 #include <QElapsedTimer>
 #include <QFile>
-#include <QThread>
 
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
-
-#include <cerrno>
 
 namespace {
 
@@ -22,21 +21,6 @@ bool isFileOfPath(int descriptor, const QByteArray &path) {
     struct stat named;
     return ::fstat(descriptor, &opened) == 0 && ::lstat(path.constData(), &named) == 0 &&
            opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
-}
-
-/// Long enough to cost nothing, short enough not to be felt.
-constexpr unsigned long pollingIntervalMs = 2;
-
-/// The system knows no wait with an end for these locks.
-bool lockFile(int descriptor, const QElapsedTimer &waiting, int limitMs) {
-    while (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
-        if (errno != EINTR && errno != EWOULDBLOCK)
-            return false;
-        if (waiting.elapsed() >= limitMs)
-            return false;
-        QThread::msleep(pollingIntervalMs);
-    }
-    return true;
 }
 
 } // namespace
@@ -74,7 +58,7 @@ bool NamedLock::lock(int limitMs) {
             ::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR);
         if (descriptor < 0)
             return false;
-        if (!lockFile(descriptor, waiting, limitMs)) {
+        if (!lockWithin(descriptor, limitMs - int(waiting.elapsed()))) {
             ::close(descriptor);
             return false;
         }

@@ -1,5 +1,8 @@
 #include "platform/privatefile.h"
 
+#include "platform/linux/filelock.h"
+#include "platform/namedlock.h"
+
 #include <QFile>
 #include <QFileInfo>
 
@@ -8,9 +11,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
+#include <chrono>
 
 namespace {
+
+using Clock = std::chrono::steady_clock;
 
 constexpr mode_t PrivateFolderMode = S_IRWXU;
 constexpr mode_t PrivateFileMode = S_IRUSR | S_IWUSR;
@@ -52,9 +59,23 @@ bool takeForUser(int descriptor, mode_t kind, mode_t mode, struct stat *entry) {
     return !(entry->st_mode & OthersRights) || ::fchmod(descriptor, mode) == 0;
 }
 
-/// The lock keeps two processes that both saw a full file from removing each other's new one.
+/// A process that was stopped as it began a file anew keeps the lock. So long no line waits for it again.
+constexpr std::chrono::seconds LockRest(10);
+std::atomic<Clock::time_point> lockRestEnd{Clock::time_point::min()};
+
+bool lockFolder(int folder) {
+    const bool isResting = Clock::now() < lockRestEnd.load();
+    if (platform::lockWithin(folder, isResting ? 0 : platform::NamedLock::TimeLimitMs))
+        return true;
+    if (!isResting)
+        lockRestEnd = Clock::now() + LockRest;
+    return false;
+}
+
+/// The lock keeps two processes that both saw a full file from removing each other's new one, which is why
+/// who does not get it at once waits. Who does not get it at all leaves the file full and adds to it.
 void removeFullFile(int folder, const QByteArray &name, qint64 sizeLimit) {
-    if (::flock(folder, LOCK_EX) != 0)
+    if (!lockFolder(folder))
         return;
     struct stat entry;
     if (::fstatat(folder, name.constData(), &entry, AT_SYMLINK_NOFOLLOW) == 0 && entry.st_size >= sizeLimit)
