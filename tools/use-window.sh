@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Functions for scripts that use the editor's window as a person would; sourced by bash, with a display and a
 # TMPDIR of the script's own (tests/support/isolated).
 
