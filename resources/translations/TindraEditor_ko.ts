@@ -1616,6 +1616,7 @@ waits in the background.
   /point X Y      with /path: position of the picture on the screen
   /memory SIZE    with /path: the picture is in shared memory, so many bytes
   /skip           with /path: do not show the window
+                  with /autosave: do not tell the result
   /show           show the window
   /hide           hide the window
   /save           save the current picture
@@ -1643,6 +1644,7 @@ Norvane 화면 캡처의 이미지 편집기입니다. 사용자마다 하나만
   /point X Y      /path와 함께: 화면에서 이미지의 위치
   /memory SIZE    /path와 함께: 공유 메모리에 있는 이미지의 바이트 수
   /skip           /path와 함께: 창을 표시하지 않습니다.
+                  자동 저장(/autosave)과 함께: 결과를 알리지 않습니다.
   /show           창을 표시합니다.
   /hide           창을 숨깁니다.
   /save           현재 이미지를 저장합니다.

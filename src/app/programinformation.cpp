@@ -43,6 +43,7 @@ QString ProgramInformation::help() {
               "  /point X Y      with /path: position of the picture on the screen\n"
               "  /memory SIZE    with /path: the picture is in shared memory, so many bytes\n"
               "  /skip           with /path: do not show the window\n"
+              "                  with /autosave: do not tell the result\n"
               "  /show           show the window\n"
               "  /hide           hide the window\n"
               "  /save           save the current picture\n"
