@@ -159,6 +159,19 @@ class Package(unittest.TestCase):
         changelog = output("zcat", self.share / "doc/tindra-editor/changelog.gz")
         self.assertTrue(changelog.startswith(f"tindra-editor ({VERSION}) "), changelog)
 
+    def test_the_links_of_its_documents_lead_to_what_it_brings(self):
+        folder = self.share / "doc/tindra-editor"
+        link = re.compile(r'(?:\]\(|src=")([^)#:"]+)')
+        links = {document.name: set(link.findall(document.read_text(encoding="utf-8")))
+                 for document in folder.glob("*.md")}
+        self.assertEqual(set(links), {"guide.md", "protocol.md"})
+        self.assertIn("protocol.md", links["guide.md"])
+        for document, targets in links.items():
+            self.assertEqual({target for target in targets if not (folder / target).is_file()}, set(), document)
+        # No picture that the guide does not show.
+        self.assertEqual({f"images/{path.name}" for path in folder.glob("images/*")},
+                         {target for target in links["guide.md"] if target.startswith("images/")})
+
     # Texts that tell the same words as the programs.
 
     def test_the_manual_pages_tell_all_words_and_no_others(self):
