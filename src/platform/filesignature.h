@@ -18,7 +18,7 @@ struct SignerInfo {
 
 namespace platform {
 
-/// What became of a signature check: codes of the design platform, so that they read the same in every log.
+/// What became of a signature check: codes of Windows, so that they read the same in every log.
 /// Negative ones are failures.
 enum class Trust : qint32 {
     Good = 0,

@@ -41,7 +41,7 @@ int Verifier::compareSigner(const QString &path, const QString &expected, bool i
 namespace {
 
 bool canBeSigned(const QString &path) {
-    // Libraries of this system beside those of the design platform.
+    // Libraries of this system beside programs and libraries of Windows.
     static const QStringList suffixes{QStringLiteral("exe"), QStringLiteral("dll"), QStringLiteral("qve"),
                                       QStringLiteral("qvc"), QStringLiteral("so")};
     return suffixes.contains(QFileInfo(path).suffix(), Qt::CaseInsensitive);

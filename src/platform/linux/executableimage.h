@@ -5,7 +5,7 @@
 
 #include <optional>
 
-/// What of an executable of the design platform a signature speaks about. Takes any bytes.
+/// What of an executable of Windows (PE) a signature speaks about. Takes any bytes.
 class ExecutableImage {
 public:
     /// Empty when the bytes are no such executable.

@@ -31,9 +31,9 @@ public:
     Printers &printers() override { return *m_printers; }
     SessionEnd &sessionEnd() override { return *m_sessionEnd; }
     bool hasNativePopupShadow() const override { return false; }
-    // The design platform's host is a 32-bit library that needs a 64-bit system of a certain age below it.
-    // Here program and host have the word size of the system, whose loader refuses what does not fit, and
-    // every system that the toolkit runs on is new enough.
+    // On Windows the host is a 32-bit library that needs a 64-bit system of a certain age below it. Here
+    // program and host have the word size of the system, whose loader refuses what does not fit, and every
+    // system that the toolkit runs on is new enough.
     bool canHostPlugins() const override { return true; }
 
 private:

@@ -13,7 +13,7 @@
 
 namespace {
 
-// Object identifiers of the design platform's signatures.
+// Object identifiers of the signatures in executables of Windows.
 constexpr char ImageDigestContent[] = "1.3.6.1.4.1.311.2.1.4";
 constexpr char PublisherInfo[] = "1.3.6.1.4.1.311.2.1.12";
 constexpr char NestedSignature[] = "1.3.6.1.4.1.311.2.4.1";
