@@ -3,6 +3,7 @@
 #include "canvas/editor.h"
 #include "history/savefiledialog.h"
 #include "output/filenameutil.h"
+#include "output/pictureformats.h"
 #include "output/postsavedialog.h"
 #include "preferences/tindrapreferences.h"
 #include "services/usagestatistics.h"
@@ -33,10 +34,7 @@ bool SaveFlow::askSavePath(QString &path, bool &ok) const {
     const TindraPreferences *preferences = TindraPreferences::instance();
     const QString folder =
         FileNameUtil::folderOrDefault(preferences->GetString(TindraPreferences::FilePath, QString()));
-    // In the order of the preference that selects one of them.
-    const QStringList filters =
-        tr("png file (*.png);;jpg file (*.jpg);;bmp file (*.bmp);;gif file (*.gif);;webp file (*.webp)")
-            .split(QStringLiteral(";;"));
+    const QStringList filters = tr(PictureFilters).split(QStringLiteral(";;"));
     SaveFileDialog dialog(m_panel, FileNameUtil::generateFileName(folder, false), filters,
                           preferences->GetInt(TindraPreferences::FileFormat, 0));
     path = dialog.askPath();
@@ -106,16 +104,8 @@ void SaveFlow::reportFailure(const QString &path) const {
 }
 
 void SaveFlow::reportSaveFormat(const QString &suffix) {
-    static const struct {
-        const char *suffix;
-        const char *event;
-    } events[] = {{"png", "capt_1_011"},
-                  {"jpg", "capt_1_012"},
-                  {"bmp", "capt_1_013"},
-                  {"gif", "capt_1_014"},
-                  {"webp", "cap_302_01"}};
-    for (const auto &row : events) {
-        if (suffix.compare(QLatin1String(row.suffix), Qt::CaseInsensitive) == 0)
-            recordUsage(row.event);
+    for (const PictureFormat &format : PictureFormats) {
+        if (suffix.compare(QLatin1String(format.suffix), Qt::CaseInsensitive) == 0)
+            recordUsage(format.usageEvent);
     }
 }

@@ -2,6 +2,7 @@
 
 #include "output/filenameformatsettingdialog.h"
 #include "output/filenameutil.h"
+#include "output/pictureformats.h"
 #include "platform/folderaccess.h"
 #include "preferences/tindrapreferences.h"
 #include "services/workfolder.h"
@@ -29,9 +30,6 @@ constexpr int TitleHeight = 4;
 constexpr int LowestQuality = 1;
 constexpr int BestQuality = 100;
 
-// In the order of the setting that holds the index.
-const char *const Formats[] = {"PNG", "JPG", "BMP", "GIF", "WEBP"};
-
 template <typename Widget> Widget *named(Widget *widget, const QString &name) {
     widget->setObjectName(name);
     return widget;
@@ -48,8 +46,8 @@ ConfirmSaveDialog::ConfirmSaveDialog(Type type, QWidget *parent)
       m_savePath(named(new QLineEdit(this), QStringLiteral("savePath_"))) {
     setAttribute(Qt::WA_StyledBackground);
     setTexts(type);
-    for (const char *format : Formats)
-        m_format->addItem(QString::fromLatin1(format));
+    for (const PictureFormat &format : PictureFormats)
+        m_format->addItem(QString::fromLatin1(format.name));
     m_quality->setRange(LowestQuality, BestQuality);
     // A text of the user's own is shown as he wrote it.
     m_fileName->setTextFormat(Qt::PlainText);

@@ -1,5 +1,6 @@
 #include "output/filenameutil.h"
 
+#include "output/pictureformats.h"
 #include "output/reservedpaths.h"
 #include "preferences/tindrapreferences.h"
 
@@ -19,8 +20,6 @@ constexpr int ShuffleMiddle = 12;
 constexpr unsigned long BatchPollMilliseconds = 2;
 /// In bytes of UTF-8: a file system takes 255, less a number (" (5000)" behind "_9999") and an ending.
 constexpr int LongestText = 230;
-
-const char *const Suffixes[] = {"png", "jpg", "bmp", "gif", "webp"};
 
 /// One bird stands in the list twice, so its chance is double; the settings dialog promises fifty names.
 const char *const BirdKeys[] = {
@@ -242,9 +241,9 @@ const QStringList &FileNameUtil::birdNames() {
 QString FileNameUtil::currentFileSuffix() {
     const int index = TindraPreferences::instance()->GetInt(
         TindraPreferences::FileFormat, TindraPreferences::defaultInt(TindraPreferences::FileFormat));
-    if (index < 0 || index >= int(std::size(Suffixes)))
+    if (index < 0 || index >= int(std::size(PictureFormats)))
         return QString();
-    return QString::fromLatin1(Suffixes[index]);
+    return QString::fromLatin1(PictureFormats[index].suffix);
 }
 
 void FileNameUtil::normalizeTemplate(QString &text) {

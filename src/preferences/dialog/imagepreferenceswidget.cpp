@@ -2,6 +2,7 @@
 
 #include "output/filenameformatsettingdialog.h"
 #include "output/filenameutil.h"
+#include "output/pictureformats.h"
 #include "platform/folderaccess.h"
 #include "popups/combobox.h"
 #include "preferences/dialog/formparts.h"
@@ -28,9 +29,6 @@ using P = TindraPreferences;
 constexpr int LowestQuality = 1;
 constexpr int BestQuality = 100;
 
-// In the order of the setting that holds the index.
-const char *const Formats[] = {"PNG", "JPG", "BMP", "GIF", "WEBP"};
-
 } // namespace
 
 ImagePreferencesWidget::ImagePreferencesWidget(QWidget *parent) : PreferencesPage(parent) {
@@ -50,8 +48,8 @@ void ImagePreferencesWidget::addCaptureSave() {
         row->addWidget(field);
     };
     m_format = named(new ComboBox(this), "format_");
-    for (const char *format : Formats)
-        m_format->addItem(QString::fromLatin1(format));
+    for (const PictureFormat &format : PictureFormats)
+        m_format->addItem(QString::fromLatin1(format.name));
     addField(tr("format"), m_format);
     row->addSpacing(FormParts::FieldSpacing);
     m_quality = named(new QSpinBox(this), "quality_");
