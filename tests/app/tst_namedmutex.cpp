@@ -16,17 +16,24 @@ private slots:
 void Tst_NamedMutex::sameNameExcludes() {
     NamedMutex mine(QStringLiteral("tst_namedmutex"));
     QVERIFY(mine.lock());
-    std::atomic<bool> locked{false};
-    std::thread other([&locked] {
+    std::atomic<bool> isWaiting{false};
+    std::atomic<bool> isFree{false};
+    bool isLockedInTurn = false;
+    std::thread other([&] {
         NamedMutex same(QStringLiteral("tst_namedmutex"));
-        locked = same.lock();
+        isWaiting = true;
+        // However long this test is held up, the other one does not give up before.
+        for (bool isLocked = false; !isLocked;)
+            isLocked = same.lock();
+        isLockedInTurn = isFree;
     });
+    while (!isWaiting)
+        std::this_thread::yield();
     QThread::msleep(50);
-    const bool early = locked;
+    isFree = true;
     mine.unlock();
     other.join();
-    QVERIFY(!early);
-    QVERIFY(locked);
+    QVERIFY(isLockedInTurn);
 }
 
 void Tst_NamedMutex::otherNameDoesNot() {
