@@ -13,6 +13,7 @@
 #include "print/printpreviewdialog.h"
 #include "services/usagestatistics.h"
 #include "services/workfolder.h"
+#include "ui/named.h"
 #include "ui/uistyler.h"
 
 #include <QDir>
@@ -35,12 +36,7 @@ constexpr int PanelMargin = 8;
 constexpr int PanelSpacing = 6;
 constexpr int RowSpacing = PanelSpacing / 2; // on either side of a row
 
-template <typename Widget> Widget *named(Widget *widget, const QString &name) {
-    widget->setObjectName(name);
-    return widget;
-}
-
-QFrame *newLine(const QString &name, QWidget *parent) {
+QFrame *newLine(const char *name, QWidget *parent) {
     auto *line = named(new QFrame(parent), name);
     line->setFrameShape(QFrame::HLine);
     line->setFrameShadow(QFrame::Plain);
@@ -51,14 +47,13 @@ QFrame *newLine(const QString &name, QWidget *parent) {
 } // namespace
 
 HistoryWidget::HistoryWidget(QWidget *parent)
-    : QWidget(parent), m_saveFlow(this),
-      m_historyHide(named(new QPushButton(this), QStringLiteral("historyHide_"))),
-      m_historyTitle(named(new QLabel(tr("history"), this), QStringLiteral("historyTitle_"))),
-      m_historySelectMode(named(new QPushButton(tr("select"), this), QStringLiteral("historySelectMode_"))),
-      m_countInfo(named(new QLabel(this), QStringLiteral("countInfo_"))),
-      m_historyListWidget(named(new HistoryListWidget(this), QStringLiteral("historyListWidget_"))),
-      m_historySaveImages(named(new QPushButton(this), QStringLiteral("historySaveImages_"))),
-      m_historyDeleteImages(named(new QPushButton(this), QStringLiteral("historyDeleteImages_"))) {
+    : QWidget(parent), m_saveFlow(this), m_historyHide(named(new QPushButton(this), "historyHide_")),
+      m_historyTitle(named(new QLabel(tr("history"), this), "historyTitle_")),
+      m_historySelectMode(named(new QPushButton(tr("select"), this), "historySelectMode_")),
+      m_countInfo(named(new QLabel(this), "countInfo_")),
+      m_historyListWidget(named(new HistoryListWidget(this), "historyListWidget_")),
+      m_historySaveImages(named(new QPushButton(this), "historySaveImages_")),
+      m_historyDeleteImages(named(new QPushButton(this), "historyDeleteImages_")) {
     setAttribute(Qt::WA_StyledBackground);
     auto *panel = new QHBoxLayout(this);
     panel->setContentsMargins(0, 0, 0, 0);
@@ -98,7 +93,7 @@ void HistoryWidget::buildHead(QVBoxLayout *layout) {
     layout->addLayout(head);
     m_countInfo->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     layout->addWidget(m_countInfo);
-    layout->addWidget(newLine(QStringLiteral("line_3"), this));
+    layout->addWidget(newLine("line_3", this));
     m_historyListWidget->setFrameShape(QFrame::NoFrame);
     m_historyListWidget->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     // Belongs to no layout that would be scaled with the window.
@@ -109,9 +104,9 @@ void HistoryWidget::buildHead(QVBoxLayout *layout) {
 }
 
 void HistoryWidget::buildFoot(QVBoxLayout *layout) {
-    layout->addWidget(newLine(QStringLiteral("line_2"), this));
+    layout->addWidget(newLine("line_2", this));
     layout->addWidget(m_historySaveImages);
-    layout->addWidget(newLine(QStringLiteral("line"), this));
+    layout->addWidget(newLine("line", this));
     layout->addWidget(m_historyDeleteImages);
 }
 

@@ -8,6 +8,7 @@
 #include "services/workfolder.h"
 #include "ui/filedialog.h"
 #include "ui/messagedialog.h"
+#include "ui/named.h"
 #include "ui/negativebutton.h"
 #include "ui/positivebutton.h"
 
@@ -30,20 +31,13 @@ constexpr int TitleHeight = 4;
 constexpr int LowestQuality = 1;
 constexpr int BestQuality = 100;
 
-template <typename Widget> Widget *named(Widget *widget, const QString &name) {
-    widget->setObjectName(name);
-    return widget;
-}
-
 } // namespace
 
 ConfirmSaveDialog::ConfirmSaveDialog(Type type, QWidget *parent)
-    : QDialog(parent), m_saveText(named(new QLabel(this), QStringLiteral("saveText_"))),
-      m_saveText2(named(new QLabel(this), QStringLiteral("saveText2_"))),
-      m_format(named(new QComboBox(this), QStringLiteral("format_"))),
-      m_fileName(named(new QLabel(this), QStringLiteral("fileName_"))),
-      m_quality(named(new QSpinBox(this), QStringLiteral("quality_"))),
-      m_savePath(named(new QLineEdit(this), QStringLiteral("savePath_"))) {
+    : QDialog(parent), m_saveText(named(new QLabel(this), "saveText_")),
+      m_saveText2(named(new QLabel(this), "saveText2_")), m_format(named(new QComboBox(this), "format_")),
+      m_fileName(named(new QLabel(this), "fileName_")), m_quality(named(new QSpinBox(this), "quality_")),
+      m_savePath(named(new QLineEdit(this), "savePath_")) {
     setAttribute(Qt::WA_StyledBackground);
     setTexts(type);
     for (const PictureFormat &format : PictureFormats)
@@ -72,7 +66,7 @@ void ConfirmSaveDialog::setTexts(Type type) {
 void ConfirmSaveDialog::buildForm() {
     auto *pathRow = new QHBoxLayout;
     pathRow->setSpacing(Spacing);
-    auto *browse = named(new QPushButton(tr("..."), this), QStringLiteral("browse_"));
+    auto *browse = named(new QPushButton(tr("..."), this), "browse_");
     browse->setAutoDefault(false);
     connect(browse, &QPushButton::clicked, this, &ConfirmSaveDialog::onClickBrowse);
     browse->setAccessibleName(tr("browse folder"));
@@ -92,17 +86,16 @@ void ConfirmSaveDialog::buildForm() {
     form->setSpacing(Margin);
     form->addLayout(texts);
     form->addWidget(buildFields());
-    form->addWidget(named(new QLabel(tr("When you save, save file with number at tail"), this),
-                          QStringLiteral("saveText3_")));
+    form->addWidget(
+        named(new QLabel(tr("When you save, save file with number at tail"), this), "saveText3_"));
     form->addLayout(pathRow);
     form->addStretch();
     form->addWidget(buildButtons());
 }
 
 QWidget *ConfirmSaveDialog::buildFields() {
-    auto *group = named(new QGroupBox(tr("File names and format"), this), QStringLiteral("groupBox"));
-    auto *setFormat = named(new QPushButton(tr("set file name format"), this), //
-                            QStringLiteral("setFileNameFormat_"));
+    auto *group = named(new QGroupBox(tr("File names and format"), this), "groupBox");
+    auto *setFormat = named(new QPushButton(tr("set file name format"), this), "setFileNameFormat_");
     setFormat->setAutoDefault(false);
     connect(setFormat, &QPushButton::clicked, this, &ConfirmSaveDialog::onClickSetFileNameFormat);
 
@@ -126,9 +119,9 @@ QWidget *ConfirmSaveDialog::buildFields() {
 
 QWidget *ConfirmSaveDialog::buildButtons() {
     auto *row = new QWidget(this);
-    auto *ok = named(new PositiveButton(tr("save(&S)"), row), QStringLiteral("ok_"));
+    auto *ok = named(new PositiveButton(tr("save(&S)"), row), "ok_");
     ok->setDefault(true);
-    auto *cancel = named(new NegativeButton(tr("cancel"), row), QStringLiteral("cancel_"));
+    auto *cancel = named(new NegativeButton(tr("cancel"), row), "cancel_");
     connect(ok, &QPushButton::clicked, this, &ConfirmSaveDialog::onOK);
     connect(cancel, &QPushButton::clicked, this, &ConfirmSaveDialog::onCancel);
     auto *buttons = new QHBoxLayout(row);

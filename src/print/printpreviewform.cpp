@@ -2,6 +2,7 @@
 #include "print/openlistkeys.h"
 #include "print/printpreviewdialog.h"
 #include "ui/fieldlabel.h"
+#include "ui/named.h"
 #include "ui/negativebutton.h"
 #include "ui/positivebutton.h"
 #include "ui/wheeleater.h"
@@ -32,11 +33,6 @@ constexpr int MostCopies = 999;
 constexpr int LargestScale = 800; // percent
 constexpr int InitialScale = 100;
 constexpr int AnyMargin = 999; // until a paper sets the ranges
-
-template <typename Widget> Widget *named(Widget *widget, const char *name) {
-    widget->setObjectName(QLatin1String(name));
-    return widget;
-}
 
 QSpinBox *newNumber(const char *name, int least, int most) {
     auto *box = named(new QSpinBox, name);

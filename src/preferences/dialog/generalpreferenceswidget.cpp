@@ -1,9 +1,9 @@
 #include "preferences/dialog/generalpreferenceswidget.h"
 
 #include "popups/combobox.h"
-#include "preferences/dialog/formparts.h"
 #include "preferences/dialog/guidelinecolors.h"
 #include "ui/messagedialog.h"
+#include "ui/named.h"
 #include "ui/uistyler.h"
 
 #include <QAbstractItemView>
@@ -48,7 +48,7 @@ GeneralPreferencesWidget::GeneralPreferencesWidget(QWidget *parent) : Preference
 
 QCheckBox *GeneralPreferencesWidget::addBox(QVBoxLayout *section, const char *name, const QString &text,
                                             P::Id id) {
-    auto *box = FormParts::named(new QCheckBox(text, this), name);
+    auto *box = named(new QCheckBox(text, this), name);
     section->addWidget(box);
     m_boxes.add(box, id);
     return box;
@@ -58,7 +58,7 @@ void GeneralPreferencesWidget::addGuidelines() {
     QVBoxLayout *section = addSection(tr("Guidline Preferences"));
     QHBoxLayout *row = addRow(section);
     auto *label = new QLabel(tr("Guideline color:"), this);
-    m_guidelineColor = FormParts::named(new ComboBox(this), "guidelineColor_");
+    m_guidelineColor = named(new ComboBox(this), "guidelineColor_");
     label->setBuddy(m_guidelineColor);
     row->addWidget(label);
     row->addWidget(m_guidelineColor);

@@ -1,6 +1,6 @@
 #include "preferences/dialog/historypreferenceswidget.h"
 
-#include "preferences/dialog/formparts.h"
+#include "ui/named.h"
 
 #include <QCheckBox>
 #include <QVBoxLayout>
@@ -8,7 +8,7 @@
 HistoryPreferencesWidget::HistoryPreferencesWidget(QWidget *parent) : PreferencesPage(parent) {
     QVBoxLayout *section = addSection(tr("History Preferences"));
     const auto addBox = [&](const char *name, const QString &text, TindraPreferences::Id id) {
-        auto *box = FormParts::named(new QCheckBox(text, this), name);
+        auto *box = named(new QCheckBox(text, this), name);
         section->addWidget(box);
         m_boxes.add(box, id);
     };

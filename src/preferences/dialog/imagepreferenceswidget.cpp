@@ -12,6 +12,7 @@
 #include "services/workfolder.h"
 #include "ui/filedialog.h"
 #include "ui/messagedialog.h"
+#include "ui/named.h"
 
 #include <QCheckBox>
 #include <QFileInfo>
@@ -23,7 +24,6 @@
 
 namespace {
 
-using FormParts::named;
 using P = TindraPreferences;
 
 constexpr int LowestQuality = 1;

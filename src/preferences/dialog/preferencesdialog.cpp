@@ -1,9 +1,9 @@
 #include "preferences/dialog/preferencesdialog.h"
 
-#include "preferences/dialog/formparts.h"
 #include "preferences/dialog/menupushbutton.h"
 #include "ui/menu.h"
 #include "ui/messagedialog.h"
+#include "ui/named.h"
 #include "ui/negativebutton.h"
 #include "ui/positivebutton.h"
 #include "ui/snaptoscreen.h"
@@ -16,8 +16,6 @@
 #include <QVBoxLayout>
 
 namespace {
-
-using FormParts::named;
 
 // Designed sizes, at 96 DPI.
 constexpr QSize DialogSize(574, 492);

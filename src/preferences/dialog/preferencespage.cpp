@@ -2,6 +2,7 @@
 
 #include "preferences/dialog/formparts.h"
 #include "preferences/dialog/sectiontitle.h"
+#include "ui/named.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -46,7 +47,7 @@ QHBoxLayout *PreferencesPage::addRow(QVBoxLayout *section) {
 }
 
 QLabel *PreferencesPage::addExplanation(QVBoxLayout *section, const QString &text) {
-    auto *label = FormParts::named(new QLabel(text, this), "explanation_");
+    auto *label = named(new QLabel(text, this), "explanation_");
     label->setWordWrap(true);
     section->addWidget(label);
     return label;

@@ -1,7 +1,7 @@
 #include "preferences/dialog/shortcutpreferenceswidget.h"
 
 #include "popups/combobox.h"
-#include "preferences/dialog/formparts.h"
+#include "ui/named.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -69,9 +69,9 @@ ShortcutPreferencesWidget::ShortcutPreferencesWidget(QWidget *parent)
 void ShortcutPreferencesWidget::addPrintScreen() {
     QVBoxLayout *section = addSection(tr("Print Screen Key Preferences"));
     QHBoxLayout *line = addRow(section);
-    auto *use = FormParts::named(new QCheckBox(tr("Use Print Screen key as"), this), "usePrintScreenKey_");
+    auto *use = named(new QCheckBox(tr("Use Print Screen key as"), this), "usePrintScreenKey_");
     m_boxes.add(use, P::UsePrintScreen);
-    m_captureMode = FormParts::named(new ComboBox(this), "captureMode_");
+    m_captureMode = named(new ComboBox(this), "captureMode_");
     // By the numbers that are stored.
     m_captureMode->addItems({tr("Region Capture"), tr("Window Capture"), tr("Child Window Capture"),
                              tr("Fullscreen Capture"), tr("Scroll Capture"), tr("Fixed Region Capture")});
@@ -100,16 +100,15 @@ void ShortcutPreferencesWidget::addShortcuts() {
 ShortcutPreferencesWidget::RowWidgets ShortcutPreferencesWidget::addRowWidgets(QGridLayout *grid, int mode) {
     const Row &definition = row(mode);
     const QByteArray name(definition.name);
-    RowWidgets widgets{FormParts::named(new QCheckBox(tr(definition.text), this), name + '_'), {}, nullptr};
+    RowWidgets widgets{named(new QCheckBox(tr(definition.text), this), name + '_'), {}, nullptr};
     m_boxes.add(widgets.use, definition.use);
     int column = 0;
     grid->addWidget(widgets.use, mode, column);
     for (const ModifierBox &modifier : Modifiers) {
-        widgets.modifiers.append(
-            FormParts::named(new QCheckBox(tr(modifier.text), this), name + modifier.name));
+        widgets.modifiers.append(named(new QCheckBox(tr(modifier.text), this), name + modifier.name));
         grid->addWidget(widgets.modifiers.last(), mode, ++column);
     }
-    widgets.key = FormParts::named(new ComboBox(this), name + "Key_");
+    widgets.key = named(new ComboBox(this), name + "Key_");
     for (const HotKeyEntry &entry : m_keys)
         widgets.key->addItem(entry.label, entry.code);
     widgets.key->setAccessibleName(widgets.use->text());

@@ -2,6 +2,7 @@
 
 #include "preferences/dialog/formparts.h"
 #include "ui/messagedialog.h"
+#include "ui/named.h"
 #include "ui/negativebutton.h"
 #include "ui/positivebutton.h"
 #include "ui/rangedspinbox.h"
@@ -38,8 +39,8 @@ void setBounded(RangedSpinBox *box, int value) {
 } // namespace
 
 SizeInputDialog::SizeInputDialog(Mode mode, const QList<QSize> *presets, QWidget *parent)
-    : QDialog(parent), m_width(FormParts::named(new RangedSpinBox(this), "width_")),
-      m_height(FormParts::named(new RangedSpinBox(this), "height_")), m_presets(presets) {
+    : QDialog(parent), m_width(named(new RangedSpinBox(this), "width_")),
+      m_height(named(new RangedSpinBox(this), "height_")), m_presets(presets) {
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setWindowTitle(mode == Add ? tr("Add fixed preset") : tr("Edit fixed preset"));
     setAttribute(Qt::WA_StyledBackground);
@@ -57,7 +58,7 @@ SizeInputDialog::SizeInputDialog(Mode mode, const QList<QSize> *presets, QWidget
 }
 
 QWidget *SizeInputDialog::buildTop() {
-    auto *top = FormParts::named(new QWidget(this), "top_");
+    auto *top = named(new QWidget(this), "top_");
     auto *row = new QHBoxLayout(top);
     row->setContentsMargins(Margin, 0, Margin, 0);
     row->setSpacing(LabelSpacing);
@@ -75,11 +76,11 @@ QWidget *SizeInputDialog::buildTop() {
 }
 
 QWidget *SizeInputDialog::buildBottom() {
-    auto *bottom = FormParts::named(new QWidget(this), "bottom_");
+    auto *bottom = named(new QWidget(this), "bottom_");
     bottom->setAttribute(Qt::WA_StyledBackground);
-    auto *ok = FormParts::named(new PositiveButton(tr("ok"), bottom), "ok_");
+    auto *ok = named(new PositiveButton(tr("ok"), bottom), "ok_");
     ok->setDefault(true);
-    auto *cancel = FormParts::named(new NegativeButton(tr("cancel"), bottom), "cancel_");
+    auto *cancel = named(new NegativeButton(tr("cancel"), bottom), "cancel_");
     connect(ok, &QPushButton::clicked, this, &SizeInputDialog::onOK);
     connect(cancel, &QPushButton::clicked, this, &SizeInputDialog::onCancel);
     auto *row = new QHBoxLayout(bottom);
