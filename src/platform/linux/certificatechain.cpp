@@ -1,5 +1,7 @@
 #include "platform/linux/certificatechain.h"
 
+#include "platform/linux/freer.h"
+
 #include <QFile>
 
 #include <openssl/x509_vfy.h>
@@ -16,10 +18,6 @@ namespace {
 /// Of the library's scale of security: 112 bits. A certificate whose digest (MD5, SHA-1) or short key anybody
 /// can forge vouches for nobody.
 constexpr int LeastSecurity = 2;
-
-template <auto Free> struct Freer {
-    template <typename Object> void operator()(Object *object) const { Free(object); }
-};
 
 /// Of a chain that does not hold. What a certificate is for is no error there: nobody asks the library.
 Trust trustOf(int error) {

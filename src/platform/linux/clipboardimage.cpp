@@ -1,6 +1,7 @@
 #include "platform/clipboardimage.h"
 
 #include "platform/clipboardkeeper.h"
+#include "platform/linux/descriptor.h"
 #include "platform/linux/keptimage.h"
 #include "platform/linux/linuxservices.h"
 #include "platform/linux/x11client.h"
@@ -15,8 +16,6 @@
 #include <QProcess>
 #include <QX11Info>
 
-#include <unistd.h>
-
 namespace {
 
 QString &keeperProgram() {
@@ -27,20 +26,18 @@ QString &keeperProgram() {
 /// Starts the process that keeps the image when we are gone. Without one the image is still there as long
 /// as the program runs.
 bool startKeeper(const QImage &image, quint32 copyTime) {
-    const int descriptor = platform::writeKeptImage(image, copyTime);
-    if (descriptor < 0)
+    const Descriptor file(platform::writeKeptImage(image, copyTime));
+    if (!file.isValid())
         return false;
     QProcess keeper;
     keeper.setProgram(keeperProgram().isEmpty() ? QCoreApplication::applicationFilePath() : keeperProgram());
     keeper.setArguments({QLatin1String(platform::ClipboardKeeperArgument)});
     keeper.setWorkingDirectory(QDir::rootPath());
-    keeper.setStandardInputFile(QStringLiteral("/proc/self/fd/%1").arg(descriptor));
+    keeper.setStandardInputFile(QStringLiteral("/proc/self/fd/%1").arg(file.get()));
     // Somebody may wait for the end of our output.
     keeper.setStandardOutputFile(QProcess::nullDevice());
     keeper.setStandardErrorFile(QProcess::nullDevice());
-    const bool started = keeper.startDetached();
-    ::close(descriptor);
-    return started;
+    return keeper.startDetached();
 }
 
 /// At the end of the program the toolkit offers what it still holds to the clipboard manager and waits up

@@ -1,5 +1,7 @@
 #include "platform/folderaccess.h"
 
+#include "platform/linux/descriptor.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -84,12 +86,8 @@ bool platform::makePrivateFolder(const QString &path) {
     const QByteArray name = QFile::encodeName(cleanPath);
     if (!makeMissingFolders(cleanPath) || !isTrustedEntry(name))
         return false;
-    const int descriptor = ::open(name.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0)
-        return false;
-    const bool isPrivate = takeOthersRights(descriptor);
-    ::close(descriptor);
-    return isPrivate;
+    const Descriptor folder(::open(name.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    return folder.isValid() && takeOthersRights(folder.get());
 }
 
 bool platform::keepsOurEntries(const QString &path) {

@@ -1,39 +1,24 @@
 #include "platform/linux/keptimage.h"
 
+#include "platform/linux/descriptor.h"
+
 #include <QImage>
 
 #include <sys/mman.h>
 #include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
 
 namespace {
-
-bool writeAll(int descriptor, const void *data, size_t size) {
-    const char *next = static_cast<const char *>(data);
-    while (size > 0) {
-        const ssize_t written = ::write(descriptor, next, size);
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0)
-            return false;
-        next += written;
-        size -= size_t(written);
-    }
-    return true;
-}
 
 bool writeImage(int descriptor, const QImage &image, quint32 copyTime) {
     platform::KeptImageHeader header;
     header.width = quint32(image.width());
     header.height = quint32(image.height());
     header.copyTime = copyTime;
-    if (!writeAll(descriptor, &header, sizeof header))
+    if (!platform::writeAll(descriptor, &header, sizeof header))
         return false;
     const size_t rowBytes = size_t(image.width()) * platform::KeptImageBytesPerPixel;
     for (int y = 0; y < image.height(); ++y) {
-        if (!writeAll(descriptor, image.constScanLine(y), rowBytes))
+        if (!platform::writeAll(descriptor, image.constScanLine(y), rowBytes))
             return false;
     }
     return true;
@@ -42,13 +27,10 @@ bool writeImage(int descriptor, const QImage &image, quint32 copyTime) {
 } // namespace
 
 int platform::writeKeptImage(const QImage &image, quint32 copyTime) {
-    const int descriptor = ::memfd_create("tindra-clipboard", MFD_CLOEXEC);
-    if (descriptor < 0)
-        return -1;
-    if (writeImage(descriptor, image.convertToFormat(QImage::Format_RGB32), copyTime))
-        return descriptor;
-    ::close(descriptor);
-    return -1;
+    Descriptor file(::memfd_create("tindra-clipboard", MFD_CLOEXEC));
+    const bool isWritten =
+        file.isValid() && writeImage(file.get(), image.convertToFormat(QImage::Format_RGB32), copyTime);
+    return isWritten ? file.release() : -1;
 }
 
 QImage platform::readKeptImage(int descriptor, quint32 *copyTime) {

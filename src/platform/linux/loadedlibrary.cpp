@@ -1,5 +1,7 @@
 #include "platform/loadedlibrary.h"
 
+#include "platform/linux/descriptor.h"
+
 #include <QByteArray>
 #include <QFile>
 
@@ -16,7 +18,6 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
-#include <utility>
 
 // This header of glibc forgets to say that its functions are C's.
 extern "C" {
@@ -40,42 +41,16 @@ QByteArray &trialProgram() {
     return program;
 }
 
-/// Owns a file descriptor.
-class Descriptor {
-public:
-    explicit Descriptor(int value) : m_value(value) {}
-    ~Descriptor() {
-        if (m_value >= 0)
-            ::close(m_value);
-    }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-
-    int value() const { return m_value; }
-    int release() { return std::exchange(m_value, -1); }
-    QByteArray path() const { return "/proc/self/fd/" + QByteArray::number(m_value); }
-
-private:
-    int m_value;
-};
-
-bool writeAll(int descriptor, const QByteArray &bytes) {
-    for (qint64 done = 0; done < bytes.size();) {
-        const ssize_t count =
-            ::write(descriptor, bytes.constData() + done, static_cast<size_t>(bytes.size() - done));
-        if (count < 0 && errno != EINTR)
-            return false;
-        done += qMax<ssize_t>(count, 0);
-    }
-    return true;
+QByteArray pathOf(const Descriptor &file) {
+    return "/proc/self/fd/" + QByteArray::number(file.get());
 }
 
 /// A file in memory alone, which nobody can change any more, this process included; negative on failure.
 int makeSealedFile(const QByteArray &bytes) {
     Descriptor file(::memfd_create("library", MFD_CLOEXEC | MFD_ALLOW_SEALING));
-    if (file.value() < 0 || !writeAll(file.value(), bytes))
+    if (!file.isValid() || !writeAll(file.get(), bytes.constData(), std::size_t(bytes.size())))
         return -1;
-    if (::fcntl(file.value(), F_ADD_SEALS, F_SEAL_WRITE | F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_SEAL) != 0)
+    if (::fcntl(file.get(), F_ADD_SEALS, F_SEAL_WRITE | F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_SEAL) != 0)
         return -1;
     return file.release();
 }
@@ -89,7 +64,7 @@ pid_t startTrial(const Descriptor &library) {
     ::posix_spawnattr_init(&attributes);
     for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream)
         ::posix_spawn_file_actions_addopen(&actions, stream, "/dev/null", O_RDWR, 0);
-    ::posix_spawn_file_actions_adddup2(&actions, library.value(), TrialDescriptor);
+    ::posix_spawn_file_actions_adddup2(&actions, library.get(), TrialDescriptor);
     ::posix_spawn_file_actions_addclosefrom_np(&actions, TrialDescriptor + 1);
     ::posix_spawnattr_setpgroup(&attributes, 0);
     ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
@@ -106,10 +81,10 @@ pid_t startTrial(const Descriptor &library) {
 /// Whether the process ended well and in time. It is gone afterwards in any case.
 bool endsWell(pid_t process) {
     const Descriptor watch(::pidfd_open(process, 0));
-    pollfd wait{watch.value(), POLLIN, 0};
+    pollfd wait{watch.get(), POLLIN, 0};
     int ready = 0;
     do {
-        ready = watch.value() < 0 ? 0 : ::poll(&wait, 1, TrialLimitMs);
+        ready = watch.isValid() ? ::poll(&wait, 1, TrialLimitMs) : 0;
     } while (ready < 0 && errno == EINTR);
     ::kill(-process, SIGKILL);
     int status = 0;
@@ -146,7 +121,7 @@ private:
 /// be taken for this one.
 LinuxLibrary::~LinuxLibrary() {
     ::dlclose(m_handle);
-    if (::dlopen(m_file.path().constData(), RTLD_NOW | RTLD_NOLOAD))
+    if (::dlopen(pathOf(m_file).constData(), RTLD_NOW | RTLD_NOLOAD))
         m_file.release();
 }
 
@@ -154,9 +129,9 @@ LinuxLibrary::~LinuxLibrary() {
 
 std::unique_ptr<LoadedLibrary> loadLibrary(const QByteArray &bytes) {
     Descriptor file(makeSealedFile(bytes));
-    if (file.value() < 0 || !survivesTrial(file))
+    if (!file.isValid() || !survivesTrial(file))
         return nullptr;
-    void *handle = ::dlopen(file.path().constData(), RTLD_NOW | RTLD_LOCAL);
+    void *handle = ::dlopen(pathOf(file).constData(), RTLD_NOW | RTLD_LOCAL);
     if (!handle)
         return nullptr;
     return std::make_unique<LinuxLibrary>(file.release(), handle);

@@ -1,5 +1,6 @@
 #include "platform/namedlock.h"
 
+#include "platform/linux/descriptor.h"
 #include "platform/linux/filelock.h"
 
 #include <QElapsedTimer>
@@ -54,20 +55,15 @@ bool NamedLock::lock(int limitMs) {
     QElapsedTimer waiting;
     waiting.start();
     for (int attempt = 0; attempt < maximumAttempts; ++attempt) {
-        const int descriptor =
-            ::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR);
-        if (descriptor < 0)
+        Descriptor file(
+            ::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR));
+        if (!file.isValid() || !lockWithin(file.get(), limitMs - int(waiting.elapsed())))
             return false;
-        if (!lockWithin(descriptor, limitMs - int(waiting.elapsed()))) {
-            ::close(descriptor);
-            return false;
-        }
-        if (isFileOfPath(descriptor, path)) {
-            m_descriptor = descriptor;
+        if (isFileOfPath(file.get(), path)) {
+            m_descriptor = file.release();
             return true;
         }
         // Somebody tidied the folder while we waited: others now lock a newer file.
-        ::close(descriptor);
     }
     return false;
 }

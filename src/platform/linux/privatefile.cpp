@@ -1,5 +1,6 @@
 #include "platform/privatefile.h"
 
+#include "platform/linux/descriptor.h"
 #include "platform/linux/filelock.h"
 #include "platform/namedlock.h"
 
@@ -22,25 +23,6 @@ using Clock = std::chrono::steady_clock;
 constexpr mode_t PrivateFolderMode = S_IRWXU;
 constexpr mode_t PrivateFileMode = S_IRUSR | S_IWUSR;
 constexpr mode_t OthersRights = S_IRWXG | S_IRWXO;
-
-class Descriptor {
-public:
-    explicit Descriptor(int descriptor) : m_descriptor(descriptor) {}
-    ~Descriptor() { reset(-1); }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-
-    void reset(int descriptor) {
-        if (m_descriptor >= 0)
-            ::close(m_descriptor);
-        m_descriptor = descriptor;
-    }
-    int get() const { return m_descriptor; }
-    bool isValid() const { return m_descriptor >= 0; }
-
-private:
-    int m_descriptor;
-};
 
 int openFolder(const QByteArray &path) {
     ::mkdir(path.constData(), PrivateFolderMode); // fails when the folder is there, which is as good

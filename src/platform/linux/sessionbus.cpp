@@ -1,5 +1,7 @@
 #include "platform/linux/sessionbus.h"
 
+#include "platform/linux/descriptor.h"
+
 #include <QDBusError>
 #include <QElapsedTimer>
 #include <QFile>
@@ -25,22 +27,6 @@ constexpr int silenceMs = 10000;
 
 enum class Answer { Given, Refused, Silence };
 
-class Socket {
-public:
-    Socket() : m_descriptor(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)) {}
-    ~Socket() {
-        if (m_descriptor >= 0)
-            ::close(m_descriptor);
-    }
-    Socket(const Socket &) = delete;
-    Socket &operator=(const Socket &) = delete;
-
-    int descriptor() const { return m_descriptor; }
-
-private:
-    int m_descriptor;
-};
-
 /// The socket's name as the system takes it; that of an abstract one begins with a zero. Other words of an
 /// address are for those who listen: the bus library connects to none of them.
 QByteArray socketName(const QString &entry) {
@@ -62,25 +48,25 @@ QByteArray socketName(const QString &entry) {
 /// Begins the greeting that each client of a bus begins with, and waits for any answer.
 Answer greet(const QByteArray &name) {
     sockaddr_un address = {};
-    const Socket socket;
-    if (socket.descriptor() < 0 || name.isEmpty() || std::size_t(name.size()) >= sizeof address.sun_path)
+    const Descriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    if (!socket.isValid() || name.isEmpty() || std::size_t(name.size()) >= sizeof address.sun_path)
         return Answer::Refused;
     address.sun_family = AF_UNIX;
     std::memcpy(address.sun_path, name.constData(), std::size_t(name.size()));
     // The length counts: an abstract name ends with it and not with a zero.
     const auto size = socklen_t(offsetof(sockaddr_un, sun_path) + std::size_t(name.size()));
-    if (::connect(socket.descriptor(), reinterpret_cast<const sockaddr *>(&address), size) != 0)
+    if (::connect(socket.get(), reinterpret_cast<const sockaddr *>(&address), size) != 0)
         return errno == EAGAIN ? Answer::Silence : Answer::Refused;
     const QByteArray user = QByteArray::number(uint(::geteuid())).toHex();
     const QByteArray greeting = '\0' + QByteArray("AUTH EXTERNAL ") + user + "\r\n";
-    if (::send(socket.descriptor(), greeting.constData(), std::size_t(greeting.size()), MSG_NOSIGNAL) !=
+    if (::send(socket.get(), greeting.constData(), std::size_t(greeting.size()), MSG_NOSIGNAL) !=
         greeting.size())
         return Answer::Refused;
-    struct pollfd readable = {socket.descriptor(), POLLIN, 0};
+    struct pollfd readable = {socket.get(), POLLIN, 0};
     if (::poll(&readable, 1, answerTimeoutMs) <= 0)
         return Answer::Silence;
     char first = 0;
-    return ::recv(socket.descriptor(), &first, 1, 0) == 1 ? Answer::Given : Answer::Refused;
+    return ::recv(socket.get(), &first, 1, 0) == 1 ? Answer::Given : Answer::Refused;
 }
 
 /// By address: since when a bus has been silent.

@@ -1,6 +1,7 @@
 #include "platform/linux/signedmessage.h"
 
 #include "platform/linux/certificatechain.h"
+#include "platform/linux/freer.h"
 
 #include <openssl/asn1t.h>
 #include <openssl/bio.h>
@@ -23,9 +24,6 @@ constexpr char CounterSignature[] = "1.2.840.113549.1.9.6";
 
 constexpr int LongestOid = 80;
 
-template <auto Free> struct Freer {
-    template <typename Object> void operator()(Object *object) const { Free(object); }
-};
 using BioPointer = std::unique_ptr<BIO, Freer<BIO_free_all>>;
 using MessagePointer = std::unique_ptr<PKCS7, Freer<PKCS7_free>>;
 
