@@ -1,5 +1,7 @@
 #pragma once
 
+#include "orderofgrowth.h"
+
 #include <QString>
 
 #include <vector>
@@ -12,19 +14,11 @@ enum Bound { AtMost, AtLeast };
 /// `measured` and `bound` in the same unit.
 void print(const QString &what, double measured, const char *unit, double bound, Bound kind = AtMost);
 
-/// What was measured with so much of something.
-struct Point {
-    double size;
-    double value;
-};
-/// How fast the values may grow: the greatest exponent of the size, with room for noise, and for what costs
-/// more by the byte once it has outgrown the caches.
-constexpr double Flat = 0.25;
+/// How fast the values may grow: the greatest order. That of linear has room for noise, for a logarithm and
+/// for what costs more by the byte once it has outgrown the caches, and none for a square.
+constexpr double Flat = 0;
 constexpr double Linear = 1.35;
 
-/// The x of values that grow as size to the power of x, by the last three points: what is measured with
-/// little is mostly what it costs anyway.
-double orderOfGrowth(const std::vector<Point> &points);
 /// A line with the value at each point, in `unit`, and the order of growth as what is measured.
 void printGrowth(const QString &what, const char *unit, const std::vector<Point> &points, double bound);
 
