@@ -13,6 +13,7 @@ namespace {
 
 constexpr int Width = 3840;
 constexpr int Height = 2160;
+constexpr int PlainBlock = 6;
 
 /// A picture with colours that change and, now and then, a pixel that is not there.
 QImage capture() {
@@ -41,6 +42,41 @@ void pixelateAll(benchmark::State &state, int block) {
     for (auto _ : state)
         pixelate(image, image.rect(), block);
 }
+/// The same as one would put it down first: over the pixels of each block, twice.
+void pixelatePlainly(QImage &image, int block) {
+    const auto eachPixel = [&](const QRect &area, auto work) {
+        for (int y = area.top(); y <= area.bottom(); ++y) {
+            uchar *pixel = image.scanLine(y) + area.left() * 4;
+            for (int x = area.left(); x <= area.right(); ++x, pixel += 4) {
+                if (pixel[3] != 0)
+                    work(pixel);
+            }
+        }
+    };
+    for (int top = 0; top < image.height(); top += block) {
+        for (int left = 0; left < image.width(); left += block) {
+            const QRect area = QRect(left, top, block, block) & image.rect();
+            quint32 sums[3] = {}, count = 0;
+            eachPixel(area, [&](const uchar *pixel) {
+                ++count;
+                for (int channel = 0; channel < 3; ++channel)
+                    sums[channel] += pixel[channel];
+            });
+            eachPixel(area, [&](uchar *pixel) {
+                for (int channel = 0; channel < 3; ++channel)
+                    pixel[channel] = uchar(sums[channel] / count);
+            });
+        }
+    }
+}
+
+void plainLoop(benchmark::State &state) {
+    QImage image = capture();
+    for (auto _ : state)
+        pixelatePlainly(image, PlainBlock);
+}
+BENCHMARK(plainLoop)->Name("pixelate/plain");
+
 BENCHMARK_CAPTURE(pixelateAll, , 4)->Name("pixelate/4");
 BENCHMARK_CAPTURE(pixelateAll, , 6)->Name("pixelate/6");
 BENCHMARK_CAPTURE(pixelateAll, , 9)->Name("pixelate/9");
