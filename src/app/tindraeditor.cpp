@@ -260,12 +260,17 @@ void TindraEditor::settleSize() {
 void TindraEditor::bringUp() {
     if (!isVisible()) {
         leaveSpecialState();
-        settleSize();
-        centreOnScreen(this, frameGeometry().size());
-        keepOnScreen(this);
+        m_centresAtShow = true;
         show();
+        m_centresAtShow = false;
     }
     bringToFront(this);
+}
+
+void TindraEditor::centre() {
+    settleSize();
+    centreOnScreen(this, frameGeometry().size());
+    keepOnScreen(this);
 }
 
 void TindraEditor::tellAboutRestoredCaptures() {
@@ -493,6 +498,10 @@ void TindraEditor::closeEvent(QCloseEvent *event) {
 }
 
 void TindraEditor::showEvent(QShowEvent *event) {
+    // The style sheet for the screen's scale, and with it the least size, comes with the first of these
+    // events; the window is not seen before they are over.
+    if (m_centresAtShow)
+        centre();
     m_shows->onShow();
     QMainWindow::showEvent(event);
     bringToFront(this);

@@ -121,6 +121,7 @@ private:
     void finishOpenItem();
     void leaveSpecialState();
     void settleSize();
+    void centre();
     void showForCapture(const QString &path, bool added);
     void fitTo(const QSize &image, const QPoint &point);
 
@@ -136,6 +137,7 @@ private:
     CaptureFitting *m_fitting;
     RestoredCaptures m_restored;
     ShowSteps *m_shows = nullptr;
+    bool m_centresAtShow = false;
     bool m_isEmpty = false; ///< as last told; before that, nobody knows
     QTimer m_hideBlock;
 };
