@@ -3,6 +3,7 @@
 #include "canvas/editor.h"
 #include "ipc/imageprovider.h"
 #include "output/imagewriter.h"
+#include "platform/privatefile.h"
 #include "services/workfolder.h"
 
 #include <QFile>
@@ -10,8 +11,6 @@
 #include <QUuid>
 
 namespace {
-
-constexpr QFileDevice::Permissions PrivateFile = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 
 /// Ends like every capture that an exit clears away and that comes back after a crash.
 QString newName() {
@@ -24,7 +23,7 @@ bool copyImage(const QString &key, const QString &path) {
     if (QFileInfo(key).isFile() && !ImageProvider::instance()->isInMemory(key)) {
         if (!QFile::copy(key, path))
             return false;
-        QFile::setPermissions(path, PrivateFile);
+        QFile::setPermissions(path, platform::PrivateFileRights);
         return true;
     }
     // It came through memory, or its file has been taken away while it was shown.

@@ -5,6 +5,7 @@
 #include "history/historylistwidgetitem.h"
 #include "history/historywidget.h"
 #include "platform/folderaccess.h"
+#include "platform/privatefile.h"
 #include "services/tracelog.h"
 #include "services/workfolder.h"
 
@@ -16,7 +17,6 @@ namespace {
 
 const QLatin1String PinFolder("/pin");
 const auto SaveTag = QStringLiteral("SavePinnedHistories");
-constexpr QFileDevice::Permissions PrivateFile = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 
 QString numberedPath(const QString &folder, int number) {
     return QStringLiteral("%0/%1.png").arg(folder, QString::number(number));
@@ -39,7 +39,7 @@ bool hasReadableFile(const Editor *editor) {
 bool moveToPin(const Editor *editor, const QString &path) {
     if (!QFile::rename(editor->imageKey(), path))
         return false;
-    QFile::setPermissions(path, PrivateFile);
+    QFile::setPermissions(path, platform::PrivateFileRights);
     return true;
 }
 
@@ -114,7 +114,7 @@ QStringList HistoryWidget::restorePinnedImages() {
         // A link would take a file from elsewhere in; a pipe would never end.
         if (pinned.isSymLink() || !pinned.isFile() || !QFile::copy(paths[i], copy))
             continue;
-        QFile::setPermissions(copy, PrivateFile);
+        QFile::setPermissions(copy, platform::PrivateFileRights);
         copies.append(copy);
     }
     return copies;

@@ -1,6 +1,7 @@
 #include "output/imagewriter.h"
 
 #include "output/gifimagewriter.h"
+#include "platform/privatefile.h"
 
 #include <QBuffer>
 #include <QFile>
@@ -107,5 +108,5 @@ bool writeImage(const QImage &image, const QString &path, int quality) {
 }
 
 bool writePinImage(const QImage &image, const QString &path) {
-    return write(image, path, BestQuality, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    return write(image, path, BestQuality, platform::PrivateFileRights);
 }

@@ -2,6 +2,7 @@
 
 #include "platform/configurationfiles.h"
 #include "platform/folderaccess.h"
+#include "platform/privatefile.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -165,7 +166,7 @@ ConfigurationLocation::~ConfigurationLocation() {
         return;
     m_settings->sync();
     if (QFileInfo(m_fileName).isFile())
-        QFile::setPermissions(m_fileName, QFile::ReadOwner | QFile::WriteOwner);
+        QFile::setPermissions(m_fileName, platform::PrivateFileRights);
 }
 
 QVariant ConfigurationLocation::value(const QString &name) const {

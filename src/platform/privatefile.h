@@ -1,9 +1,13 @@
 #pragma once
 
 #include <QByteArray>
+#include <QFileDevice>
 #include <QString>
 
 namespace platform {
+
+/// Of a file that nobody but this user may look into.
+constexpr QFileDevice::Permissions PrivateFileRights = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 
 /// Appends the bytes to the file in one piece, so that several processes may write to one file.
 ///
