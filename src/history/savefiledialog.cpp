@@ -40,16 +40,43 @@ SaveFileDialog::SaveFileDialog(QWidget *parent, const QString &suggested, const 
 }
 
 void SaveFileDialog::accept() {
-    const QString path = selectedFiles().value(0);
-    if (!path.isEmpty() && !QFileInfo(path).isDir())
-        setPath(withSuffix(path));
+    const QString named = chosenPath();
+    if (!named.isEmpty() && !QFileInfo(named).isDir())
+        setPath(withSuffix(named));
     // Whatever the dialog made of that: it is what will be written.
-    if (mayWrite(selectedFiles().value(0)))
+    const QString path = chosenPath();
+    if (!mayWrite(path))
+        return;
+    if (!hasQuote()) {
         FileDialog::accept();
+    } else if (QFileInfo(path).isDir()) {
+        setDirectory(path);
+        nameField()->clear();
+    } else {
+        QDialog::accept();
+    }
+}
+
+QLineEdit *SaveFileDialog::nameField() const {
+    return findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+}
+
+bool SaveFileDialog::hasQuote() const {
+    return nameField()->text().contains(QLatin1Char('"'));
+}
+
+// The toolkit's dialog takes quotes for the bounds of several names and keeps only what stands between two.
+QString SaveFileDialog::chosenPath() const {
+    if (!hasQuote())
+        return FileDialog::chosenPath();
+    QString name = nameField()->text();
+    if (name.startsWith(QLatin1String("~/")))
+        name.replace(0, 1, QDir::homePath());
+    return QDir::cleanPath(directory().absoluteFilePath(name));
 }
 
 void SaveFileDialog::setPath(const QString &path) {
-    if (path == selectedFiles().value(0) && directory() == QFileInfo(path).dir())
+    if (path == chosenPath() && directory() == QFileInfo(path).dir())
         return;
     // A folder that is missing cannot be shown; its file must not become one of the folder that is.
     const QFileInfo file(path);
@@ -57,7 +84,7 @@ void SaveFileDialog::setPath(const QString &path) {
     if (isShown)
         selectFile(path);
     // While it has the focus, the field keeps what was typed, which the folder may not fit any more.
-    findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(isShown ? file.fileName() : path);
+    nameField()->setText(isShown ? file.fileName() : path);
 }
 
 bool SaveFileDialog::mayWrite(const QString &path) {

@@ -2,10 +2,13 @@
 
 #include "ui/filedialog.h"
 
+class QLineEdit;
+
 /// Asks for the name of a picture to write.
 ///
 /// A name without the suffix of a picture format gets the one of the selected filter, before the question
-/// whether to replace a file of that name. No to that leads back to the dialog.
+/// whether to replace a file of that name. No to that leads back to the dialog. A double quote is a letter of
+/// the name like any other.
 class SaveFileDialog : public FileDialog {
     Q_OBJECT
 public:
@@ -15,8 +18,11 @@ public:
 
 protected:
     void accept() override;
+    QString chosenPath() const override;
 
 private:
+    QLineEdit *nameField() const;
+    bool hasQuote() const;
     QString withSuffix(const QString &path) const;
     /// Makes that the chosen file.
     void setPath(const QString &path);

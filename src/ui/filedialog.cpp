@@ -11,7 +11,11 @@ FileDialog::FileDialog(QWidget *parent, const QString &title) : QFileDialog(pare
 }
 
 QString FileDialog::askPath() {
-    return exec() == Accepted ? selectedFiles().value(0) : QString();
+    return exec() == Accepted ? chosenPath() : QString();
+}
+
+QString FileDialog::chosenPath() const {
+    return selectedFiles().value(0);
 }
 
 QString FileDialog::askFolder(QWidget *parent, const QString &title, const QString &folder) {

@@ -15,4 +15,8 @@ public:
     QString askPath();
     /// Asks for a folder that exists, beginning with `folder` if that is one; empty when cancelled.
     static QString askFolder(QWidget *parent, const QString &title, const QString &folder);
+
+protected:
+    /// What the dialog stands for now, which `askPath` tells once it is accepted.
+    virtual QString chosenPath() const;
 };

@@ -35,6 +35,9 @@ private slots:
     void suffixComesFromNameOrFilter();
     void nameTypedUntilTheEndGetsItsSuffix_data();
     void nameTypedUntilTheEndGetsItsSuffix();
+    void quoteIsALetterOfTheName_data();
+    void quoteIsALetterOfTheName();
+    void folderWithAQuoteIsOpened();
     void missingFolderTakesNoFileElsewhere_data();
     void missingFolderTakesNoFileElsewhere();
     void existingFileIsReplacedAfterOneQuestion_data();
@@ -359,6 +362,67 @@ void Tst_SaveFlow::nameTypedUntilTheEndGetsItsSuffix() {
     QVERIFY(answers.isDone());
     QCOMPARE(QImageReader(target(file)).size(), QSize(40, 30));
     QCOMPARE(editor()->savedPath(), target(file));
+}
+
+void Tst_SaveFlow::quoteIsALetterOfTheName_data() {
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<bool>("isThere");
+    const QString home = QDir::homePath() + "/"_qs;
+    for (const bool isThere : {false, true}) {
+        const auto row = [&](const char *name, const QString &typed, const QString &path) {
+            QTest::addRow("%s, %s", name, isThere ? "there already" : "new") << typed << path << isThere;
+        };
+        row("one", "5\" screen"_qs, "5\" screen.png"_qs);
+        row("one at the end", "5\""_qs, "5\".png"_qs);
+        row("a pair", "say \"hi\".png"_qs, "say \"hi\".png"_qs);
+        row("all of it", "\"shot.png\""_qs, "\"shot.png\".png"_qs);
+        row("in a folder", "inner/5\" screen.bmp"_qs, "inner/5\" screen.bmp"_qs);
+        row("in a folder that has one", "7\" inner/shot"_qs, "7\" inner/shot.png"_qs);
+        row("in the folder above", "inner/../5\" screen"_qs, "5\" screen.png"_qs);
+        row("at home", "~/5\" screen"_qs, home + "5\" screen.png"_qs);
+    }
+}
+
+void Tst_SaveFlow::quoteIsALetterOfTheName() {
+    QFETCH(QString, typed);
+    QFETCH(QString, path);
+    QFETCH(bool, isThere);
+    const QString file = QDir(m_target->path()).absoluteFilePath(path);
+    QVERIFY(QDir(m_target->path()).mkdir("inner"_qs));
+    QVERIFY(QDir(m_target->path()).mkdir("7\" inner"_qs));
+    QFile::remove(file);
+    if (isThere)
+        QVERIFY(QImage(7, 7, QImage::Format_RGB32).save(file));
+    select("a"_qs, {40, 30});
+    ModalAnswers answers;
+    answers.add([&](QWidget *dialog) {
+        ModalAnswers question;
+        if (isThere)
+            question.addPress("Yes"_qs);
+        acceptWhileTyping(dialog, typed);
+        QVERIFY(question.isDone());
+        QVERIFY(!dialog->isVisible());
+    });
+    m_panel->onSaveCurrentImage(false, true);
+    QVERIFY(answers.isDone());
+    QCOMPARE(QImageReader(file).size(), QSize(40, 30));
+    QCOMPARE(editor()->savedPath(), file);
+}
+
+void Tst_SaveFlow::folderWithAQuoteIsOpened() {
+    QVERIFY(QDir(m_target->path()).mkdir("7\" inner"_qs));
+    select("a"_qs, {40, 30});
+    ModalAnswers answers;
+    answers.add([&](QWidget *widget) {
+        acceptWhileTyping(widget, "7\" inner"_qs);
+        QVERIFY(widget->isVisible());
+        QCOMPARE(qobject_cast<QFileDialog *>(widget)->directory().absolutePath(), target("7\" inner"_qs));
+        acceptWhileTyping(widget, "shot"_qs);
+    });
+    m_panel->onSaveCurrentImage(false, true);
+    QVERIFY(answers.isDone());
+    QCOMPARE(QImageReader(target("7\" inner/shot.png"_qs)).size(), QSize(40, 30));
 }
 
 void Tst_SaveFlow::missingFolderTakesNoFileElsewhere_data() {
