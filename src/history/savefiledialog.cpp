@@ -35,7 +35,7 @@ SaveFileDialog::SaveFileDialog(QWidget *parent, const QString &suggested, const 
     selectNameFilter(filters.value(selected, filters.value(0)));
     setDefaultSuffix(suffixOfFilter(selectedNameFilter()));
     const QFileInfo file(suggested);
-    setDirectory(file.absolutePath());
+    beginIn(file.path());
     selectFile(file.fileName());
 }
 

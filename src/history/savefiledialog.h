@@ -12,8 +12,8 @@ class QLineEdit;
 class SaveFileDialog : public FileDialog {
     Q_OBJECT
 public:
-    /// `suggested`: full path without suffix. `filters`: entries like "png file (*.png)"; `selected`: the
-    /// index of the first choice, the first entry if out of range.
+    /// `suggested`: full path without suffix; its folder may be missing. `filters`: entries like "png file
+    /// (*.png)"; `selected`: the index of the first choice, the first entry if out of range.
     SaveFileDialog(QWidget *parent, const QString &suggested, const QStringList &filters, int selected);
 
 protected:

@@ -13,10 +13,13 @@ public:
 
     /// Runs the dialog; empty when it was cancelled.
     QString askPath();
-    /// Asks for a folder that exists, beginning with `folder` if that is one; empty when cancelled.
+    /// Asks for a folder that exists, beginning as `beginIn` does; empty when cancelled.
     static QString askFolder(QWidget *parent, const QString &title, const QString &folder);
 
 protected:
+    /// Shows that folder, or the nearest one above it that exists. At home when that is the root alone, and
+    /// for a folder without an absolute path: where the process was started means nothing to the user.
+    void beginIn(const QString &folder);
     /// What the dialog stands for now, which `askPath` tells once it is accepted.
     virtual QString chosenPath() const;
 };

@@ -31,6 +31,7 @@ private slots:
     void autoSaveWithoutItsFolderFails();
     void dialogSuggestsNameAndFilter_data();
     void dialogSuggestsNameAndFilter();
+    void missingFolderBeginsInTheNearestOne();
     void suffixComesFromNameOrFilter_data();
     void suffixComesFromNameOrFilter();
     void nameTypedUntilTheEndGetsItsSuffix_data();
@@ -284,6 +285,22 @@ void Tst_SaveFlow::dialogSuggestsNameAndFilter() {
     QTEST(filter, "filter");
     QCOMPARE(filters, (QStringList{"png file (*.png)"_qs, "jpg file (*.jpg)"_qs, "bmp file (*.bmp)"_qs,
                                    "gif file (*.gif)"_qs, "webp file (*.webp)"_qs}));
+}
+
+void Tst_SaveFlow::missingFolderBeginsInTheNearestOne() {
+    setText(TindraPreferences::FilePath, target("missing/too"_qs));
+    select("a"_qs, {40, 30});
+    ModalAnswers answers;
+    answers.add([&](QWidget *widget) {
+        auto *dialog = qobject_cast<QFileDialog *>(widget);
+        QVERIFY(dialog);
+        QCOMPARE(dialog->directory().absolutePath(), m_target->path());
+        QCOMPARE(dialog->findChild<QLineEdit *>("fileNameEdit"_qs)->text(), "20240506_070809"_qs);
+        static_cast<QDialog *>(dialog)->accept();
+    });
+    m_panel->onSaveCurrentImage(false, true);
+    QVERIFY(answers.isDone());
+    QCOMPARE(QImageReader(target("20240506_070809.png"_qs)).size(), QSize(40, 30));
 }
 
 void Tst_SaveFlow::suffixComesFromNameOrFilter_data() {

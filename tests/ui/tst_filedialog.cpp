@@ -24,7 +24,11 @@ private slots:
     void namesOfPlacesFitTheSidebar();
     void chosenFolderIsTold();
     void cancelledChoiceIsEmpty();
-    void missingFolderIsNoBeginning();
+    void missingFolderBeginsNearby_data();
+    void missingFolderBeginsNearby();
+
+private:
+    QTemporaryDir m_folder;
 };
 
 namespace {
@@ -155,16 +159,38 @@ void Tst_FileDialog::cancelledChoiceIsEmpty() {
     QVERIFY(answers.isDone());
 }
 
-void Tst_FileDialog::missingFolderIsNoBeginning() {
+void Tst_FileDialog::missingFolderBeginsNearby_data() {
+    QTest::addColumn<QString>("folder");
+    QTest::addColumn<QString>("shown");
+    const QString here = m_folder.path();
+    QTest::newRow("there") << here << here;
+    QTest::newRow("missing in one that is there") << here + QStringLiteral("/missing") << here;
+    QTest::newRow("two levels missing") << here + QStringLiteral("/missing/too") << here;
+    QTest::newRow("a file's") << QCoreApplication::applicationFilePath()
+                              << QCoreApplication::applicationDirPath();
+    QTest::newRow("root") << QStringLiteral("/") << QStringLiteral("/");
+    QTest::newRow("all of it missing") << QStringLiteral("/missing/folder") << QDir::homePath();
+    QTest::newRow("without the way to it") << QStringLiteral("inner") << QDir::homePath();
+    QTest::newRow("none") << QString() << QDir::homePath();
+}
+
+void Tst_FileDialog::missingFolderBeginsNearby() {
+    QFETCH(QString, folder);
+    // Whoever starts the program is anywhere.
+    const QTemporaryDir elsewhere;
+    QVERIFY(QDir(elsewhere.path()).mkdir(QStringLiteral("inner")));
+    const QString before = QDir::currentPath();
+    QVERIFY(QDir::setCurrent(elsewhere.path()));
     QString begun;
     ModalAnswers answers;
     answers.add([&](QWidget *widget) {
         begun = qobject_cast<FileDialog *>(widget)->directory().absolutePath();
         widget->close();
     });
-    FileDialog::askFolder(nullptr, QString(), QStringLiteral("/missing/folder"));
+    FileDialog::askFolder(nullptr, QString(), folder);
+    QVERIFY(QDir::setCurrent(before));
     QVERIFY(answers.isDone());
-    QVERIFY2(QFileInfo(begun).isDir(), qPrintable(begun));
+    QTEST(begun, "shown");
 }
 
 QTEST_MAIN(Tst_FileDialog)
