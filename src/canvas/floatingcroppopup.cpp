@@ -4,12 +4,17 @@
 #include "canvas/items/drawingcropitem.h"
 #include "popups/croppopup.h"
 
+#include <QAction>
 #include <QGraphicsView>
 #include <QScrollBar>
 
 FloatingCropPopup::FloatingCropPopup(QGraphicsView *view)
-    : m_view(view), m_popup(std::make_unique<CropPopup>(view)) {
+    : m_view(view), m_popup(std::make_unique<CropPopup>(view)), m_enter(new QAction(view)) {
     m_popup->hide();
+    m_enter->setShortcut(Popup::EnteringKey);
+    m_enter->setEnabled(false);
+    m_view->addAction(m_enter);
+    QObject::connect(m_enter, &QAction::triggered, m_popup.get(), [this] { moveKeyboard(); });
 }
 
 FloatingCropPopup::~FloatingCropPopup() {
@@ -19,6 +24,8 @@ FloatingCropPopup::~FloatingCropPopup() {
 
 void FloatingCropPopup::open(DrawingCropItem *item) {
     m_item = item;
+    // An open text has the key for itself.
+    m_enter->setEnabled(item != nullptr);
     if (!item)
         return;
     item->attachPopup(m_popup.get());
@@ -32,6 +39,15 @@ void FloatingCropPopup::finish() {
         m_popup->hide();
     }
     m_item = nullptr;
+    m_enter->setEnabled(false);
+}
+
+// The keys of the window behind act in a tool window as well, so this is the way back too.
+void FloatingCropPopup::moveKeyboard() {
+    if (m_popup->isActiveWindow())
+        m_view->window()->activateWindow();
+    else if (m_popup->isVisible())
+        m_popup->takeKeyboard();
 }
 
 void FloatingCropPopup::place() {

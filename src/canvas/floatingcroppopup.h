@@ -6,9 +6,12 @@
 
 class CropPopup;
 class DrawingCropItem;
+class QAction;
 class QGraphicsView;
 
 /// The crop's popup as it floats over a view, bound to the crop that is open there. Owned by the view.
+///
+/// While it is, `Popup::EnteringKey` leads the keyboard from the view's window into it and back.
 class FloatingCropPopup {
 public:
     explicit FloatingCropPopup(QGraphicsView *view);
@@ -27,7 +30,10 @@ public:
     void setShown(bool shown);
 
 private:
+    void moveKeyboard();
+
     QGraphicsView *m_view;
     std::unique_ptr<CropPopup> m_popup;
+    QAction *m_enter; ///< belongs to the view
     QPointer<DrawingCropItem> m_item;
 };

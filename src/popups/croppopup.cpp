@@ -4,8 +4,11 @@
 #include "ui/positivebutton.h"
 #include "ui/rangedspinbox.h"
 
+#include <QEvent>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QSignalBlocker>
 
 #include <limits>
@@ -63,9 +66,23 @@ void CropPopup::onChangedCropSize() {
     emit sizeChanged(size);
 }
 
-void CropPopup::showEvent(QShowEvent *event) {
-    Popup::showEvent(event);
+void CropPopup::takeKeyboard() {
+    activateWindow();
+    m_width->setFocus(Qt::ShortcutFocusReason);
     m_width->selectAll();
+}
+
+bool CropPopup::event(QEvent *event) {
+    if (event->type() == QEvent::WindowActivate) {
+        const bool isClicked = QGuiApplication::mouseButtons() != Qt::NoButton;
+        if (!isClicked && (!focusWidget() || focusWidget() == m_width))
+            m_width->selectAll();
+    } else if (event->type() == QEvent::WindowDeactivate) {
+        const auto fields = findChildren<QLineEdit *>();
+        for (QLineEdit *field : fields)
+            field->deselect();
+    }
+    return Popup::event(event);
 }
 
 void CropPopup::cancelByKey() {

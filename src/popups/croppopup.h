@@ -20,6 +20,8 @@ public:
     void setMaximumCropSize(QSize size);
     /// Shows the size of the frame; nothing is emitted.
     void setCropSize(QSize size);
+    /// For `EnteringKey`: the width has the focus, and Tab goes on.
+    void takeKeyboard();
 
 public slots:
     void onChangedCropSize();
@@ -31,8 +33,8 @@ signals:
 
 protected:
     void cancelByKey() override;
-    /// What is typed first replaces the width, which has the focus then.
-    void showEvent(QShowEvent *event) override;
+    /// What is typed first replaces the width. A number is selected only while typing reaches it.
+    bool event(QEvent *event) override;
 
 private:
     RangedSpinBox *addSpinBox(const QString &name, const QString &labelName, const QString &text);

@@ -18,6 +18,9 @@ public:
     /// What the end of the panel meant.
     enum CloseMode { Triggered = 0, Canceled = 1, Closed = 2 };
 
+    /// Leads the keyboard into a panel that floats over what it belongs to, and back.
+    static constexpr Qt::Key EnteringKey = Qt::Key_F6;
+
     explicit Popup(QWidget *parent = nullptr);
     ~Popup() override;
 

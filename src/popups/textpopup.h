@@ -31,8 +31,6 @@ public:
     /// For the key that leads here from the text, `EnteringKey`: the size box has the focus, and Tab goes on.
     void takeKeyboard();
 
-    static constexpr Qt::Key EnteringKey = Qt::Key_F6;
-
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 public slots:

@@ -25,6 +25,7 @@ private slots:
     void barsTakeRoom();
     void comesAndGoesWithTheView();
     void staysAwayWithoutACrop();
+    void keyLeadsInAndBack();
 
 private:
     void open(const QSize &image, const QSize &view);
@@ -210,6 +211,25 @@ void Tst_FloatingCropPopup::staysAwayWithoutACrop() {
     m_view->onMoveMainWindow();
     QVERIFY(!popup()->isVisible());
     QCOMPARE(popup()->pos(), place);
+}
+
+void Tst_FloatingCropPopup::keyLeadsInAndBack() {
+    open({600, 400}, {700, 500});
+    m_view->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_view.get()));
+    for (int round = 0; round < 2; ++round) {
+        QTest::keyClick(m_view.get(), Qt::Key_F6);
+        QVERIFY(QTest::qWaitForWindowActive(popup()));
+        QTest::keyClick(popup()->focusWidget(), Qt::Key_F6);
+        QVERIFY(QTest::qWaitForWindowActive(m_view.get()));
+    }
+    QVERIFY(m_item->isOpen());
+    m_editor->finishCurrentItem(false);
+    QVERIFY(!popup()->isVisible());
+    QTest::keyClick(m_view.get(), Qt::Key_F6);
+    QCoreApplication::processEvents();
+    QVERIFY(!popup()->isVisible());
+    QVERIFY(m_view->isActiveWindow());
 }
 
 QTEST_MAIN(Tst_FloatingCropPopup)

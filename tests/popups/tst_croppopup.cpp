@@ -22,6 +22,7 @@ private slots:
     void typingBelowTheLimitIsNotReported();
     void typedBeyondTheImageIsCut();
     void firstDigitsTypedReplaceTheWidth();
+    void nothingIsSelectedWithoutTheKeyboard();
     void imageSmallerThanTheSmallestFrame();
 
 private:
@@ -137,6 +138,37 @@ void Tst_CropPopup::firstDigitsTypedReplaceTheWidth() {
     QTest::keyClick(m_popup->windowHandle(), Qt::Key_6);
     QCOMPARE(width()->text(), QStringLiteral("56"));
     QCOMPARE(m_sizes, QList<QSize>{QSize(56, 120)});
+}
+
+// In colour it would say that typing replaces it.
+void Tst_CropPopup::nothingIsSelectedWithoutTheKeyboard() {
+    const auto selected = [](const RangedSpinBox *box) {
+        return box->findChild<QLineEdit *>()->selectedText();
+    };
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QVERIFY(!m_popup->isActiveWindow());
+    QCOMPARE(selected(width()), QString());
+
+    m_popup->takeKeyboard();
+    QVERIFY(QTest::qWaitForWindowActive(m_popup.data()));
+    QVERIFY(width()->hasFocus());
+    QCOMPARE(selected(width()), QStringLiteral("170"));
+    height()->setFocus();
+    height()->selectAll();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QCOMPARE(selected(height()), QString());
+    // Where the keyboard was, it comes back; the key leads to the width again.
+    m_popup->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_popup.data()));
+    QVERIFY(height()->hasFocus());
+    QCOMPARE(selected(width()), QString());
+    m_popup->takeKeyboard();
+    QVERIFY(width()->hasFocus());
+    QCOMPARE(selected(width()), QStringLiteral("170"));
 }
 
 void Tst_CropPopup::imageSmallerThanTheSmallestFrame() {

@@ -30,6 +30,7 @@ private slots:
     void escapeAndReturn_data();
     void escapeAndReturn();
     void sizeIsTyped();
+    void panelIsUsedByKeysAlone();
     void arrowKeysStepTheSize();
     void returnPressesTheButtonWithTheFocus_data();
     void returnPressesTheButtonWithTheFocus();
@@ -247,6 +248,28 @@ void Tst_Crop::sizeIsTyped() {
     keys({"Return"_qs});
     QTRY_COMPARE(scene()->cropRect(), QRect(100, 60, 200, 40));
     QCOMPARE(saved().size(), QSize(200, 40));
+}
+
+void Tst_Crop::panelIsUsedByKeysAlone() {
+    clickCrop();
+    const auto *width = box("widthSpinBox_")->findChild<QLineEdit *>();
+    QTRY_VERIFY(m_window->isActiveWindow());
+    QVERIFY(!width->hasSelectedText());
+    keys({"F6"_qs});
+    QTRY_VERIFY(popup()->isActiveWindow());
+    QTRY_COMPARE(width->selectedText(), "600"_qs);
+    keys({"2"_qs, "0"_qs, "0"_qs});
+    QTRY_COMPARE(frame(), QRect(0, 0, 200, 400));
+    keys({"F6"_qs});
+    QTRY_VERIFY(m_window->isActiveWindow());
+    QVERIFY(!width->hasSelectedText());
+    keys({"F6"_qs});
+    QTRY_VERIFY(popup()->isActiveWindow());
+    // From a button as well, and the crop ends where it is told to.
+    keys({"Tab"_qs, "Tab"_qs, "F6"_qs});
+    QTRY_VERIFY(m_window->isActiveWindow());
+    keys({"Return"_qs});
+    QTRY_COMPARE(scene()->cropRect(), QRect(0, 0, 200, 400));
 }
 
 void Tst_Crop::arrowKeysStepTheSize() {
