@@ -61,7 +61,8 @@ private:
 };
 
 Stroke::Stroke(int segments) {
-    loadCapture(m_capture, QStringLiteral("capture"), CaptureSize);
+    // Its own name, since a capture takes its picture with it.
+    loadCapture(m_capture, QStringLiteral("capture %1").arg(quintptr(this)), CaptureSize);
     m_canvas.show(m_capture);
     m_capture.setShape(Editor::Pen);
     const double before = allocatedBytes();
