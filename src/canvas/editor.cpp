@@ -13,6 +13,8 @@
 #include <QGraphicsSceneMouseEvent>
 #include <QPainter>
 
+#include <algorithm>
+
 namespace {
 
 /// The eraser takes what lies within this many pixels of the mouse.
@@ -28,6 +30,11 @@ bool isDrawn(const QGraphicsItem *item) {
         return false;
     const auto *drawing = dynamic_cast<const DrawingItem *>(item);
     return !drawing || drawing->isDrawn();
+}
+
+void setParentOf(QGraphicsItem *item, QObject *parent) {
+    if (auto *object = dynamic_cast<QObject *>(item))
+        object->setParent(parent);
 }
 
 QRectF paintedRect(const QGraphicsItem &item) {
@@ -173,11 +180,13 @@ void Editor::toggle(QList<QGraphicsItem *> &from, QList<QGraphicsItem *> &to) {
         // The toolkit has everything painted anew for whoever hears of changes, be it asked to or not.
         m_index.remove(item);
         removeItem(item);
+        setParentOf(item, &m_takenBack);
         update();
     } else {
         // Another one than when it left, if a crop was accepted since: that leaves what can be redone.
         if (auto *crop = dynamic_cast<DrawingCropItem *>(item))
             crop->setPreviousRect(m_cropRect);
+        setParentOf(item, this);
         putIntoScene(item);
         m_currentOnTop = false;
         // Everything if that is null, as a crop's is.
@@ -187,9 +196,43 @@ void Editor::toggle(QList<QGraphicsItem *> &from, QList<QGraphicsItem *> &to) {
 }
 
 void Editor::reset() {
-    const int count = items().size();
-    for (int i = 0; i < count; ++i)
-        undo();
+    int left = items().size();
+    while (left > 0 && canUndo()) {
+        const int drawings = lastDrawings(left);
+        if (drawings > 0)
+            undoDrawings(drawings);
+        else
+            undo();
+        left -= std::max(drawings, 1);
+    }
+}
+
+int Editor::lastDrawings(int most) const {
+    const auto isSilent = [this](QGraphicsItem *item) {
+        const auto *drawing = dynamic_cast<const DrawingItem *>(item);
+        return drawing && drawing->isDrawn() && item->scene() == this && item != graphicsItem(m_currentItem);
+    };
+    int count = 0;
+    while (count < most && count < m_undoList.size() &&
+           isSilent(m_undoList.at(m_undoList.size() - 1 - count)))
+        ++count;
+    return count;
+}
+
+void Editor::undoDrawings(int count) {
+    const QList<QGraphicsItem *> leaving = m_undoList.mid(m_undoList.size() - count);
+    for (int i = 0; i < count; ++i) {
+        QGraphicsItem *item = m_undoList.takeLast();
+        m_index.remove(item);
+        m_redoList.append(item);
+    }
+    // The oldest first: for each that leaves, the toolkit searches its lists from the oldest on, and newest
+    // first would look at all of them each time.
+    for (QGraphicsItem *item : leaving) {
+        removeItem(item);
+        setParentOf(item, &m_takenBack);
+    }
+    update();
 }
 
 void Editor::mousePressEvent(QGraphicsSceneMouseEvent *event) {
@@ -425,6 +468,7 @@ bool Editor::eraseAt(QPoint pos) {
     m_redoList.append(item);
     m_undoList.removeOne(item);
     takeOutOfScene(item);
+    setParentOf(item, &m_takenBack);
     return true;
 }
 
@@ -523,12 +567,17 @@ void Editor::onCrop(QRect rect) {
 }
 
 void Editor::emptyRedoList() {
-    QList<QGraphicsItem *> gone;
-    gone.swap(m_redoList);
+    if (m_redoList.isEmpty())
+        return;
+    const QSet<QGraphicsItem *> gone(m_redoList.begin(), m_redoList.end());
     const QSet<QGraphicsItem *> steps(m_undoList.begin(), m_undoList.end());
-    // Nothing can bring these back.
-    for (QGraphicsItem *item : gone) {
-        if (!item->scene() && !steps.contains(item))
+    m_redoList.clear();
+    // Nothing can bring these back. In the order in which their parent has them, since it searches its list
+    // for each that goes.
+    const QObjectList takenBack = m_takenBack.children();
+    for (QObject *object : takenBack) {
+        auto *item = dynamic_cast<QGraphicsItem *>(object);
+        if (gone.contains(item) && !item->scene() && !steps.contains(item))
             delete item;
     }
 }

@@ -185,6 +185,11 @@ private:
     /// Ends a drag and leaves nothing of it.
     void dropDrag();
     void toggle(QList<QGraphicsItem *> &from, QList<QGraphicsItem *> &to);
+    /// How many of the last steps, `most` at most, are drawings in the scene, of which nobody hears that they
+    /// go.
+    int lastDrawings(int most) const;
+    /// So many of them as `undo` would, one after the other.
+    void undoDrawings(int count);
     /// A current item grows on after this; any other one stays where it is.
     void putIntoScene(QGraphicsItem *item);
     void takeOutOfScene(QGraphicsItem *item);
@@ -213,4 +218,5 @@ private:
     QSet<int> m_reportedTools;
     QList<QGraphicsItem *> m_undoList;
     QList<QGraphicsItem *> m_redoList;
+    QObject m_takenBack; ///< the parent of what left the scene for Redo, apart from all that is there
 };

@@ -107,7 +107,8 @@ void ItemIndex::takeOutOfCells(QGraphicsItem *item) {
     for (int y = covered.top(); y <= covered.bottom(); ++y) {
         for (int x = covered.left(); x <= covered.right(); ++x) {
             const auto cell = m_grid.find(Cell(x, y));
-            cell->removeOne(item);
+            // What came last mostly goes first.
+            cell->remove(cell->lastIndexOf(item));
             if (cell->isEmpty())
                 m_grid.erase(cell);
         }
