@@ -20,6 +20,14 @@ QString suffixOfFilter(const QString &filter) {
     return filter.mid(start, filter.lastIndexOf(QLatin1Char(')')) - start);
 }
 
+/// "shot" of "shot.", whose suffix is still to come; a name of dots alone stays.
+QString withoutLastDots(const QString &path) {
+    int length = path.size();
+    while (length > 0 && path[length - 1] == QLatin1Char('.'))
+        --length;
+    return length > 0 && path[length - 1] != QLatin1Char('/') ? path.left(length) : path;
+}
+
 } // namespace
 
 SaveFileDialog::SaveFileDialog(QWidget *parent, const QString &suggested, const QStringList &filters,
@@ -99,7 +107,8 @@ bool SaveFileDialog::mayWrite(const QString &path) {
 
 // A dot in the middle of a name, as in "version 1.5", begins no suffix that a picture could be written in.
 QString SaveFileDialog::withSuffix(const QString &path) const {
-    if (path.isEmpty() || isPictureSuffix(QFileInfo(path).suffix()))
-        return path;
-    return path + QLatin1Char('.') + suffixOfFilter(selectedNameFilter());
+    const QString named = withoutLastDots(path);
+    if (named.isEmpty() || isPictureSuffix(QFileInfo(named).suffix()))
+        return named;
+    return named + QLatin1Char('.') + suffixOfFilter(selectedNameFilter());
 }

@@ -323,6 +323,15 @@ void Tst_SaveFlow::suffixComesFromNameOrFilter_data() {
     QTest::newRow("a dot is no suffix") << "version 1.5"
                                         << ""
                                         << "version 1.5.png" << QByteArray("png");
+    QTest::newRow("nor is one at the end") << "shot."
+                                           << ""
+                                           << "shot.png" << QByteArray("png");
+    QTest::newRow("several at the end, other filter") << "shot..."
+                                                      << "bmp file (*.bmp)"
+                                                      << "shot.bmp" << QByteArray("bmp");
+    QTest::newRow("one behind the suffix") << "shot.gif."
+                                           << ""
+                                           << "shot.gif" << QByteArray("gif");
 }
 
 void Tst_SaveFlow::suffixComesFromNameOrFilter() {
