@@ -3,6 +3,7 @@
 #include "platform/foregroundwindow.h"
 #include "platform/platform.h"
 
+#include <QDialog>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QWidget>
@@ -78,6 +79,12 @@ void keepOnScreen(QWidget *window) {
 void bringToFront(QWidget *window) {
     if (QWindow *handle = window->window()->windowHandle())
         Platform::instance().foregroundWindow().bringToFront(handle);
+    // A window manager forgets which dialogs were above a window that was hidden meanwhile.
+    const auto dialogs = window->window()->findChildren<QDialog *>();
+    for (QDialog *dialog : dialogs) {
+        if (dialog->isWindow() && dialog->isVisible())
+            dialog->raise();
+    }
     window->setFocus(Qt::OtherFocusReason);
 }
 

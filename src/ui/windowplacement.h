@@ -22,7 +22,7 @@ QPoint centredIn(const QRect &available, const QSize &size);
 
 /// Moves the window fully onto a screen.
 void keepOnScreen(QWidget *window);
-/// Raises and activates the (shown) window and gives it the focus.
+/// Raises and activates the (shown) window and gives it the focus; its open dialogs stay above it.
 void bringToFront(QWidget *window);
 /// Centres the window, by the given size, on the available area of its screen.
 void centreOnScreen(QWidget *window, const QSize &size);

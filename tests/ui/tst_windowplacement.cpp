@@ -1,6 +1,7 @@
 #include "support/fakeplatform.h"
 #include "ui/windowplacement.h"
 
+#include <QDialog>
 #include <QLineEdit>
 #include <QScreen>
 #include <QtTest>
@@ -34,6 +35,7 @@ private slots:
     void windowIsCentredOnItsScreen();
     void frontNeedsFocusAndPlatform();
     void windowWithoutHandleIsLeftToFocus();
+    void openDialogsStayAboveTheirWindow();
 
 private:
     FakePlatform *m_platform = nullptr;
@@ -148,6 +150,50 @@ void Tst_WindowPlacement::windowWithoutHandleIsLeftToFocus() {
     QWidget window;
     bringToFront(&window);
     QCOMPARE(m_platform->broughtToFront, 0);
+}
+
+namespace {
+
+/// Notes which windows are raised.
+class RaiseLog : public QObject {
+public:
+    QStringList names;
+    bool eventFilter(QObject *watched, QEvent *event) override {
+        if (event->type() == QEvent::ZOrderChange)
+            names.append(watched->objectName());
+        return false;
+    }
+};
+
+} // namespace
+
+void Tst_WindowPlacement::openDialogsStayAboveTheirWindow() {
+    RaiseLog log;
+    QWidget window;
+    QWidget part(&window);
+    QWidget other;
+    const auto open = [&log](QDialog &dialog, const char *name) {
+        dialog.setObjectName(QLatin1String(name));
+        dialog.installEventFilter(&log);
+        dialog.show();
+    };
+    window.show();
+    other.show();
+    QDialog preferences(&window);
+    QDialog question(&part);
+    QDialog closed(&window);
+    QDialog foreign(&other);
+    open(preferences, "preferences");
+    open(question, "question on a part");
+    open(closed, "closed");
+    open(foreign, "of another window");
+    closed.close();
+    window.hide();
+    window.show();
+    log.names.clear();
+    bringToFront(&window);
+    log.names.sort();
+    QCOMPARE(log.names, (QStringList{QStringLiteral("preferences"), QStringLiteral("question on a part")}));
 }
 
 QTEST_MAIN(Tst_WindowPlacement)
