@@ -61,7 +61,7 @@ void SaveFileDialog::accept() {
         setDirectory(path);
         nameField()->clear();
     } else {
-        QDialog::accept();
+        done(Accepted);
     }
 }
 
