@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 #include <QEvent>
 #include <QEventLoop>
+#include <QThreadPool>
 #include <QTimer>
 
 #include <time.h>
@@ -50,6 +51,9 @@ void settle(int milliseconds) {
     QEventLoop loop;
     QTimer::singleShot(milliseconds, Qt::PreciseTimer, &loop, &QEventLoop::quit);
     loop.exec();
+    // What threads still do would be counted as a cost of what is measured next.
+    QThreadPool::globalInstance()->waitForDone();
+    QCoreApplication::processEvents();
 }
 
 QImage patternedCapture(const QSize &size) {
