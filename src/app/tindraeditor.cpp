@@ -260,6 +260,9 @@ void TindraEditor::settleSize() {
 void TindraEditor::bringUp() {
     if (!isVisible()) {
         leaveSpecialState();
+        // That has shown it already, if there was one to leave.
+        if (isVisible())
+            centre();
         m_centresAtShow = true;
         show();
         m_centresAtShow = false;

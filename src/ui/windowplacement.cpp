@@ -3,6 +3,7 @@
 #include "platform/foregroundwindow.h"
 #include "platform/platform.h"
 
+#include <QApplication>
 #include <QDialog>
 #include <QGuiApplication>
 #include <QScreen>
@@ -76,15 +77,28 @@ void keepOnScreen(QWidget *window) {
         window->move(place);
 }
 
-void bringToFront(QWidget *window) {
-    if (QWindow *handle = window->window()->windowHandle())
-        Platform::instance().foregroundWindow().bringToFront(handle);
-    // A window manager forgets which dialogs were above a window that was hidden meanwhile.
-    const auto dialogs = window->window()->findChildren<QDialog *>();
-    for (QDialog *dialog : dialogs) {
+namespace {
+
+/// A window manager forgets which dialogs were above a window that was hidden meanwhile. The one that has to
+/// be answered first comes last, above those that it blocks.
+void raiseDialogsOf(QWidget *window) {
+    QList<QDialog *> dialogs = window->findChildren<QDialog *>();
+    auto *modal = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+    if (dialogs.removeOne(modal))
+        dialogs.append(modal);
+    for (QDialog *dialog : qAsConst(dialogs)) {
         if (dialog->isWindow() && dialog->isVisible())
             dialog->raise();
     }
+}
+
+} // namespace
+
+void bringToFront(QWidget *window) {
+    if (QWindow *handle = window->window()->windowHandle())
+        Platform::instance().foregroundWindow().bringToFront(handle);
+    if (window->window()->isVisible())
+        raiseDialogsOf(window->window());
     window->setFocus(Qt::OtherFocusReason);
 }
 

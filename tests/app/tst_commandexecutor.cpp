@@ -99,6 +99,7 @@ void Tst_CommandExecutor::commandsLeaveSpecialStates_data() {
 void Tst_CommandExecutor::commandsLeaveSpecialStates() {
     QFETCH(int, state);
     QFETCH(QString, command);
+    m_window->move(7, 9);
     m_window->setWindowState(Qt::WindowState(state));
     m_window->show();
     m_window->hide();
@@ -106,6 +107,11 @@ void Tst_CommandExecutor::commandsLeaveSpecialStates() {
     treat(command == "/path"_qs ? "/path "_qs + capture("a"_qs) : command);
     QVERIFY(m_window->isVisible());
     QVERIFY(!(m_window->windowState() & (Qt::WindowMinimized | Qt::WindowMaximized | Qt::WindowFullScreen)));
+    if (command == "/show"_qs) {
+        const QRect available = m_window->screen()->availableGeometry();
+        QVERIFY(available.contains(m_window->frameGeometry()));
+        QVERIFY((m_window->frameGeometry().center() - available.center()).manhattanLength() <= 4);
+    }
 }
 
 void Tst_CommandExecutor::hideTells_data() {

@@ -11,6 +11,7 @@ private slots:
     void cleanup() { WindowTest::cleanup(); }
     void firstShowStandsInTheMiddleOfTheScreen();
     void nextShowStandsThereToo();
+    void showOfAMaximisedWindowStandsThereToo();
 
 private:
     void show();
@@ -51,6 +52,20 @@ void Tst_FirstPlace::nextShowStandsThereToo() {
     QCoreApplication::processEvents();
     show();
     compareWithTheMiddle();
+}
+
+void Tst_FirstPlace::showOfAMaximisedWindowStandsThereToo() {
+    m_window->move(7, 9);
+    m_window->showMaximized();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    const int width = m_window->screen()->availableGeometry().width();
+    QTRY_VERIFY(m_window->frameGeometry().width() >= width);
+    treat("/hide"_qs);
+    QTest::qWait(100); // what the window manager still tells of it
+    show();
+    QTRY_VERIFY(m_window->frameGeometry().width() < width);
+    compareWithTheMiddle();
+    QVERIFY(!m_window->isMaximized());
 }
 
 QTEST_MAIN(Tst_FirstPlace)

@@ -16,9 +16,9 @@ static_assert(255LL * LargestBlock * LargestBlock <= 0xffffffffLL, "a white bloc
 /// Of the frame around the rectangle while it is dragged.
 const QColor FrameColor(0, 127, 245);
 
-/// A settings file can hold any number, but a block of one pixel hides nothing, and whoever uses a mosaic
-/// wants something hidden: what is weaker than all that is offered counts as medium, which the panel shows
-/// then.
+/// A settings file can hold any number, but a block of one pixel hides nothing and one of two or three leaves
+/// letters to be read, and whoever uses a mosaic wants something hidden: what is weaker than all that is
+/// offered counts as medium, which the panel shows then.
 int blockSetting() {
     const int stored =
         TindraPreferences::instance()->GetInt(TindraPreferences::MosaicStrength, MosaicPopup::Medium);
