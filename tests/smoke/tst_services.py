@@ -28,6 +28,8 @@ PROGRAM = Path(EDITOR).resolve()
 
 # A call of strace -f: process, name, arguments, result.
 CALL = re.compile(r"^(\d+) +(\w+)\((.*)\) += (-?\d+|\?)")
+BROKEN_OFF = " <unfinished ...>"
+RESUMED = re.compile(r"^\d+ +<\.\.\. \w+ resumed>(.*)$")
 PATH = re.compile(r'"([^"]*)"')
 CHANGES = {"mkdir", "mkdirat", "rename", "renameat", "renameat2", "unlink", "unlinkat", "link", "linkat", "symlink",
            "symlinkat", "truncate", "chmod", "fchmodat", "creat", "mknod", "mknodat", "rmdir"}
@@ -67,9 +69,22 @@ class Trace:
     """The successful and failed calls of a program and its children."""
 
     def __init__(self, path):
-        lines = path.read_text(errors="replace").splitlines()
+        lines = self.whole(path.read_text(errors="replace").splitlines())
         # A program that counts its lines leaves the counts where it was built.
         self.calls = [match.groups() for match in map(CALL.match, lines) if match and '.gcda"' not in match[3]]
+
+    @staticmethod
+    def whole(lines):
+        """A call that another thread's came into stands in two lines."""
+        begun = {}
+        for line in lines:
+            thread = line.split(None, 1)[0]
+            if line.endswith(BROKEN_OFF):
+                begun[thread] = line[:-len(BROKEN_OFF)]
+            elif resumed := RESUMED.match(line):
+                yield begun.pop(thread, "") + resumed.group(1)
+            else:
+                yield line
 
     def named(self, names):
         """(name, arguments) of the successful ones."""
