@@ -9,8 +9,7 @@
 class QWidget;
 
 /// Tells when the program has gone to the background to stay there: the window has been hidden for a while,
-/// so that what takes a moment disturbs nobody. A window that is not shown yet counts as one that is hidden
-/// only from its next hiding on.
+/// so that what takes a moment disturbs nobody. A window that was never shown has not gone anywhere.
 class BackgroundRest : public QObject {
 public:
     /// `begin` is called once for each rest, on the window's thread. The window is not owned and may go

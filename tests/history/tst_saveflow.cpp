@@ -61,6 +61,7 @@ private slots:
     void workFolderTakesNoBatch();
 
 private:
+    void saveTyped(const QString &typed, const QString &file, bool isThere);
     void select(const QString &name, const QSize &size = {40, 30}) {
         m_panel->addImage(Session::captureFile(name, size));
     }
@@ -366,14 +367,10 @@ void Tst_SaveFlow::nameTypedUntilTheEndGetsItsSuffix_data() {
     }
 }
 
-// While the field has the focus, the toolkit's dialog keeps what stands there whatever it is told.
-void Tst_SaveFlow::nameTypedUntilTheEndGetsItsSuffix() {
-    QFETCH(QString, typed);
-    QFETCH(QString, file);
-    QFETCH(bool, isThere);
-    QVERIFY(QDir(m_target->path()).mkdir("inner"_qs));
+/// The user saves while the field has the focus, and replaces what is there.
+void Tst_SaveFlow::saveTyped(const QString &typed, const QString &file, bool isThere) {
     if (isThere)
-        QVERIFY(QImage(7, 7, QImage::Format_RGB32).save(target(file)));
+        QVERIFY(QImage(7, 7, QImage::Format_RGB32).save(file));
     select("a"_qs, {40, 30});
     ModalAnswers answers;
     answers.add([&](QWidget *dialog) {
@@ -386,8 +383,17 @@ void Tst_SaveFlow::nameTypedUntilTheEndGetsItsSuffix() {
     });
     m_panel->onSaveCurrentImage(false, true);
     QVERIFY(answers.isDone());
-    QCOMPARE(QImageReader(target(file)).size(), QSize(40, 30));
-    QCOMPARE(editor()->savedPath(), target(file));
+    QCOMPARE(QImageReader(file).size(), QSize(40, 30));
+    QCOMPARE(editor()->savedPath(), file);
+}
+
+// While the field has the focus, the toolkit's dialog keeps what stands there whatever it is told.
+void Tst_SaveFlow::nameTypedUntilTheEndGetsItsSuffix() {
+    QFETCH(QString, typed);
+    QFETCH(QString, file);
+    QFETCH(bool, isThere);
+    QVERIFY(QDir(m_target->path()).mkdir("inner"_qs));
+    saveTyped(typed, target(file), isThere);
 }
 
 void Tst_SaveFlow::quoteIsALetterOfTheName_data() {
@@ -418,22 +424,7 @@ void Tst_SaveFlow::quoteIsALetterOfTheName() {
     QVERIFY(QDir(m_target->path()).mkdir("inner"_qs));
     QVERIFY(QDir(m_target->path()).mkdir("7\" inner"_qs));
     QFile::remove(file);
-    if (isThere)
-        QVERIFY(QImage(7, 7, QImage::Format_RGB32).save(file));
-    select("a"_qs, {40, 30});
-    ModalAnswers answers;
-    answers.add([&](QWidget *dialog) {
-        ModalAnswers question;
-        if (isThere)
-            question.addPress("Yes"_qs);
-        acceptWhileTyping(dialog, typed);
-        QVERIFY(question.isDone());
-        QVERIFY(!dialog->isVisible());
-    });
-    m_panel->onSaveCurrentImage(false, true);
-    QVERIFY(answers.isDone());
-    QCOMPARE(QImageReader(file).size(), QSize(40, 30));
-    QCOMPARE(editor()->savedPath(), file);
+    saveTyped(typed, file, isThere);
 }
 
 void Tst_SaveFlow::folderWithAQuoteIsOpened() {
